@@ -1,0 +1,111 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace brisalon::host {
+
+/// What names an item for as long as it exists, whatever its path.
+struct ItemIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
+};
+
+enum class ItemType : std::uint8_t { folder, link, other, unknown };
+
+/// An open folder: a handle that paths of any length and names of any bytes go
+/// through, since everything below is reached relative to it. Move-only; closes
+/// itself. Operations on an invalid handle fail as on a missing folder.
+class OpenFolder {
+public:
+    OpenFolder() noexcept = default;
+    OpenFolder(OpenFolder&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
+    OpenFolder& operator=(OpenFolder&& other) noexcept
+    {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
+    ~OpenFolder();
+
+    /// Opens the folder at an absolute path of any length, following links on
+    /// the way there and at its end. Invalid when it cannot be read.
+    static OpenFolder at(std::string_view path);
+
+    /// Opens the folder of that name in this one. Never follows a link and never
+    /// triggers an automount. Invalid when it is not a folder or cannot be read.
+    OpenFolder child(const char* name) const;
+
+    /// Opens the folder that holds this one now.
+    OpenFolder parent() const;
+
+    bool isValid() const noexcept { return handle_ >= 0; }
+    std::optional<ItemIdentity> identity() const noexcept;
+
+    struct Measure {
+        ItemType type;
+        std::int64_t allocatedBytes;
+    };
+    /// Type and size on disk of the item of that name in this folder; nothing
+    /// when they cannot be read. Never follows a link.
+    std::optional<Measure> measure(const char* name) const noexcept;
+    /// The same of this folder itself.
+    std::optional<Measure> measureSelf() const noexcept;
+
+    int handle() const noexcept { return handle_; }
+
+private:
+    explicit OpenFolder(int handle) noexcept : handle_(handle) {}
+    int handle_ = -1;
+};
+
+/// Reads folders' entries through one large buffer, reused from folder to
+/// folder; each worker has its own.
+class FolderReader {
+public:
+    FolderReader();
+
+    struct Entry {
+        const char* name; ///< ended by NUL; valid until the next batch is read
+        ItemType type;    ///< unknown when the file system does not tell
+    };
+
+    /// Starts on a folder, which must stay open while its entries are read.
+    void start(const OpenFolder& folder) noexcept;
+
+    /// The next entry, "." and ".." left out; nothing at the end or when the
+    /// folder cannot be read any further.
+    std::optional<Entry> next() noexcept;
+
+private:
+    std::unique_ptr<std::byte[]> buffer_;
+    int handle_ = -1;
+    std::size_t position_ = 0;
+    std::size_t filled_ = 0;
+};
+
+/// `path` (absolute, of any length) with its symbolic links replaced by their
+/// targets and "." and ".." resolved on the way, as far as it exists and can be
+/// read; the rest is kept as it is.
+std::string resolveSymbolicLinks(std::string_view path);
+
+/// What exists at a path of any length, links followed.
+enum class PathState : std::uint8_t { missing, folder, other };
+PathState pathState(std::string_view path);
+
+/// The folder that relative paths start at; "/" when it cannot be told.
+std::string currentFolder();
+
+/// How many processors this process may use; at least 1.
+unsigned availableProcessors() noexcept;
+
+/// How many folders this process may hold open for one walk without coming near
+/// its limit of open files; at least 8.
+std::size_t openFolderBudget() noexcept;
+
+} // namespace brisalon::host
