@@ -98,6 +98,11 @@ private:
     FileNode(FileURL url, std::int64_t allocatedSize, NodeKind kind, HogKind hogKind,
              Shape shape) noexcept;
 
+    /// Equality of sizes, kinds and risks.
+    bool hasSameValues(const FileNode& other) const noexcept;
+    /// Equality of name and sources, of a node with the same URL and values.
+    bool hasSameNameAndSources(const FileNode& other) const;
+
     FileURL url_;
     std::int64_t allocatedSize_;
     std::int64_t count_;

@@ -62,6 +62,10 @@ private:
     /// The `count` names that follow `aggregate`'s own in its block.
     FileURLList(FileURL aggregate, std::size_t count) noexcept;
 
+    /// Equality of two lists of that packed kind whose aggregates have equal
+    /// URLs: that of the names, which makes comparing deep trees linear.
+    static bool samePackedNames(const FileURLList& a, const FileURLList& b) noexcept;
+
     std::shared_ptr<const std::vector<FileURL>> urls_;
     FileURL aggregate_;
     std::size_t packedCount_ = 0;

@@ -44,7 +44,11 @@ public:
     /// Opens the folder that holds this one now.
     OpenFolder parent() const;
 
+    /// Takes over an open descriptor, or an invalid one.
+    static OpenFolder adopt(int handle) noexcept { return OpenFolder(handle); }
+
     bool isValid() const noexcept { return handle_ >= 0; }
+    /// What names the folder now; nothing when that cannot be told.
     std::optional<ItemIdentity> identity() const noexcept;
 
     struct Measure {
@@ -54,9 +58,6 @@ public:
     /// Type and size on disk of the item of that name in this folder; nothing
     /// when they cannot be read. Never follows a link.
     std::optional<Measure> measure(const char* name) const noexcept;
-    /// The same of this folder itself.
-    std::optional<Measure> measureSelf() const noexcept;
-
     int handle() const noexcept { return handle_; }
 
 private:
@@ -78,8 +79,11 @@ public:
     /// Starts on a folder, which must stay open while its entries are read.
     void start(const OpenFolder& folder) noexcept;
 
-    /// The next entry, "." and ".." left out; nothing at the end or when the
-    /// folder cannot be read any further.
+    /// Reads the next batch of entries; false at the end, or when the folder
+    /// cannot be read any further.
+    bool readBatch() noexcept;
+
+    /// The next entry of the batch, "." and ".." left out; nothing at its end.
     std::optional<Entry> next() noexcept;
 
 private:

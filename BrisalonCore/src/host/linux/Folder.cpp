@@ -1,0 +1,277 @@
+#include "host/Folder.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace brisalon::host {
+
+namespace {
+
+constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+constexpr int passThroughFlags = O_PATH | O_CLOEXEC;
+
+/// One getdents64 call per this many bytes; large folders are read in few calls.
+constexpr std::size_t readBufferSize = 128 * 1024;
+
+/// The longest path given to the kernel in one piece.
+constexpr std::size_t longestPiece = PATH_MAX - 1;
+
+int openRetrying(int base, const char* path, int flags) noexcept
+{
+    int handle;
+    do
+        handle = ::openat(base, path, flags);
+    while (handle < 0 && errno == EINTR);
+    return handle;
+}
+
+ItemType typeOf(mode_t mode) noexcept
+{
+    if (S_ISDIR(mode))
+        return ItemType::folder;
+    return S_ISLNK(mode) ? ItemType::link : ItemType::other;
+}
+
+/// Blocks are units of 512 bytes whatever the file system's own. Some user-space
+/// file systems report nonsense; it must not overflow.
+std::int64_t allocatedBytesOf(const struct stat& status) noexcept
+{
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max() / 512;
+    return std::clamp<std::int64_t>(status.st_blocks, 0, most) * 512;
+}
+
+OpenFolder::Measure measureOf(const struct stat& status) noexcept
+{
+    return {typeOf(status.st_mode), allocatedBytesOf(status)};
+}
+
+/// Opens an absolute path of any length, following links, in pieces that the
+/// kernel accepts.
+int openAnyLength(std::string_view path, int flags) noexcept
+{
+    if (path.size() > longestPiece || path.find('\0') != std::string_view::npos) {
+        int base = openRetrying(AT_FDCWD, "/", passThroughFlags);
+        while (base >= 0) {
+            while (path.starts_with('/'))
+                path.remove_prefix(1);
+            std::string_view piece = path;
+            if (piece.size() > longestPiece) {
+                const auto slash = path.rfind('/', longestPiece);
+                piece = path.substr(0, slash == std::string_view::npos ? path.find('/') : slash);
+            }
+            path.remove_prefix(piece.size());
+            const bool isLast = path.empty();
+            const int next = openRetrying(base, piece.empty() ? "." : std::string(piece).c_str(),
+                                          isLast ? flags : passThroughFlags);
+            ::close(base);
+            if (isLast)
+                return next;
+            base = next;
+        }
+        return -1;
+    }
+    return openRetrying(AT_FDCWD, std::string(path).c_str(), flags);
+}
+
+} // namespace
+
+OpenFolder::~OpenFolder()
+{
+    if (handle_ >= 0)
+        ::close(handle_);
+}
+
+OpenFolder OpenFolder::at(std::string_view path)
+{
+    return OpenFolder(openAnyLength(path, readFlags));
+}
+
+OpenFolder OpenFolder::child(const char* name) const
+{
+    return OpenFolder(isValid() ? openRetrying(handle_, name, readFlags | O_NOFOLLOW) : -1);
+}
+
+OpenFolder OpenFolder::parent() const
+{
+    return OpenFolder(isValid() ? openRetrying(handle_, "..", readFlags) : -1);
+}
+
+std::optional<ItemIdentity> OpenFolder::identity() const noexcept
+{
+    struct stat status;
+    if (!isValid() || ::fstat(handle_, &status) != 0)
+        return std::nullopt;
+    return ItemIdentity{status.st_dev, status.st_ino};
+}
+
+std::optional<OpenFolder::Measure> OpenFolder::measure(const char* name) const noexcept
+{
+    struct stat status;
+    if (!isValid()
+        || ::fstatat(handle_, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
+        return std::nullopt;
+    return measureOf(status);
+}
+
+FolderReader::FolderReader() : buffer_(new std::byte[readBufferSize]) {}
+
+void FolderReader::start(const OpenFolder& folder) noexcept
+{
+    handle_ = folder.handle();
+    position_ = 0;
+    filled_ = 0;
+}
+
+bool FolderReader::readBatch() noexcept
+{
+    long count;
+    do
+        count = ::syscall(SYS_getdents64, handle_, buffer_.get(), readBufferSize);
+    while (count < 0 && errno == EINTR);
+    position_ = 0;
+    filled_ = count > 0 ? static_cast<std::size_t>(count) : 0;
+    return filled_ > 0;
+}
+
+std::optional<FolderReader::Entry> FolderReader::next() noexcept
+{
+    while (position_ < filled_) {
+        const auto* record = reinterpret_cast<const dirent64*>(buffer_.get() + position_);
+        position_ += record->d_reclen;
+        const char* name = record->d_name;
+        if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0')))
+            continue;
+        switch (record->d_type) {
+        case DT_DIR:
+            return Entry{name, ItemType::folder};
+        case DT_LNK:
+            return Entry{name, ItemType::link};
+        case DT_UNKNOWN:
+            return Entry{name, ItemType::unknown};
+        default:
+            return Entry{name, ItemType::other};
+        }
+    }
+    return std::nullopt;
+}
+
+std::string resolveSymbolicLinks(std::string_view path)
+{
+    constexpr int mostLinks = 40; // as the kernel's own limit
+
+    const auto open = [](int base, const char* name, int extraFlags) {
+        return OpenFolder::adopt(openRetrying(base, name, passThroughFlags | O_DIRECTORY | extraFlags));
+    };
+    // Components still to be walked, the next one last.
+    std::vector<std::string> pending;
+    const auto push = [&pending](std::string_view text) {
+        std::vector<std::string> pieces;
+        while (!text.empty()) {
+            const auto slash = text.find('/');
+            if (slash != 0)
+                pieces.emplace_back(text.substr(0, slash));
+            if (slash == std::string_view::npos)
+                break;
+            text.remove_prefix(slash + 1);
+        }
+        pending.insert(pending.end(), std::make_move_iterator(pieces.rbegin()),
+                       std::make_move_iterator(pieces.rend()));
+    };
+
+    push(path);
+    std::string resolved;
+    OpenFolder folder = open(AT_FDCWD, "/", 0);
+    int links = 0;
+    while (!pending.empty() && folder.isValid()) {
+        const std::string& piece = pending.back();
+        if (piece == ".") {
+            pending.pop_back();
+            continue;
+        }
+        if (piece == "..") {
+            resolved.resize(resolved.rfind('/') == std::string::npos ? 0 : resolved.rfind('/'));
+            folder = open(folder.handle(), "..", 0);
+            pending.pop_back();
+            continue;
+        }
+        char target[PATH_MAX];
+        const ssize_t length = ::readlinkat(folder.handle(), piece.c_str(), target, sizeof target);
+        if (length > 0 && static_cast<std::size_t>(length) < sizeof target) {
+            if (++links > mostLinks)
+                return std::string(path); // a circle
+            pending.pop_back();
+            if (target[0] == '/') {
+                resolved.clear();
+                folder = open(AT_FDCWD, "/", 0);
+            }
+            push({target, static_cast<std::size_t>(length)});
+            continue;
+        }
+        folder = open(folder.handle(), piece.c_str(), O_NOFOLLOW);
+        resolved += '/';
+        resolved += piece;
+        pending.pop_back();
+    }
+    for (; !pending.empty(); pending.pop_back()) {
+        resolved += '/';
+        resolved += pending.back();
+    }
+    return resolved.empty() ? "/" : resolved;
+}
+
+PathState pathState(std::string_view path)
+{
+    const int handle = openAnyLength(path, passThroughFlags);
+    if (handle < 0)
+        return PathState::missing;
+    struct stat status;
+    const bool known = ::fstat(handle, &status) == 0;
+    ::close(handle);
+    if (!known)
+        return PathState::missing;
+    return S_ISDIR(status.st_mode) ? PathState::folder : PathState::other;
+}
+
+std::string currentFolder()
+{
+    std::vector<char> buffer(PATH_MAX);
+    while (!::getcwd(buffer.data(), buffer.size())) {
+        if (errno != ERANGE)
+            return "/";
+        buffer.resize(buffer.size() * 2);
+    }
+    return buffer.data();
+}
+
+unsigned availableProcessors() noexcept
+{
+    cpu_set_t processors;
+    if (::sched_getaffinity(0, sizeof processors, &processors) == 0)
+        return static_cast<unsigned>(std::max(CPU_COUNT(&processors), 1));
+    return static_cast<unsigned>(std::max(::sysconf(_SC_NPROCESSORS_ONLN), 1L));
+}
+
+std::size_t openFolderBudget() noexcept
+{
+    constexpr std::size_t least = 8;
+    constexpr std::size_t most = 512;
+    struct rlimit limit;
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return least;
+    return std::clamp<std::size_t>(limit.rlim_cur / 4, least, most);
+}
+
+} // namespace brisalon::host

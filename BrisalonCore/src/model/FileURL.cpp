@@ -1,0 +1,230 @@
+#include "BrisalonCore/FileURL.h"
+
+#include "host/Folder.h"
+#include "model/NameBlock.h"
+
+#include <cstring>
+#include <new>
+#include <vector>
+
+namespace brisalon {
+
+using detail::NameBlock;
+using detail::SharedRef;
+
+namespace detail {
+
+SharedRef<NameBlock> NameBlock::make(FileURL folder, std::string_view bytes)
+{
+    void* memory = ::operator new(sizeof(NameBlock) + bytes.size());
+    auto* block = new (memory) NameBlock(std::move(folder));
+    std::memcpy(block + 1, bytes.data(), bytes.size());
+    return SharedRef<NameBlock>(block);
+}
+
+void NameBlock::destroy(const NameBlock* block) noexcept
+{
+    while (block) {
+        const NameBlock* next = block->folder_.names_.detach();
+        block->~NameBlock();
+        ::operator delete(const_cast<NameBlock*>(block));
+        block = next && next->release() ? next : nullptr;
+    }
+}
+
+} // namespace detail
+
+namespace {
+
+bool isRootPath(std::string_view path) noexcept
+{
+    return path == "/";
+}
+
+/// Splits at slashes; empty pieces are left out.
+std::vector<std::string_view> components(std::string_view path)
+{
+    std::vector<std::string_view> pieces;
+    while (!path.empty()) {
+        const auto slash = path.find('/');
+        if (slash != 0)
+            pieces.push_back(path.substr(0, slash));
+        if (slash == std::string_view::npos)
+            break;
+        path.remove_prefix(slash + 1);
+    }
+    return pieces;
+}
+
+std::string absolutePath(const std::string& path)
+{
+    if (path.starts_with('/'))
+        return path;
+    return host::currentFolder() + '/' + path;
+}
+
+} // namespace
+
+FileURL::FileURL(std::string_view path)
+{
+    path = path.substr(0, path.find('\0'));
+    while (path.size() > 1 && path.ends_with('/'))
+        path.remove_suffix(1);
+    if (path.empty())
+        return;
+    std::string bytes(path);
+    bytes.push_back('\0');
+    names_ = NameBlock::make(FileURL(), bytes);
+}
+
+FileURL::FileURL(SharedRef<NameBlock> names, std::uint64_t offset) noexcept
+    : names_(std::move(names)), offset_(offset)
+{
+}
+
+FileURL::FileURL(const FileURL&) noexcept = default;
+FileURL::FileURL(FileURL&&) noexcept = default;
+FileURL& FileURL::operator=(const FileURL&) noexcept = default;
+FileURL& FileURL::operator=(FileURL&&) noexcept = default;
+FileURL::~FileURL() = default;
+
+std::string FileURL::path() const
+{
+    if (!names_)
+        return {};
+    // Two passes up the chain: the first measures, the second fills from the end.
+    std::size_t length = 0;
+    for (const FileURL* url = this;; url = &url->names_->folder()) {
+        const std::string_view name = url->names_->name(url->offset_);
+        length += name.size();
+        if (url->names_->folder().isEmpty()) {
+            if (url != this && !isRootPath(name))
+                ++length;
+            break;
+        }
+        if (url != this)
+            ++length;
+    }
+    std::string result(length, '/');
+    for (const FileURL* url = this; !url->isEmpty(); url = &url->names_->folder()) {
+        const std::string_view name = url->names_->name(url->offset_);
+        if (url != this && !isRootPath(name))
+            --length;
+        length -= name.size();
+        result.replace(length, name.size(), name);
+    }
+    return result;
+}
+
+std::string_view FileURL::lastPathComponent() const noexcept
+{
+    if (!names_)
+        return {};
+    const std::string_view name = names_->name(offset_);
+    return name.substr(name.rfind('/') + 1);
+}
+
+FileURL FileURL::deletingLastPathComponent() const
+{
+    if (!names_)
+        return {};
+    if (!names_->folder().isEmpty())
+        return names_->folder();
+    const std::string_view whole = names_->name(offset_);
+    const auto slash = whole.rfind('/');
+    if (slash == std::string_view::npos)
+        return {};
+    return FileURL(whole.substr(0, slash == 0 ? 1 : slash));
+}
+
+FileURL FileURL::appendingPathComponent(std::string_view component) const
+{
+    component = component.substr(0, component.find('\0'));
+    while (component.starts_with('/'))
+        component.remove_prefix(1);
+    while (component.ends_with('/'))
+        component.remove_suffix(1);
+    if (component.empty())
+        return *this;
+    if (isEmpty())
+        return FileURL(component);
+    if (const auto slash = component.find('/'); slash != std::string_view::npos)
+        return appendingPathComponent(component.substr(0, slash))
+            .appendingPathComponent(component.substr(slash + 1));
+    std::string bytes(component);
+    bytes.push_back('\0');
+    return FileURL(NameBlock::make(*this, bytes), 0);
+}
+
+FileURL FileURL::standardized() const
+{
+    if (isEmpty())
+        return {};
+    const std::string whole = absolutePath(path());
+    std::vector<std::string_view> kept;
+    for (const std::string_view piece : components(whole)) {
+        if (piece == ".")
+            continue;
+        if (piece != "..")
+            kept.push_back(piece);
+        else if (!kept.empty())
+            kept.pop_back();
+    }
+    std::string result;
+    for (const std::string_view piece : kept) {
+        result += '/';
+        result += piece;
+    }
+    return FileURL(result.empty() ? "/" : result);
+}
+
+FileURL FileURL::resolvingSymbolicLinks() const
+{
+    if (isEmpty())
+        return {};
+    return FileURL(host::resolveSymbolicLinks(absolutePath(path())));
+}
+
+bool FileURL::pathEquals(std::string_view path) const noexcept
+{
+    for (const FileURL* url = this; !url->isEmpty();) {
+        const std::string_view name = url->names_->name(url->offset_);
+        const FileURL& folder = url->names_->folder();
+        if (folder.isEmpty())
+            return path == name;
+        if (!path.ends_with(name))
+            return false;
+        path.remove_suffix(name.size());
+        if (isRootPath(folder.names_->name(folder.offset_)))
+            return isRootPath(path);
+        if (!path.ends_with('/'))
+            return false;
+        path.remove_suffix(1);
+        url = &folder;
+    }
+    return path.empty();
+}
+
+bool operator==(const FileURL& a, const FileURL& b) noexcept
+{
+    const FileURL* left = &a;
+    const FileURL* right = &b;
+    for (;;) {
+        if (left->names_.get() == right->names_.get() && left->offset_ == right->offset_)
+            return true;
+        if (left->isEmpty() || right->isEmpty())
+            return false;
+        const std::string_view leftName = left->names_->name(left->offset_);
+        const std::string_view rightName = right->names_->name(right->offset_);
+        if (left->names_->folder().isEmpty())
+            return right->pathEquals(leftName);
+        if (right->names_->folder().isEmpty())
+            return left->pathEquals(rightName);
+        if (leftName != rightName)
+            return false;
+        left = &left->names_->folder();
+        right = &right->names_->folder();
+    }
+}
+
+} // namespace brisalon

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "model/NameBlock.h"
+#include "model/NodeContent.h"
+
+namespace brisalon::detail {
+
+/// How a scan builds the nodes of its tree: in place, in their folder's block,
+/// with sizes and contents of folders filled in when these are finished.
+class NodeAssembly {
+public:
+    NodeAssembly() = delete;
+
+    /// A node without children whose name is its URL's.
+    static void append(ChildBlock& block, FileURL url, std::int64_t size, NodeKind kind,
+                       HogKind hogKind)
+    {
+        block.append(leaf(std::move(url), size, kind, hogKind));
+    }
+
+    /// An aggregate whose sources' names follow its own in the URL's block.
+    static void appendAggregate(ChildBlock& block, FileURL url, std::int64_t size,
+                                std::int64_t count, HogKind hogKind)
+    {
+        block.append(FileNode(std::move(url), size, NodeKind::smallFilesAggregate(count), hogKind,
+                              FileNode::Shape::packedSources));
+    }
+
+    static FileNode leaf(FileURL url, std::int64_t size, NodeKind kind, HogKind hogKind)
+    {
+        return {std::move(url), size, kind, hogKind, FileNode::Shape::plain};
+    }
+
+    static void setSize(FileNode& node, std::int64_t size) noexcept { node.allocatedSize_ = size; }
+
+    /// Gives a folder its children; takes over the block.
+    static void setChildren(FileNode& node, const ChildBlock* block) noexcept
+    {
+        block->retain();
+        node.content_ = block;
+        node.shape_ = FileNode::Shape::children;
+    }
+};
+
+} // namespace brisalon::detail
