@@ -25,7 +25,7 @@ class NameBlock;
 class FileURL {
 public:
     /// The empty path, which names nothing.
-    FileURL() noexcept = default;
+    FileURL() noexcept;
 
     /// A URL of the given path. Trailing slashes are dropped (but for "/"), and
     /// so is everything from a NUL byte on; nothing else is normalised.

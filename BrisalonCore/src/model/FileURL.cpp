@@ -17,9 +17,8 @@ namespace detail {
 SharedRef<NameBlock> NameBlock::make(FileURL folder, std::string_view bytes)
 {
     void* memory = ::operator new(sizeof(NameBlock) + bytes.size());
-    auto* block = new (memory) NameBlock(std::move(folder));
-    std::memcpy(block + 1, bytes.data(), bytes.size());
-    return SharedRef<NameBlock>(block);
+    std::memcpy(static_cast<char*>(memory) + sizeof(NameBlock), bytes.data(), bytes.size());
+    return SharedRef<NameBlock>(new (memory) NameBlock(std::move(folder)));
 }
 
 void NameBlock::destroy(const NameBlock* block) noexcept
@@ -82,6 +81,7 @@ FileURL::FileURL(SharedRef<NameBlock> names, std::uint64_t offset) noexcept
 {
 }
 
+FileURL::FileURL() noexcept = default;
 FileURL::FileURL(const FileURL&) noexcept = default;
 FileURL::FileURL(FileURL&&) noexcept = default;
 FileURL& FileURL::operator=(const FileURL&) noexcept = default;
