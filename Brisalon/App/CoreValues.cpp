@@ -1,0 +1,117 @@
+#include "Brisalon/App/CoreValues.h"
+
+#include "Brisalon/App/DisplayText.h"
+#include "BrisalonCore/ByteFormat.h"
+
+#include <QLocale>
+#include <QThreadPool>
+
+#include <utility>
+
+namespace brisalon {
+
+namespace {
+
+void destroyOffMainThread(const FileNode* node)
+{
+    // Without children there is nothing to take apart. The pool is gone when
+    // statics are destroyed at exit.
+    QThreadPool* const pool = node->canZoom() ? QThreadPool::globalInstance() : nullptr;
+    if (pool)
+        pool->start([node] { delete node; });
+    else
+        delete node;
+}
+
+QString ascii(std::string_view text)
+{
+    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+FileNodeValue::FileNodeValue(FileNode node)
+    : node_(new FileNode(std::move(node)), destroyOffMainThread)
+{
+}
+
+QByteArray FileNodeValue::id() const
+{
+    return node_ ? QByteArray::fromStdString(node_->id()) : QByteArray();
+}
+
+QString FileNodeValue::name() const
+{
+    return node_ ? displayText(node_->name()) : QString();
+}
+
+QString FileNodeValue::path() const
+{
+    return node_ ? displayText(node_->url().path()) : QString();
+}
+
+QString FileNodeValue::sizeText() const
+{
+    return node_ ? ascii(ByteFormat::string(node_->allocatedSize())) : QString();
+}
+
+QString FileNodeValue::kindTitle() const
+{
+    return node_ ? ascii(node_->kind().title()) : QString();
+}
+
+QString FileNodeValue::hogKind() const
+{
+    return ascii(rawValue(node_ ? node_->hogKind() : HogKind::none));
+}
+
+QString FileNodeValue::hogTitle() const
+{
+    return node_ ? ascii(title(node_->hogKind())) : QString();
+}
+
+QString FileNodeValue::risk() const
+{
+    return ascii(rawValue(node_ ? node_->risk() : Risk::unknown));
+}
+
+QString FileNodeValue::riskTitle() const
+{
+    return node_ ? ascii(title(node_->risk())) : QString();
+}
+
+int FileNodeValue::childCount() const
+{
+    return node_ ? static_cast<int>(node_->children().size()) : 0;
+}
+
+bool operator==(const FileNodeValue& a, const FileNodeValue& b)
+{
+    if (a.node_ == b.node_)
+        return true;
+    // Nodes that share their children compare in constant time.
+    return a.node_ && b.node_ && a.node_->children().data() == b.node_->children().data()
+           && *a.node_ == *b.node_;
+}
+
+QString ScanProgressValue::currentPath() const
+{
+    return progress_ ? displayText(progress_->currentPath) : QString();
+}
+
+QString ScanProgressValue::visitedText() const
+{
+    return progress_ ? QLocale().toString(qlonglong{progress_->visitedCount}) : QString();
+}
+
+QString ScanProgressValue::bytesText() const
+{
+    return progress_ ? ascii(ByteFormat::string(progress_->bytesFound)) : QString();
+}
+
+QString FileURLValue::path() const
+{
+    return displayText(url_.path());
+}
+
+} // namespace brisalon

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "BrisalonCore/FileNode.h"
+#include "BrisalonCore/ScanProgress.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqml.h>
+
+#include <memory>
+#include <optional>
+
+namespace brisalon {
+
+/// A node of a scan result, or none, as the application and its views pass it
+/// around: what an optional FileNode is to the core, with properties for QML
+/// (value type `fileNode`; test `isPresent`, the rest reads as empty without it).
+///
+/// Copying costs one reference count. When the last copy of a node with children
+/// goes, the node is destroyed on a thread of the global pool, because whoever
+/// drops it (a view, QML's garbage collector) is on the main thread, and taking a
+/// large tree apart takes longer than a frame. Main thread, like all of QML.
+class FileNodeValue {
+    Q_GADGET
+    QML_VALUE_TYPE(fileNode)
+
+    Q_PROPERTY(bool isPresent READ isPresent CONSTANT)
+    Q_PROPERTY(QByteArray id READ id CONSTANT)
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(QString path READ path CONSTANT)
+    Q_PROPERTY(qint64 allocatedSize READ allocatedSize CONSTANT)
+    Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
+    Q_PROPERTY(QString kindTitle READ kindTitle CONSTANT)
+    Q_PROPERTY(QString hogKind READ hogKind CONSTANT)
+    Q_PROPERTY(QString hogTitle READ hogTitle CONSTANT)
+    Q_PROPERTY(QString risk READ risk CONSTANT)
+    Q_PROPERTY(QString riskTitle READ riskTitle CONSTANT)
+    Q_PROPERTY(bool canZoom READ canZoom CONSTANT)
+    Q_PROPERTY(int childCount READ childCount CONSTANT)
+
+public:
+    /// No node.
+    FileNodeValue() = default;
+    FileNodeValue(FileNode node);
+    FileNodeValue(std::nullopt_t) {}
+
+    explicit operator bool() const { return node_ != nullptr; }
+    /// The node; there must be one. Valid while a copy of this value lives.
+    const FileNode& operator*() const { return *node_; }
+    const FileNode* operator->() const { return node_.get(); }
+
+    bool isPresent() const { return node_ != nullptr; }
+    /// The node's identity: its path as bytes, empty for none.
+    QByteArray id() const;
+    /// Name and path, decoded for people.
+    QString name() const;
+    QString path() const;
+    qint64 allocatedSize() const { return node_ ? node_->allocatedSize() : 0; }
+    QString sizeText() const;
+    QString kindTitle() const;
+    /// The hog kind's and the risk's raw values ("nodeModules", "safe"); "none"
+    /// and "unknown" without a node.
+    QString hogKind() const;
+    QString hogTitle() const;
+    QString risk() const;
+    QString riskTitle() const;
+    bool canZoom() const { return node_ && node_->canZoom(); }
+    int childCount() const;
+
+    /// Whether both are none, or the same node of the same tree. Never visits what
+    /// lies below, so equal folders of two scans differ: views that compare values
+    /// on every change stay fast. For equality of trees compare the nodes.
+    friend bool operator==(const FileNodeValue& a, const FileNodeValue& b);
+
+private:
+    std::shared_ptr<const FileNode> node_;
+};
+
+/// A report of a scan, or none, for QML (value type `scanProgress`).
+class ScanProgressValue {
+    Q_GADGET
+    QML_VALUE_TYPE(scanProgress)
+
+    Q_PROPERTY(bool isPresent READ isPresent CONSTANT)
+    Q_PROPERTY(QString currentPath READ currentPath CONSTANT)
+    Q_PROPERTY(QString visitedText READ visitedText CONSTANT)
+    Q_PROPERTY(QString bytesText READ bytesText CONSTANT)
+
+public:
+    ScanProgressValue() = default;
+    ScanProgressValue(ScanProgress progress) : progress_(std::move(progress)) {}
+
+    explicit operator bool() const { return progress_.has_value(); }
+    const ScanProgress& operator*() const { return *progress_; }
+    const ScanProgress* operator->() const { return &*progress_; }
+
+    bool isPresent() const { return progress_.has_value(); }
+    /// Decoded for people.
+    QString currentPath() const;
+    /// The count of visited items with the digit grouping of the user's locale.
+    QString visitedText() const;
+    QString bytesText() const;
+
+    friend bool operator==(const ScanProgressValue&, const ScanProgressValue&) = default;
+
+private:
+    std::optional<ScanProgress> progress_;
+};
+
+/// FileURL in QML: a value that views hand back to operations unseen.
+class FileURLValue {
+    Q_GADGET
+    QML_VALUE_TYPE(fileURL)
+    QML_FOREIGN(brisalon::FileURL)
+    QML_EXTENDED(brisalon::FileURLValue)
+
+    Q_PROPERTY(QString path READ path CONSTANT)
+
+public:
+    /// Decoded for people.
+    QString path() const;
+
+private:
+    FileURL url_;
+};
+
+} // namespace brisalon

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+#include <string_view>
+
+namespace brisalon {
+
+/// Bytes of a file name or path as text to show: decoded as UTF-8, with U+FFFD for
+/// what is not. For people only; the text must never be used to reach a file.
+QString displayText(std::string_view bytes);
+
+} // namespace brisalon

@@ -1,0 +1,10 @@
+#include "Brisalon/Services/FullDiskAccess.h"
+
+namespace brisalon {
+
+bool FullDiskAccess::isGranted()
+{
+    return true;
+}
+
+} // namespace brisalon

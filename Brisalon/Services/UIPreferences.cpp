@@ -1,0 +1,44 @@
+#include "Brisalon/Services/UIPreferences.h"
+
+#include "Brisalon/Platform/DefaultsStore.h"
+
+#include <string_view>
+
+namespace brisalon {
+
+namespace {
+
+constexpr std::string_view dismissedUntilKey = "fdaBannerDismissedUntil";
+constexpr std::string_view seenHintKey = "hasSeenMapInteractionHint";
+
+using Seconds = std::chrono::duration<double>;
+
+} // namespace
+
+std::optional<UIPreferences::Date> UIPreferences::fdaBannerDismissedUntil() const
+{
+    const std::optional<double> seconds = store_.number(dismissedUntilKey);
+    if (!seconds)
+        return std::nullopt;
+    return Date(std::chrono::duration_cast<Date::duration>(Seconds(*seconds)));
+}
+
+void UIPreferences::setFDABannerDismissedUntil(std::optional<Date> date)
+{
+    if (date)
+        store_.setNumber(dismissedUntilKey, Seconds(date->time_since_epoch()).count());
+    else
+        store_.remove(dismissedUntilKey);
+}
+
+bool UIPreferences::hasSeenMapInteractionHint() const
+{
+    return store_.boolean(seenHintKey).value_or(false);
+}
+
+void UIPreferences::setHasSeenMapInteractionHint()
+{
+    store_.setBoolean(seenHintKey, true);
+}
+
+} // namespace brisalon
