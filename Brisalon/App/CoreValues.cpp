@@ -109,6 +109,16 @@ QString ScanProgressValue::bytesText() const
     return progress_ ? ascii(ByteFormat::string(progress_->bytesFound)) : QString();
 }
 
+QString VolumeStatsValue::freeText() const
+{
+    return stats_ ? ascii(ByteFormat::string(stats_->free)) : QString();
+}
+
+QString VolumeStatsValue::usedText() const
+{
+    return stats_ ? ascii(ByteFormat::string(stats_->used())) : QString();
+}
+
 QString FileURLValue::path() const
 {
     return displayText(url_.path());

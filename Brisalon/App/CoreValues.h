@@ -2,6 +2,7 @@
 
 #include "BrisalonCore/FileNode.h"
 #include "BrisalonCore/ScanProgress.h"
+#include "BrisalonCore/VolumeStats.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -20,7 +21,8 @@ namespace brisalon {
 /// Copying costs one reference count. When the last copy of a node with children
 /// goes, the node is destroyed on a thread of the global pool, because whoever
 /// drops it (a view, QML's garbage collector) is on the main thread, and taking a
-/// large tree apart takes longer than a frame. Main thread, like all of QML.
+/// large tree apart takes longer than a frame. Copies may be made, read and
+/// dropped on any thread.
 class FileNodeValue {
     Q_GADGET
     QML_VALUE_TYPE(fileNode)
@@ -106,6 +108,38 @@ public:
 
 private:
     std::optional<ScanProgress> progress_;
+};
+
+/// The figures of a volume, or none, for QML (value type `volumeStats`).
+class VolumeStatsValue {
+    Q_GADGET
+    QML_VALUE_TYPE(volumeStats)
+
+    Q_PROPERTY(bool isPresent READ isPresent CONSTANT)
+    Q_PROPERTY(double usedFraction READ usedFraction CONSTANT)
+    Q_PROPERTY(int usedPercent READ usedPercent CONSTANT)
+    Q_PROPERTY(QString freeText READ freeText CONSTANT)
+    Q_PROPERTY(QString usedText READ usedText CONSTANT)
+
+public:
+    VolumeStatsValue() = default;
+    VolumeStatsValue(std::optional<VolumeStats> stats) : stats_(stats) {}
+
+    explicit operator bool() const { return stats_.has_value(); }
+    const VolumeStats& operator*() const { return *stats_; }
+    const VolumeStats* operator->() const { return &*stats_; }
+
+    bool isPresent() const { return stats_.has_value(); }
+    double usedFraction() const { return stats_ ? stats_->usedFraction() : 0; }
+    /// The used fraction in whole percent, rounded down.
+    int usedPercent() const { return static_cast<int>(usedFraction() * 100); }
+    QString freeText() const;
+    QString usedText() const;
+
+    friend bool operator==(const VolumeStatsValue&, const VolumeStatsValue&) = default;
+
+private:
+    std::optional<VolumeStats> stats_;
 };
 
 /// FileURL in QML: a value that views hand back to operations unseen.

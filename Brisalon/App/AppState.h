@@ -1,0 +1,199 @@
+#pragma once
+
+#include "Brisalon/App/CoreValues.h"
+#include "Brisalon/App/ScanTask.h"
+#include "Brisalon/Services/ScanTargetPreference.h"
+#include "Brisalon/Services/UIPreferences.h"
+#include "BrisalonCore/LargeFileEntry.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QtQml/qqml.h>
+
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace brisalon {
+
+class DefaultsStore;
+class FolderPanel;
+
+/// The one model of the application: all that the window shows, and the operations
+/// that change it. Views read it and call its operations, and keep no copies.
+///
+/// Every field is a notifying property. Storing an equal value is silent (equality
+/// of whole trees for nodes); a different one is announced once, on the main
+/// thread, after it was stored. No setter does anything else. An absent text is
+/// the empty one.
+///
+/// Confined to the main thread. Only a scan works elsewhere, and it reaches the
+/// model through calls queued to the main thread. May be destroyed while a scan
+/// runs, which stops the scan.
+///
+/// Kept by every operation: `current`, when present, is the last of `breadcrumbs`,
+/// and `breadcrumbs` starts with `tree`.
+class AppState : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The application creates the one model.")
+
+    Q_PROPERTY(brisalon::FileNodeValue tree READ tree NOTIFY treeChanged)
+    Q_PROPERTY(brisalon::FileNodeValue current READ current NOTIFY currentChanged)
+    Q_PROPERTY(QList<brisalon::FileNodeValue> breadcrumbs READ breadcrumbs
+                   NOTIFY breadcrumbsChanged)
+    Q_PROPERTY(brisalon::FileNodeValue selected READ selected WRITE setSelected
+                   NOTIFY selectedChanged)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
+    Q_PROPERTY(brisalon::ScanProgressValue progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(QString scanError READ scanError NOTIFY scanErrorChanged)
+    Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
+    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess CONSTANT)
+    Q_PROPERTY(brisalon::FileURL scanRoot READ scanRoot NOTIFY scanRootChanged)
+    Q_PROPERTY(brisalon::VolumeStatsValue volume READ volume NOTIFY volumeChanged)
+    Q_PROPERTY(QString lastUsedTarget READ lastUsedTarget NOTIFY lastUsedTargetChanged)
+
+    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
+    Q_PROPERTY(QString selectedBytesText READ selectedBytesText NOTIFY selectionChanged)
+    Q_PROPERTY(bool shouldShowMapHint READ shouldShowMapHint NOTIFY shouldShowMapHintChanged)
+    Q_PROPERTY(bool isHomeScanned READ isHomeScanned NOTIFY scannedTargetChanged)
+    Q_PROPERTY(bool isThisMacScanned READ isThisMacScanned NOTIFY scannedTargetChanged)
+
+    Q_PROPERTY(brisalon::FileURL homeFolder READ homeFolder CONSTANT)
+    Q_PROPERTY(brisalon::FileURL startupVolume READ startupVolume CONSTANT)
+
+public:
+    /// A scan folds files below 256 KiB and reports every 400 items.
+    static constexpr DiskScanner scanner{.smallFileThreshold = 262'144, .progressEvery = 400};
+
+    /// The store and the panel outlive the model. `scan` stands in for the
+    /// scanner's in tests.
+    AppState(DefaultsStore& store, FolderPanel& folderPanel, ScanTask::Scan scan = {},
+             QObject* parent = nullptr);
+    ~AppState() override;
+
+    /// The root of the last successful scan.
+    const FileNodeValue& tree() const { return tree_; }
+    /// The node whose children the map shows.
+    const FileNodeValue& current() const { return current_; }
+    /// From the scan root to `current`.
+    const QList<FileNodeValue>& breadcrumbs() const { return breadcrumbs_; }
+    const FileNodeValue& selected() const { return selected_; }
+    void setSelected(const FileNodeValue& node);
+    /// The 50 largest files of `tree`, largest first.
+    const std::vector<LargeFileEntry>& largeFiles() const { return largeFiles_; }
+    /// The paths ticked in the list of largest files; while there are any, they
+    /// and not `selected` are what the selection means.
+    const std::set<std::string>& selectedLargeFileIDs() const { return selectedLargeFileIDs_; }
+    void setSelectedLargeFileIDs(std::set<std::string> ids);
+    bool isScanning() const { return isScanning_; }
+    /// The latest report of the running or last scan.
+    const ScanProgressValue& progress() const { return progress_; }
+    /// Why the last scan failed; absent while one runs and after one that
+    /// succeeded or was cancelled.
+    const QString& scanError() const { return scanError_; }
+    /// The one line of feedback, until the next.
+    const QString& statusMessage() const { return statusMessage_; }
+    bool hasFullDiskAccess() const { return hasFullDiskAccess_; }
+    /// What the last scan was started on, as given; the home folder before any.
+    const FileURL& scanRoot() const { return scanRoot_; }
+    const VolumeStatsValue& volume() const { return volume_; }
+    const ScanTargetPreference& preferredWelcomeTarget() const { return preferredWelcomeTarget_; }
+
+    // Derived from the fields on every read.
+
+    /// "home", "thisMac" or "custom", the kind of preferredWelcomeTarget, or empty
+    /// when no target was ever remembered.
+    QString lastUsedTarget() const;
+    std::int64_t selectedBytes() const;
+    QString selectedBytesText() const;
+    /// Ticked large files in the order of `largeFiles`.
+    std::vector<LargeFileEntry> selectedLargeFileEntries() const;
+    bool hasSelection() const;
+    /// Whether there is a map and the user has never zoomed into one.
+    bool shouldShowMapHint() const;
+    /// Whether the map on screen is that target's, and no scan runs.
+    bool isHomeScanned() const { return isScanned(homeFolder()); }
+    bool isThisMacScanned() const { return isScanned(startupVolume()); }
+
+    FileURL homeFolder() const;
+    FileURL startupVolume() const { return FileURL("/"); }
+
+    /// Scans `root`, replacing a scan that runs. Another folder than the last one
+    /// clears the map at once; the same one (links resolved) keeps it until the
+    /// new tree is there. A failure ends up in scanError and statusMessage.
+    Q_INVOKABLE void startScan(const brisalon::FileURL& root);
+    Q_INVOKABLE void cancelScan();
+    /// Asks for a folder, and scans it if the user picks one.
+    Q_INVOKABLE void pickFolderAndScan();
+
+    /// Shows the node's children if it is a folder that has any; selects it.
+    Q_INVOKABLE void zoom(const brisalon::FileNodeValue& node);
+    Q_INVOKABLE void zoomUpOneLevel();
+    /// Goes back to a node of `breadcrumbs`; anything else is ignored.
+    Q_INVOKABLE void jumpToBreadcrumb(const brisalon::FileNodeValue& node);
+    /// A click on the map: selects the node and ends a selection of large files.
+    Q_INVOKABLE void select(const brisalon::FileNodeValue& node);
+
+    /// Reads the volume of the scanned folder, or the startup volume without a map.
+    Q_INVOKABLE void refreshVolume();
+
+signals:
+    void treeChanged();
+    void currentChanged();
+    void breadcrumbsChanged();
+    void selectedChanged();
+    void largeFilesChanged();
+    void selectedLargeFileIDsChanged();
+    void isScanningChanged();
+    void progressChanged();
+    void scanErrorChanged();
+    void statusMessageChanged();
+    void scanRootChanged();
+    void volumeChanged();
+    void preferredWelcomeTargetChanged();
+
+    // Of the derived values: sent whenever a field that they read has changed.
+    void lastUsedTargetChanged();
+    void selectionChanged();
+    void shouldShowMapHintChanged();
+    void scannedTargetChanged();
+
+private:
+    template <typename T>
+    void assign(T& field, T value, void (AppState::*changed)());
+    void clearMap();
+    void endScan(ScanTask& task, ScanTask::Outcome outcome);
+    void showTree(ScanTask::Finished finished);
+    void showFailure(const ScanTask::Outcome& outcome);
+    bool isScanned(const FileURL& root) const;
+
+    DefaultsStore& store_;
+    FolderPanel& folderPanel_;
+    ScanTask::Scan scan_;
+    UIPreferences preferences_;
+
+    FileNodeValue tree_;
+    FileNodeValue current_;
+    QList<FileNodeValue> breadcrumbs_;
+    FileNodeValue selected_;
+    std::vector<LargeFileEntry> largeFiles_;
+    std::set<std::string> selectedLargeFileIDs_;
+    bool isScanning_ = false;
+    ScanProgressValue progress_;
+    QString scanError_;
+    QString statusMessage_;
+    bool hasFullDiskAccess_;
+    FileURL scanRoot_;
+    VolumeStatsValue volume_;
+    ScanTargetPreference preferredWelcomeTarget_;
+
+    /// Every task that has not ended, the newest last. Older ones were replaced,
+    /// and may say nothing any more when they end.
+    std::vector<std::unique_ptr<ScanTask>> tasks_;
+};
+
+} // namespace brisalon

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Brisalon/App/CoreValues.h"
+#include "BrisalonCore/DiskScanner.h"
+#include "BrisalonCore/LargeFileEntry.h"
+
+#include <QObject>
+
+#include <functional>
+#include <string>
+#include <thread>
+#include <variant>
+#include <vector>
+
+namespace brisalon {
+
+/// One scan on a thread of its own, from its start to what the model stores.
+///
+/// All that takes longer than a frame on a large tree happens on that thread: the
+/// walk, the search for the largest files, the comparison with the previous tree.
+/// What the thread has to say is posted to the receiver's thread, one queued call
+/// for each report, in order, the end last. The receiver outlives the task; calls
+/// still queued when the receiver goes are dropped.
+///
+/// Used from the receiver's thread. Destruction stops the scan and waits for its
+/// thread, which takes as long as the scanner needs for the item that it is at.
+class ScanTask {
+public:
+    /// What walks: DiskScanner::scan of a scanner, or a test's stand-in.
+    using Scan = std::function<ScanResult(const FileURL& root,
+                                          const DiskScanner::ProgressCallback& progress,
+                                          std::stop_token cancellation)>;
+
+    struct Finished {
+        /// The new tree; the previous one itself when the new one equals it, so
+        /// that whoever compares the two need not visit them again.
+        FileNodeValue tree;
+        std::vector<LargeFileEntry> largeFiles;
+    };
+    /// The text is the description of an unexpected error, such as no memory.
+    using Outcome = std::variant<Finished, ScanError, TaskCancelled, std::string>;
+
+    struct Request {
+        FileURL root;
+        /// The tree that the result will replace, if any.
+        FileNodeValue previous;
+        std::size_t largeFileLimit;
+    };
+    struct Handlers {
+        std::function<void(const ScanProgress&)> progressed;
+        std::function<void(ScanTask&, Outcome)> ended;
+    };
+
+    /// Starts at once.
+    ScanTask(Scan scan, Request request, QObject& receiver, Handlers handlers);
+
+    /// Asks the scan to stop; it ends soon, in any of the four ways.
+    void cancel() { thread_.request_stop(); }
+    bool isCancelled() const { return thread_.get_stop_token().stop_requested(); }
+
+private:
+    std::jthread thread_;
+};
+
+} // namespace brisalon
