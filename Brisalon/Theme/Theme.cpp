@@ -157,4 +157,9 @@ QColor Theme::color(Risk risk)
     return muted();
 }
 
+QColor Theme::riskColor(const QString& rawValue)
+{
+    return color(riskFromRawValue(rawValue.toStdString()).value_or(Risk::unknown));
+}
+
 } // namespace brisalon

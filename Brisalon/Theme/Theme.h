@@ -5,6 +5,7 @@
 #include <QColor>
 #include <QFont>
 #include <QObject>
+#include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace brisalon {
@@ -91,7 +92,10 @@ public:
     Q_INVOKABLE static QFont rounded(int size, int weight = QFont::Normal);
     Q_INVOKABLE static QFont monospaced(int size, int weight = QFont::Normal);
 
+    /// The colour of a risk, given by its raw value in QML; muted for a text that
+    /// is no risk.
     static QColor color(Risk risk);
+    Q_INVOKABLE static QColor riskColor(const QString& rawValue);
 };
 
 } // namespace brisalon

@@ -1,0 +1,30 @@
+#include "Brisalon/Theme/LogoMark.h"
+
+#include <QBrush>
+#include <QImage>
+#include <QPainter>
+#include <QQuickWindow>
+#include <QSvgRenderer>
+
+namespace brisalon {
+
+void LogoMark::paint(QPainter* painter)
+{
+    const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
+    QImage image((size() * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter drawing(&image);
+    drawing.setRenderHint(QPainter::Antialiasing);
+    QSvgRenderer(QStringLiteral(":/qt/qml/Brisalon/Theme/LogoMark.svg"))
+        .render(&drawing, QRectF(image.rect()));
+    drawing.end();
+
+    // A brush, because a clip path has no smooth edge.
+    image.setDevicePixelRatio(ratio);
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(QBrush(image));
+    painter->drawRoundedRect(boundingRect(), cornerRadius_, cornerRadius_);
+}
+
+} // namespace brisalon

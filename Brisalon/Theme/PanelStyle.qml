@@ -1,0 +1,11 @@
+import QtQuick
+
+// The background of a panel.
+Rectangle {
+    property real cornerRadius: 12
+
+    radius: cornerRadius
+    color: Theme.panel
+    border.width: 1
+    border.color: Theme.stroke
+}

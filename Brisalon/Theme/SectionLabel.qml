@@ -1,0 +1,15 @@
+import QtQuick
+
+// A small heading over a group. Given in mixed case, shown in capitals.
+Text {
+    required property string title
+
+    text: title.toUpperCase()
+    textFormat: Text.PlainText
+    font: {
+        const font = Theme.rounded(10, Font.DemiBold);
+        font.letterSpacing = 0.6;
+        return font;
+    }
+    color: Theme.muted
+}
