@@ -1,0 +1,340 @@
+#include "scan/FolderWalk.h"
+
+#include "BrisalonCore/HogClassifier.h"
+#include "host/Package.h"
+#include "host/Volume.h"
+#include "scan/PathRules.h"
+#include "scan/SaturatingSum.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+namespace brisalon::detail {
+
+using host::FolderReader;
+using host::ItemType;
+using host::OpenFolder;
+
+namespace {
+
+constexpr std::string_view aggregateName = ".small-files-aggregate";
+
+/// Whether a path is skipped is settled by its first three components.
+constexpr unsigned depthOfSkipRules = 3;
+
+std::size_t workersFor(std::string_view rootPath)
+{
+    return host::isOnRotatingDisk(rootPath) ? 1 : host::availableProcessors();
+}
+
+/// Appends a name with its closing NUL; returns where it starts.
+std::uint64_t appendName(std::string& names, const char* name)
+{
+    const std::uint64_t offset = names.size();
+    names.append(name, std::strlen(name) + 1);
+    return offset;
+}
+
+unsigned componentCount(std::string_view path) noexcept
+{
+    return path == "/" ? 0 : static_cast<unsigned>(std::count(path.begin(), path.end(), '/'));
+}
+
+} // namespace
+
+FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& ledger,
+                       std::stop_token cancellation)
+    : root_(std::move(root)), rootPath_(root_.path()), isRootSkipped_(isSkippedPath(rootPath_)),
+      smallFileThreshold_(scanner.smallFileThreshold), ledger_(ledger),
+      cancellation_(std::move(cancellation)), barriers_(host::MountBarriers::current(rootPath_)),
+      openFolders_(rootPath_, host::openFolderBudget()), queues_(workersFor(rootPath_)),
+      workerCount_(queues_.workerCount()),
+      rootNode_(NodeAssembly::leaf(root_, 0, NodeKind::directory, HogClassifier::classify(root_)))
+{
+}
+
+std::optional<FileNode> FolderWalk::run()
+{
+    const Task rootTask{nullptr, 0, 0};
+    queues_.push(0, {&rootTask, 1});
+    {
+        std::vector<std::jthread> helpers;
+        try {
+            while (helpers.size() + 1 < workerCount_)
+                helpers.emplace_back([this, index = helpers.size() + 1] { work(index); });
+        } catch (const std::system_error&) {
+            // No more threads are to be had: those that run do the work.
+        }
+        work(0);
+    }
+    if (failure_)
+        std::rethrow_exception(failure_);
+    if (isAbandoned())
+        return std::nullopt;
+    return rootNode_;
+}
+
+void FolderWalk::work(std::size_t index) noexcept
+{
+    Worker worker;
+    worker.index = index;
+    while (const auto task = queues_.take(index)) {
+        visit(*task, worker);
+        queues_.finish();
+    }
+}
+
+void FolderWalk::visit(const Task& task, Worker& worker)
+{
+    WalkFolder* const parent = task.folder;
+    std::unique_ptr<WalkFolder> folder;
+    worker.tasks.clear();
+    try {
+        OpenFolder handle;
+        if (parent) {
+            OpenFolders::Claim claim(openFolders_, *parent);
+            if (!isAbandoned())
+                handle = claim.open(parent->names->name(task.nameOffset));
+        } else {
+            handle = OpenFolder::at(rootPath_);
+        }
+        folder = std::make_unique<WalkFolder>();
+        folder->parent = parent;
+        folder->nameOffset = task.nameOffset;
+        folder->slot = task.slot;
+        if (!parent) {
+            folder->depth = componentCount(rootPath_);
+            folder->trail = HogTrail::of(rootPath_);
+            folder->mounts = barriers_.root();
+        } else {
+            const char* name = folder->name();
+            folder->depth = std::min(parent->depth + 1, depthOfSkipRules);
+            folder->mounts = parent->mounts ? parent->mounts->child(name) : nullptr;
+            folder->package = parent->package;
+            if (!folder->package) {
+                const FileNode& node = parent->children->nodes()[task.slot];
+                if (node.kind() == NodeKind::package) {
+                    folder->package = folder.get();
+                    folder->packageBytes = node.allocatedSize();
+                } else {
+                    folder->trail = parent->trail.entering(name);
+                }
+            }
+        }
+
+        if (folder->package)
+            readPackageFolder(*folder, handle, worker);
+        else
+            readFolder(*folder, handle, worker);
+
+        if (!worker.tasks.empty()) {
+            folder->unfinished = worker.tasks.size();
+            openFolders_.keep(*folder, std::move(handle), worker.tasks.size());
+            queues_.push(worker.index, worker.tasks);
+            (void)folder.release(); // its last subfolder finishes it
+            return;
+        }
+        openFolders_.returnFrom(*folder, handle);
+    } catch (...) {
+        abandon(std::current_exception());
+        if (folder)
+            openFolders_.forget(*folder);
+    }
+    if (folder)
+        finish(std::move(folder));
+    else
+        finishUnread(parent);
+}
+
+void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker& worker)
+{
+    worker.kept.clear();
+    worker.keptNames.clear();
+    worker.smallNames.clear();
+    worker.smallCount = 0;
+    worker.smallBytes = 0;
+
+    const FileURL url = urlOf(folder);
+    std::string pathForSkipping;
+    if (folder.depth < depthOfSkipRules) {
+        pathForSkipping = url.path();
+        if (!pathForSkipping.ends_with('/'))
+            pathForSkipping += '/';
+    }
+    worker.reader.start(handle);
+    while (worker.reader.readBatch()) {
+        worker.items.clear();
+        while (const auto entry = worker.reader.next()) {
+            if (isAbandoned())
+                return;
+            if (cancellation_.stop_requested())
+                return abandon();
+            const std::int64_t bytes = note(*entry, folder, pathForSkipping, handle, worker);
+            worker.items.push_back({entry->name, bytes});
+        }
+        if (!ledger_.enter(url, worker.items))
+            return abandon();
+    }
+    makeNodes(folder, worker);
+}
+
+std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder& folder,
+                              const std::string& pathForSkipping, const OpenFolder& handle,
+                              Worker& worker) const
+{
+    ItemType type = entry.type;
+    std::int64_t size = 0;
+    if (type == ItemType::other || type == ItemType::unknown) {
+        const auto measure = handle.measure(entry.name);
+        // What cannot be measured (any more) counts as an empty file.
+        type = measure ? measure->type : ItemType::other;
+        size = measure && type == ItemType::other ? measure->allocatedBytes : 0;
+    }
+    if (type == ItemType::link)
+        return 0;
+    if (isRootSkipped_
+        || (!pathForSkipping.empty() && isSkippedPath(pathForSkipping + entry.name)))
+        return 0;
+
+    if (type == ItemType::folder) {
+        const auto* place = folder.mounts ? folder.mounts->child(entry.name) : nullptr;
+        const bool isEntered = !(place && place->isBarrier());
+        NodeKind kind = NodeKind::directory;
+        if (isEntered && host::isPackageName(entry.name)) {
+            const auto measure = handle.measure(entry.name);
+            kind = NodeKind::package;
+            size = measure ? measure->allocatedBytes : 0;
+        }
+        worker.kept.push_back({appendName(worker.keptNames, entry.name), size, kind, isEntered});
+        return 0; // a package's bytes are recorded when it has been measured
+    }
+    if (size < smallFileThreshold_) {
+        appendName(worker.smallNames, entry.name);
+        ++worker.smallCount;
+        worker.smallBytes = saturatingSum(worker.smallBytes, size);
+    } else {
+        worker.kept.push_back(
+            {appendName(worker.keptNames, entry.name), size, NodeKind::file, false});
+    }
+    return size;
+}
+
+void FolderWalk::makeNodes(WalkFolder& folder, Worker& worker) const
+{
+    if (worker.kept.empty() && worker.smallCount == 0)
+        return;
+    std::string& names = worker.keptNames;
+    std::uint64_t aggregateOffset = 0;
+    if (worker.smallCount > 0) {
+        aggregateOffset = names.size();
+        names.append(aggregateName).push_back('\0');
+        names += worker.smallNames;
+    }
+    folder.names = NameBlock::make(urlOf(folder), names);
+    ChildBlock* block = ChildBlock::make(worker.kept.size() + (worker.smallCount > 0 ? 1 : 0));
+    folder.children = SharedRef<ChildBlock>(block);
+    for (const Kept& kept : worker.kept) {
+        if (kept.isEntered)
+            worker.tasks.push_back({&folder, kept.nameOffset, block->nodes().size()});
+        NodeAssembly::append(*block, NameBlock::url(folder.names, kept.nameOffset), kept.size,
+                             kept.kind, folder.trail.classify(folder.names->name(kept.nameOffset)));
+    }
+    if (worker.smallCount > 0)
+        NodeAssembly::appendAggregate(*block, NameBlock::url(folder.names, aggregateOffset),
+                                      worker.smallBytes, worker.smallCount,
+                                      folder.trail.classify(aggregateName));
+}
+
+void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle, Worker& worker)
+{
+    worker.keptNames.clear();
+    std::int64_t bytes = 0;
+    worker.reader.start(handle);
+    while (worker.reader.readBatch()) {
+        while (const auto entry = worker.reader.next()) {
+            // A package is one item: a cancellation that nobody has noticed yet
+            // does not interrupt it.
+            if (isAbandoned())
+                return worker.tasks.clear();
+            const auto* place = folder.mounts ? folder.mounts->child(entry->name) : nullptr;
+            if (place && place->isBarrier())
+                continue;
+            const auto measure = handle.measure(entry->name);
+            if (!measure)
+                continue;
+            bytes = saturatingSum(bytes, measure->allocatedBytes);
+            if (measure->type == ItemType::folder)
+                worker.tasks.push_back({&folder, appendName(worker.keptNames, entry->name), 0});
+        }
+    }
+    std::int64_t total = folder.package->packageBytes;
+    while (!folder.package->packageBytes.compare_exchange_weak(total, saturatingSum(total, bytes)))
+        ;
+    if (!worker.tasks.empty())
+        folder.names = NameBlock::make(FileURL(), worker.keptNames);
+}
+
+void FolderWalk::finish(std::unique_ptr<WalkFolder> folder)
+{
+    for (;;) {
+        std::int64_t size = 0;
+        if (folder->package == folder.get()) {
+            size = folder->packageBytes;
+            ledger_.addBytes(size);
+        } else if (folder->children) {
+            size = arrange(*folder->children);
+        }
+        WalkFolder* const parent = folder->parent;
+        if (folder->package == nullptr || folder->package == folder.get()) {
+            FileNode& node = parent ? parent->children->nodes()[folder->slot] : rootNode_;
+            NodeAssembly::setSize(node, size);
+            if (folder->children)
+                NodeAssembly::setChildren(node, folder->children.get());
+        }
+        folder.reset();
+        if (!parent || --parent->unfinished != 0)
+            return;
+        folder.reset(parent);
+    }
+}
+
+void FolderWalk::finishUnread(WalkFolder* parent)
+{
+    if (parent && --parent->unfinished == 0)
+        finish(std::unique_ptr<WalkFolder>(parent));
+}
+
+std::int64_t FolderWalk::arrange(const ChildBlock& children)
+{
+    const auto nodes = children.nodes();
+    // Names stand in their block in the order of reading, the aggregate's last,
+    // so equal sizes keep that order.
+    std::sort(nodes.begin(), nodes.end(), [](const FileNode& a, const FileNode& b) {
+        if (a.allocatedSize() != b.allocatedSize())
+            return a.allocatedSize() > b.allocatedSize();
+        return NameBlock::offsetOf(a.url()) < NameBlock::offsetOf(b.url());
+    });
+    std::int64_t total = 0;
+    for (const FileNode& node : nodes)
+        total = saturatingSum(total, node.allocatedSize());
+    return total;
+}
+
+FileURL FolderWalk::urlOf(const WalkFolder& folder) const
+{
+    return folder.parent ? NameBlock::url(folder.parent->names, folder.nameOffset) : root_;
+}
+
+void FolderWalk::abandon(std::exception_ptr reason) noexcept
+{
+    const std::lock_guard lock(failureMutex_);
+    if (reason && !failure_)
+        failure_ = std::move(reason);
+    isAbandoned_ = true;
+}
+
+} // namespace brisalon::detail

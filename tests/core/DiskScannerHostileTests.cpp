@@ -1,0 +1,185 @@
+#include "BrisalonCore/DiskScanner.h"
+#include "BrisalonCore/LargeFiles.h"
+#include "support/ReferenceTree.h"
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace brisalon;
+using namespace brisalon::tests;
+
+namespace {
+
+constexpr std::int64_t kib = 1024;
+
+FileNode scanned(const FileURL& root, const DiskScanner::ProgressCallback& progress = [](auto&) {})
+{
+    return std::get<FileNode>(DiskScanner{256 * kib, 400}.scan(root, progress));
+}
+
+std::size_t countFolders(const FileNode& root)
+{
+    std::size_t count = 0;
+    std::vector<const FileNode*> pending{&root};
+    while (!pending.empty()) {
+        const FileNode* node = pending.back();
+        pending.pop_back();
+        ++count;
+        for (const FileNode& child : node->children())
+            if (child.kind() == NodeKind::directory)
+                pending.push_back(&child);
+    }
+    return count - 1;
+}
+
+int openDescriptors()
+{
+    int count = 0;
+    DIR* entries = ::opendir("/proc/self/fd");
+    while (::readdir(entries))
+        ++count;
+    ::closedir(entries);
+    return count;
+}
+
+/// Lowers this process's limit of open files while it lives.
+class DescriptorLimit {
+public:
+    explicit DescriptorLimit(rlim_t limit)
+    {
+        ::getrlimit(RLIMIT_NOFILE, &before_);
+        rlimit lowered = before_;
+        lowered.rlim_cur = limit;
+        ::setrlimit(RLIMIT_NOFILE, &lowered);
+    }
+    DescriptorLimit(const DescriptorLimit&) = delete;
+    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+    ~DescriptorLimit() { ::setrlimit(RLIMIT_NOFILE, &before_); }
+
+private:
+    rlimit before_{};
+};
+
+TEST(DiskScannerHostile, FoldersOfAnyDepthWithFewDescriptors)
+{
+    constexpr int depth = 100'000;
+    constexpr int siblingEvery = 3;
+    TemporaryTree tree;
+    tree.chain("", "d", depth, siblingEvery);
+    const int before = openDescriptors();
+    const DescriptorLimit limit(64);
+    const FileNode root = scanned(tree.url());
+    EXPECT_EQ(countFolders(root), depth + (depth + siblingEvery - 1) / siblingEvery);
+    EXPECT_EQ(root, scanned(tree.url()));
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(DiskScannerHostile, WideAndDeepWithFewDescriptors)
+{
+    // Many folders wait at once at every level, so the folders kept open change
+    // hands all the time.
+    TemporaryTree tree;
+    for (int i = 0; i < 6; ++i) {
+        const std::string top = "t" + std::to_string(i);
+        tree.folder(top);
+        tree.chain(top, "deeper", 300, 1);
+    }
+    const DescriptorLimit limit(48);
+    EXPECT_EQ(countFolders(scanned(tree.url())), 6u * (1 + 600));
+}
+
+TEST(DiskScannerHostile, PathsBeyondTheSystemsLongest)
+{
+    TemporaryTree tree;
+    const std::string longest(255, 'n');
+    tree.chain("", longest, 60, 0);
+    std::string path = tree.path();
+    for (int i = 0; i < 60; ++i)
+        path += '/' + longest;
+    const FileNode root = scanned(tree.url());
+    ASSERT_NE(LargeFiles::find(path, root), nullptr);
+    // Such a path may be a root itself.
+    EXPECT_EQ(scanned(FileURL(path)), *LargeFiles::find(path, root));
+    EXPECT_EQ(std::get<ScanError>(DiskScanner{0, 0}.scan(FileURL(path + "/missing"), [](auto&) {})),
+              ScanError::rootMissing);
+}
+
+TEST(DiskScannerHostile, ItemsVanishWhileTheScanRuns)
+{
+    TemporaryTree tree;
+    tree.file("stays", 300 * kib);
+    tree.file("goes/a/b/file", 300 * kib);
+    std::string expected;
+    // The first item that is met removes a folder that may still be ahead.
+    const FileNode root = std::get<FileNode>(
+        DiskScanner{256 * kib, 1}.scan(tree.url(), [&](const ScanProgress& report) {
+            if (report.visitedCount == 1)
+                tree.remove("goes");
+        }));
+    EXPECT_NE(LargeFiles::find(tree.at("stays"), root), nullptr);
+    EXPECT_EQ(LargeFiles::find(tree.at("goes/a/b/file"), root), nullptr);
+
+    tree.folder("root");
+    tree.file("root/file", 300 * kib);
+    const FileURL vanishing(tree.at("root"));
+    const FileNode gone = scanned(vanishing, [&](const ScanProgress&) { tree.remove("root"); });
+    EXPECT_TRUE(gone.children().empty());
+    EXPECT_EQ(gone.url(), vanishing);
+}
+
+TEST(DiskScannerHostile, AFolderReplacedByALinkIsNotFollowed)
+{
+    TemporaryTree tree;
+    tree.file("outside/file", 300 * kib);
+    tree.file("root/inner/file", 300 * kib);
+    const FileNode root
+        = std::get<FileNode>(DiskScanner{256 * kib, 1}.scan(FileURL(tree.at("root")), [&](const ScanProgress& report) {
+              if (report.visitedCount != 1)
+                  return;
+              tree.remove("root/inner");
+              tree.link("root/inner", tree.at("outside"));
+          }));
+    EXPECT_EQ(root.allocatedSize(), 0);
+}
+
+TEST(DiskScannerHostile, UnreadableFoldersArePassedOver)
+{
+    TemporaryTree tree;
+    tree.file("locked/file", 300 * kib);
+    tree.file("open", 300 * kib);
+    ::chmod(tree.path().c_str(), 0755);
+    ::chmod(tree.at("locked").c_str(), 0);
+    // Rights do not bind the superuser, so the scan runs in a child without them.
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::getuid() == 0 && ::setuid(65534) != 0)
+            ::_exit(2);
+        const FileNode root = scanned(tree.url());
+        const FileNode locked = scanned(FileURL(tree.at("locked")));
+        const bool isRight = root.allocatedSize() == 300 * kib && root.children().size() == 2
+            && root.children()[1].children().empty() && locked.children().empty();
+        ::_exit(isRight ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST(DiskScannerHostile, SpecialFilesAreFilesWithoutSize)
+{
+    TemporaryTree tree;
+    ASSERT_EQ(::mkfifo(tree.at("pipe").c_str(), 0600), 0);
+    tree.folder("skipped");
+    const FileNode root = scanned(tree.url());
+    EXPECT_EQ(root, referenceTree(tree.path(), 256 * kib));
+    EXPECT_EQ(root.children()[1].aggregateSources(), FileURLList({FileURL(tree.at("pipe"))}));
+}
+
+} // namespace

@@ -1,0 +1,125 @@
+#include "BrisalonCore/FileURL.h"
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+using brisalon::FileURL;
+using brisalon::tests::TemporaryTree;
+
+namespace {
+
+FileURL built(std::initializer_list<const char*> components)
+{
+    FileURL url("/");
+    for (const char* component : components)
+        url = url.appendingPathComponent(component);
+    return url;
+}
+
+TEST(FileURL, WholeAndComposedPathsAreTheSameLocation)
+{
+    const FileURL whole("/a/b/c\xFF");
+    const FileURL composed = built({"a", "b", "c\xFF"});
+    EXPECT_EQ(composed.path(), "/a/b/c\xFF");
+    EXPECT_EQ(whole, composed);
+    EXPECT_EQ(composed, built({"a/b", "c\xFF/"}));
+    EXPECT_NE(whole, built({"a", "b", "c"}));
+    EXPECT_NE(whole, built({"b", "c\xFF"}));
+    EXPECT_NE(built({"x", "b"}), built({"y", "b"}));
+    EXPECT_NE(whole, FileURL());
+    EXPECT_EQ(FileURL(), FileURL(""));
+    EXPECT_EQ(FileURL("/a").appendingPathComponent("").path(), "/a");
+    EXPECT_EQ(FileURL().appendingPathComponent("a").path(), "a");
+}
+
+TEST(FileURL, PathEqualsIsExact)
+{
+    for (const FileURL& url : {FileURL("/a/bc"), built({"a", "bc"})}) {
+        EXPECT_TRUE(url.pathEquals("/a/bc"));
+        for (const char* other : {"/a/bc/", "//a/bc", "/a//bc", "a/bc", "/bc", "bc", "c", "", "/",
+                                  "/A/bc", "/x/a/bc", "/abc"})
+            EXPECT_FALSE(url.pathEquals(other)) << other;
+    }
+    EXPECT_TRUE(built({"c"}).pathEquals("/c"));
+    EXPECT_FALSE(built({"c"}).pathEquals("//c"));
+    EXPECT_FALSE(built({"c"}).pathEquals("/x/c"));
+    EXPECT_TRUE(FileURL().pathEquals(""));
+}
+
+TEST(FileURL, TakesPathsApart)
+{
+    const struct {
+        const char* path;
+        const char* normal;
+        const char* last;
+        const char* folder;
+    } cases[] = {
+        {"/", "/", "", "/"},       {"//", "/", "", "/"},     {"/a", "/a", "a", "/"},
+        {"/a/", "/a", "a", "/"},   {"/a/b", "/a/b", "b", "/a"}, {"a", "a", "a", ""},
+        {"a/b", "a/b", "b", "a"},  {"", "", "", ""},
+    };
+    for (const auto& expected : cases) {
+        const FileURL url(expected.path);
+        EXPECT_EQ(url.path(), expected.normal);
+        EXPECT_EQ(url.lastPathComponent(), expected.last);
+        EXPECT_EQ(url.deletingLastPathComponent().path(), expected.folder);
+    }
+    EXPECT_EQ(built({"a", "b"}).deletingLastPathComponent(), FileURL("/a"));
+    EXPECT_EQ(built({"a", "b"}).lastPathComponent(), "b");
+}
+
+TEST(FileURL, StandardizesByTextAlone)
+{
+    const struct {
+        const char* path;
+        const char* expected;
+    } cases[] = {
+        {"/a/./b//c/../d/", "/a/b/d"}, {"/..", "/"}, {"/../../x", "/x"}, {"/a/..", "/"}, {"/...", "/..."},
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(FileURL(path).standardized().path(), expected);
+    EXPECT_TRUE(FileURL("x/../y").standardized().path().ends_with("/y"));
+    EXPECT_TRUE(FileURL("y").standardized().path().starts_with("/"));
+}
+
+TEST(FileURL, ResolvesLinksAsFarAsThePathExists)
+{
+    TemporaryTree tree;
+    tree.folder("real/inner");
+    tree.file("real/file");
+    tree.link("relative", "real");
+    tree.link("absolute", tree.at("relative/inner"));
+    tree.link("real/up", "../relative/inner");
+    tree.link("circleA", "circleB");
+    tree.link("circleB", "circleA");
+    const struct {
+        const char* path;
+        const char* expected;
+    } cases[] = {
+        {"relative", "real"},
+        {"absolute", "real/inner"},
+        {"relative/up", "real/inner"},
+        {"absolute/../file", "real/file"},
+        {"relative/./missing/x", "real/missing/x"},
+        {"relative/file/below", "real/file/below"},
+        {"circleA", "circleA"},
+        {"real/inner", "real/inner"},
+    };
+    for (const auto& [path, expected] : cases)
+        EXPECT_EQ(FileURL(tree.at(path)).resolvingSymbolicLinks().path(), tree.at(expected));
+    EXPECT_EQ(FileURL("/").resolvingSymbolicLinks().path(), "/");
+}
+
+TEST(FileURL, ChainsOfAnyDepthAreOrdinary)
+{
+    constexpr int depth = 100'000;
+    FileURL url("/");
+    for (int i = 0; i < depth; ++i)
+        url = url.appendingPathComponent("d");
+    const std::string path = url.path();
+    EXPECT_EQ(path.size(), 2u * depth);
+    EXPECT_TRUE(url.pathEquals(path));
+    EXPECT_EQ(url, FileURL(path));
+} // and its destruction does not recurse
+
+} // namespace

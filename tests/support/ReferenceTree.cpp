@@ -1,0 +1,94 @@
+#include "support/ReferenceTree.h"
+
+#include "BrisalonCore/FileNodeBuilder.h"
+#include "host/Package.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+namespace brisalon::tests {
+
+namespace {
+
+std::vector<std::string> namesIn(const std::string& folder)
+{
+    std::vector<std::string> names;
+    if (DIR* entries = ::opendir(folder.c_str())) {
+        while (const dirent* entry = ::readdir(entries))
+            if (const std::string name = entry->d_name; name != "." && name != "..")
+                names.push_back(name);
+        ::closedir(entries);
+    }
+    return names;
+}
+
+struct stat statusOf(const std::string& path)
+{
+    struct stat status {};
+    ::lstat(path.c_str(), &status);
+    return status;
+}
+
+std::int64_t wholeSize(const std::string& path)
+{
+    const struct stat status = statusOf(path);
+    std::int64_t size = status.st_blocks * 512;
+    if (S_ISDIR(status.st_mode))
+        for (const std::string& name : namesIn(path))
+            size += wholeSize(path + '/' + name);
+    return size;
+}
+
+} // namespace
+
+FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshold)
+{
+    std::vector<FileNode> children;
+    std::vector<FileURL> small;
+    std::int64_t smallBytes = 0;
+    for (const std::string& name : namesIn(folder)) {
+        const std::string path = folder + '/' + name;
+        const struct stat status = statusOf(path);
+        const std::int64_t size = status.st_blocks * 512;
+        if (S_ISLNK(status.st_mode))
+            continue;
+        if (S_ISDIR(status.st_mode) && host::isPackageName(name)) {
+            children.push_back(
+                FileNodeBuilder::make(FileURL(path), wholeSize(path), NodeKind::package));
+        } else if (S_ISDIR(status.st_mode)) {
+            children.push_back(referenceTree(path, smallFileThreshold));
+        } else if (size < smallFileThreshold) {
+            small.emplace_back(path);
+            smallBytes += size;
+        } else {
+            children.push_back(FileNodeBuilder::make(FileURL(path), size, NodeKind::file));
+        }
+    }
+    if (!small.empty()) {
+        const auto count = static_cast<std::int64_t>(small.size());
+        children.push_back(FileNodeBuilder::make(FileURL(folder + "/.small-files-aggregate"),
+                                                 smallBytes, NodeKind::smallFilesAggregate(count),
+                                                 {}, FileURLList(std::move(small))));
+    }
+    std::stable_sort(children.begin(), children.end(), [](const FileNode& a, const FileNode& b) {
+        return a.allocatedSize() > b.allocatedSize();
+    });
+    std::int64_t total = 0;
+    for (const FileNode& child : children)
+        total += child.allocatedSize();
+    return FileNodeBuilder::make(FileURL(folder), total, NodeKind::directory, std::move(children));
+}
+
+std::int64_t referenceCount(const FileNode& tree, const std::string& folder)
+{
+    auto count = static_cast<std::int64_t>(namesIn(folder).size());
+    for (const FileNode& child : tree.children())
+        if (child.kind() == NodeKind::directory)
+            count += referenceCount(child, child.url().path());
+    return count;
+}
+
+} // namespace brisalon::tests

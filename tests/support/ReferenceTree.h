@@ -1,0 +1,18 @@
+#pragma once
+
+#include "BrisalonCore/FileNode.h"
+
+#include <cstdint>
+#include <string>
+
+namespace brisalon::tests {
+
+/// What a scan of the folder must yield, worked out in the plainest way: by
+/// recursion, whole paths and a status request for everything. Only for trees
+/// of moderate depth.
+FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshold);
+
+/// How many items a scan of the folder must count.
+std::int64_t referenceCount(const FileNode& tree, const std::string& folder);
+
+} // namespace brisalon::tests

@@ -1,0 +1,143 @@
+#include "support/TemporaryTree.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brisalon::tests {
+
+namespace {
+
+void require(bool condition, const char* what)
+{
+    if (condition)
+        return;
+    std::perror(what);
+    std::abort();
+}
+
+/// Unlinks what is not a folder; returns the name of one subfolder, or "".
+std::string clearFiles(int folder)
+{
+    DIR* entries = ::fdopendir(::dup(folder));
+    require(entries != nullptr, "fdopendir");
+    ::rewinddir(entries);
+    std::string subfolder;
+    std::vector<std::string> names;
+    while (const dirent* entry = ::readdir(entries))
+        if (const std::string name = entry->d_name; name != "." && name != "..")
+            names.push_back(name);
+    ::closedir(entries);
+    for (const std::string& name : names)
+        if (::unlinkat(folder, name.c_str(), 0) != 0 && ::unlinkat(folder, name.c_str(), AT_REMOVEDIR) != 0)
+            subfolder = name;
+    return subfolder;
+}
+
+/// Empties a folder without recursion and without long paths.
+void clear(int top)
+{
+    std::vector<std::string> path;
+    int folder = ::dup(top);
+    for (;;) {
+        const std::string below = clearFiles(folder);
+        if (!below.empty()) {
+            ::fchmodat(folder, below.c_str(), 0700, 0);
+            const int next = ::openat(folder, below.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+            require(next >= 0, "openat");
+            path.push_back(below);
+            ::close(folder);
+            folder = next;
+            continue;
+        }
+        if (path.empty())
+            break;
+        const int above = ::openat(folder, "..", O_RDONLY | O_DIRECTORY);
+        require(above >= 0, "openat ..");
+        ::close(folder);
+        folder = above;
+        require(::unlinkat(folder, path.back().c_str(), AT_REMOVEDIR) == 0, "unlinkat");
+        path.pop_back();
+    }
+    ::close(folder);
+}
+
+} // namespace
+
+TemporaryTree::TemporaryTree()
+{
+    std::string pattern
+        = (std::filesystem::canonical(std::filesystem::temp_directory_path()) / "brisalon-XXXXXX");
+    require(::mkdtemp(pattern.data()) != nullptr, "mkdtemp");
+    path_ = pattern;
+}
+
+TemporaryTree::~TemporaryTree()
+{
+    remove("");
+}
+
+std::string TemporaryTree::at(std::string_view relative) const
+{
+    return relative.empty() ? path_ : path_ + '/' + std::string(relative);
+}
+
+void TemporaryTree::folder(std::string_view relative) const
+{
+    std::filesystem::create_directories(at(relative));
+}
+
+void TemporaryTree::file(std::string_view relative, std::int64_t bytes) const
+{
+    const std::string path = at(relative);
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    const int handle = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    require(handle >= 0, "open");
+    require(bytes == 0 || ::posix_fallocate(handle, 0, bytes) == 0, "posix_fallocate");
+    ::close(handle);
+}
+
+void TemporaryTree::link(std::string_view relative, const std::string& target) const
+{
+    const std::string path = at(relative);
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    require(::symlink(target.c_str(), path.c_str()) == 0, "symlink");
+}
+
+void TemporaryTree::chain(std::string_view top, const std::string& name, int levels,
+                          int siblingEvery) const
+{
+    int folder = ::open(at(top).c_str(), O_RDONLY | O_DIRECTORY);
+    require(folder >= 0, "open");
+    for (int level = 0; level < levels; ++level) {
+        if (siblingEvery > 0 && level % siblingEvery == 0)
+            require(::mkdirat(folder, "sibling", 0700) == 0, "mkdirat");
+        require(::mkdirat(folder, name.c_str(), 0700) == 0, "mkdirat");
+        const int next = ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY);
+        require(next >= 0, "openat");
+        ::close(folder);
+        folder = next;
+    }
+    ::close(folder);
+}
+
+void TemporaryTree::remove(std::string_view relative) const
+{
+    const std::string path = at(relative);
+    const int handle = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (handle >= 0) {
+        clear(handle);
+        ::close(handle);
+        ::rmdir(path.c_str());
+    } else {
+        ::unlink(path.c_str());
+    }
+}
+
+} // namespace brisalon::tests

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "BrisalonCore/FileURL.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace brisalon::tests {
+
+/// A folder of its own below the system's folder for temporary files, filled by
+/// a test and removed with all that is in it at the end, whatever its depth,
+/// names and permissions. Never follows a link. Failing to build aborts the test
+/// program: nothing could be concluded from it.
+class TemporaryTree {
+public:
+    TemporaryTree();
+    TemporaryTree(const TemporaryTree&) = delete;
+    TemporaryTree& operator=(const TemporaryTree&) = delete;
+    ~TemporaryTree();
+
+    /// The folder's path, free of links.
+    const std::string& path() const noexcept { return path_; }
+    FileURL url() const { return FileURL(path_); }
+    /// The path of an item inside.
+    std::string at(std::string_view relative) const;
+
+    /// Each makes the folders on the way; paths are relative to the tree.
+    void folder(std::string_view relative) const;
+    /// A file that occupies at least `bytes` on disk.
+    void file(std::string_view relative, std::int64_t bytes = 0) const;
+    void link(std::string_view relative, const std::string& target) const;
+
+    /// `levels` folders of the given name, one inside the other, below the
+    /// folder `top`, which exists; in every `siblingEvery`-th also an empty folder
+    /// "sibling" (0: in none). Of any depth.
+    void chain(std::string_view top, const std::string& name, int levels, int siblingEvery) const;
+
+    /// Removes the item and everything in it. Missing items are fine.
+    void remove(std::string_view relative) const;
+
+private:
+    std::string path_;
+};
+
+} // namespace brisalon::tests
