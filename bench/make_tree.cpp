@@ -46,6 +46,11 @@ private:
     std::exit(1);
 }
 
+std::string child(std::string folder, const char* prefix, long long number)
+{
+    return folder.append(prefix).append(std::to_string(number));
+}
+
 void makeFile(const std::string& path, off_t size)
 {
     const int handle = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
@@ -90,9 +95,8 @@ int main(int argc, char** argv)
     std::string current = top;
     auto filesLeft = filesOfFolder(random);
     for (long long made = 0; made < wanted; ++made) {
-        const std::string number = std::to_string(made);
         if (filesLeft == 0) {
-            current = folders[random.below(folders.size())] + "/folder" + number;
+            current = child(folders[random.below(folders.size())], "/folder", made);
             if (::mkdir(current.c_str(), 0755) != 0)
                 fail(current);
             folders.push_back(current);
@@ -100,7 +104,7 @@ int main(int argc, char** argv)
             continue;
         }
         --filesLeft;
-        const std::string path = current + "/item-" + number;
+        const std::string path = child(current, "/item-", made);
         if (random.below(45) != 0)
             makeFile(path, fileSize(random));
         else if (::symlink("somewhere", path.c_str()) != 0)

@@ -176,7 +176,7 @@ private:
             tasks_.push_back({folder, name});
     }
 
-    static constexpr std::size_t bufferSize = 64 * 1024;
+    static constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 
     Exchange& exchange_;
     std::vector<Task> tasks_;
