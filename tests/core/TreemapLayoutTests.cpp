@@ -1,0 +1,206 @@
+#include "BrisalonCore/TreemapLayout.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+using namespace brisalon;
+
+namespace {
+
+std::vector<FileNode> nodesOf(const std::vector<std::int64_t>& sizes)
+{
+    const FileURL folder("/r");
+    std::vector<FileNode> nodes;
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        const std::string name = std::to_string(i);
+        nodes.emplace_back(folder.appendingPathComponent(name), name, sizes[i], NodeKind::file,
+                           HogKind::none, Risk::unknown, std::vector<FileNode>(), FileURLList());
+    }
+    return nodes;
+}
+
+struct Rect {
+    double x, y, width, height;
+    friend bool operator==(const Rect&, const Rect&) = default;
+};
+
+/// The algorithm by the book: every candidate row is measured anew, item by item.
+std::vector<Rect> squarifiedByTheBook(const std::vector<double>& sizes, double w, double h)
+{
+    std::vector<Rect> result;
+    double x = 0, y = 0, total = 0;
+    for (const double size : sizes)
+        total += size;
+    std::size_t first = 0;
+    while (first < sizes.size() && w > 0 && h > 0) {
+        const double shortSide = std::min(w, h), longSide = std::max(w, h);
+        std::vector<double> row;
+        double sum = 0, current = std::numeric_limits<double>::infinity();
+        while (first + row.size() < sizes.size()) {
+            row.push_back(sizes[first + row.size()]);
+            sum += row.back();
+            const double thickness = longSide * (sum / total);
+            double worst = 1;
+            for (const double size : row) {
+                const double length = shortSide * (size / sum);
+                worst = std::max(worst, std::max(thickness / length, length / thickness));
+            }
+            if (worst > current) {
+                sum -= row.back();
+                row.pop_back();
+                break;
+            }
+            current = worst;
+        }
+        const double fraction = sum / total;
+        double offset = 0;
+        if (h <= w) {
+            offset = y;
+            for (const double size : row) {
+                result.push_back({x, offset, w * fraction, h * (size / sum)});
+                offset += h * (size / sum);
+            }
+            x += w * fraction;
+            w -= w * fraction;
+        } else {
+            offset = x;
+            for (const double size : row) {
+                result.push_back({offset, y, w * (size / sum), h * fraction});
+                offset += w * (size / sum);
+            }
+            y += h * fraction;
+            h -= h * fraction;
+        }
+        first += row.size();
+        total -= sum;
+    }
+    return result;
+}
+
+std::vector<Rect> rectsOf(const std::vector<TreemapRect>& rects)
+{
+    std::vector<Rect> result;
+    for (const TreemapRect& rect : rects)
+        result.push_back({rect.x, rect.y, rect.width, rect.height});
+    return result;
+}
+
+void expectLayout(const std::vector<std::int64_t>& sizes, double width, double height,
+                  const std::vector<Rect>& expected)
+{
+    const auto rects = TreemapLayout::layout(nodesOf(sizes), width, height);
+    ASSERT_EQ(rects.size(), expected.size());
+    for (std::size_t i = 0; i < rects.size(); ++i) {
+        EXPECT_NEAR(rects[i].x, expected[i].x, 0.005) << i;
+        EXPECT_NEAR(rects[i].y, expected[i].y, 0.005) << i;
+        EXPECT_NEAR(rects[i].width, expected[i].width, 0.005) << i;
+        EXPECT_NEAR(rects[i].height, expected[i].height, 0.005) << i;
+    }
+}
+
+TEST(TreemapLayout, NothingToShow)
+{
+    const auto nodes = nodesOf({3, 1});
+    EXPECT_TRUE(TreemapLayout::layout({}, 100, 100).empty());
+    EXPECT_TRUE(TreemapLayout::layout(nodes, 0, 100).empty());
+    EXPECT_TRUE(TreemapLayout::layout(nodes, 100, -1).empty());
+    EXPECT_TRUE(TreemapLayout::layout(nodes, std::nan(""), 100).empty());
+    EXPECT_TRUE(TreemapLayout::layout(nodesOf({0, -5, 0}), 100, 100).empty());
+}
+
+TEST(TreemapLayout, Samples)
+{
+    expectLayout({7}, 300, 200, {{0, 0, 300, 200}});
+    expectLayout({3, 1}, 400, 100, {{0, 0, 300, 100}, {300, 0, 100, 100}});
+    expectLayout({6, 6, 4, 3, 2, 2, 1}, 600, 400,
+                 {{0, 0, 300, 200},
+                  {0, 200, 300, 200},
+                  {300, 0, 171.43, 233.33},
+                  {471.43, 0, 128.57, 233.33},
+                  {300, 233.33, 120, 166.67},
+                  {420, 233.33, 120, 166.67},
+                  {540, 233.33, 60, 166.67}});
+    // An item that leaves the worst ratio as it is joins the row.
+    expectLayout({1, 1}, 100, 100, {{0, 0, 100, 50}, {0, 50, 100, 50}});
+    // A square is filled from the left.
+    expectLayout({2, 1, 1}, 100, 100, {{0, 0, 50, 100}, {50, 0, 50, 50}, {50, 50, 50, 50}});
+}
+
+TEST(TreemapLayout, NodesWithoutSizeGetNoRectangle)
+{
+    const auto rects = TreemapLayout::layout(nodesOf({0, 3, 0, -2, 1}), 400, 100);
+    ASSERT_EQ(rects.size(), 2u);
+    EXPECT_EQ(rects[0].nodeID(), "/r/1");
+    EXPECT_EQ(rects[1].id(), "/r/4");
+    EXPECT_EQ(rectsOf(rects), (std::vector<Rect>{{0, 0, 300, 100}, {300, 0, 100, 100}}));
+}
+
+TEST(TreemapLayout, SameDoublesAsMeasuringEveryRowAnew)
+{
+    std::mt19937_64 random(4);
+    for (int round = 0; round < 3000; ++round) {
+        std::vector<std::int64_t> sizes(1 + random() % 120);
+        const auto shift = random() % 62;
+        const auto spread = random() % 3;
+        for (auto& size : sizes)
+            size = static_cast<std::int64_t>(spread == 0   ? 1 + shift
+                                             : spread == 1 ? 1 + (random() >> (2 + shift))
+                                                           : 1 + (random() >> (2 + random() % 62)));
+        if (round % 4 != 0)
+            std::ranges::sort(sizes, std::ranges::greater());
+        const double edges[] = {1, 300, 1000.0 / 3, 1e-300, 5e-324, 1e308, 123456.789};
+        const double width = edges[random() % std::size(edges)];
+        const double height = edges[random() % std::size(edges)];
+        const std::vector<double> plain(sizes.begin(), sizes.end());
+        ASSERT_EQ(rectsOf(TreemapLayout::layout(nodesOf(sizes), width, height)),
+                  squarifiedByTheBook(plain, width, height))
+            << round << ": " << width << " x " << height;
+    }
+}
+
+TEST(TreemapLayout, TilesTheWholeArea)
+{
+    std::mt19937 random(5);
+    std::vector<std::int64_t> sizes(5000);
+    for (auto& size : sizes)
+        size = 1 + static_cast<std::int64_t>(random() >> (random() % 32));
+    std::ranges::sort(sizes, std::ranges::greater());
+    const auto rects = TreemapLayout::layout(nodesOf(sizes), 1600, 900);
+    ASSERT_EQ(rects.size(), sizes.size());
+    double total = 0;
+    for (const std::int64_t size : sizes)
+        total += static_cast<double>(size);
+    double area = 0;
+    for (std::size_t i = 0; i < rects.size(); ++i) {
+        const TreemapRect& rect = rects[i];
+        area += rect.width * rect.height;
+        EXPECT_NEAR(rect.width * rect.height, 1600 * 900 * static_cast<double>(sizes[i]) / total,
+                    1e-3);
+        EXPECT_GE(rect.x, 0);
+        EXPECT_GE(rect.y, 0);
+        EXPECT_LE(rect.x + rect.width, 1600 + 1e-6);
+        EXPECT_LE(rect.y + rect.height, 900 + 1e-6);
+        const double x = rect.x + rect.width / 2, y = rect.y + rect.height / 2;
+        EXPECT_EQ(TreemapLayout::hitTest(x, y, rects), &rect);
+    }
+    EXPECT_NEAR(area, 1600 * 900, 1e-3);
+}
+
+TEST(TreemapLayout, SharedEdgesBelongToTheRightAndLowerNeighbour)
+{
+    const auto rects = TreemapLayout::layout(nodesOf({3, 1}), 400, 100);
+    EXPECT_EQ(TreemapLayout::hitTest(300, 50, rects), &rects[1]);
+    EXPECT_EQ(TreemapLayout::hitTest(299.9, 50, rects), &rects[0]);
+    EXPECT_EQ(TreemapLayout::hitTest(0, 0, rects), &rects[0]);
+    EXPECT_EQ(TreemapLayout::hitTest(400, 50, rects), nullptr);
+    EXPECT_EQ(TreemapLayout::hitTest(50, 100, rects), nullptr);
+    EXPECT_EQ(TreemapLayout::hitTest(-0.1, 50, rects), nullptr);
+    EXPECT_EQ(TreemapLayout::hitTest(std::nan(""), 50, rects), nullptr);
+    EXPECT_EQ(TreemapLayout::hitTest(50, 50, {}), nullptr);
+}
+
+} // namespace
