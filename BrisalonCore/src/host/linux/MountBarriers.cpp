@@ -316,7 +316,7 @@ MountBarriers::MountBarriers(std::string_view mountTable, std::string_view root)
 
 MountBarriers MountBarriers::current(std::string_view root)
 {
-    std::ifstream file("/proc/self/mountinfo", std::ios::binary);
+    std::ifstream file("/proc/thread-self/mountinfo", std::ios::binary);
     const std::string table{std::istreambuf_iterator<char>(file), {}};
     return MountBarriers(table, root);
 }
