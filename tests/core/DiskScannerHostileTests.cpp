@@ -71,7 +71,7 @@ TEST(DiskScannerHostile, FoldersOfAnyDepthWithFewDescriptors)
 {
     constexpr int depth = 100'000;
     constexpr int siblingEvery = 3;
-    TemporaryTree tree;
+    TemporaryTree tree(TemporaryTree::Storage::memory);
     tree.chain("", "d", depth, siblingEvery);
     const int before = openDescriptors();
     const DescriptorLimit limit(64);
@@ -85,7 +85,7 @@ TEST(DiskScannerHostile, WideAndDeepWithFewDescriptors)
 {
     // Many folders wait at once at every level, so the folders kept open change
     // hands all the time.
-    TemporaryTree tree;
+    TemporaryTree tree(TemporaryTree::Storage::memory);
     for (int i = 0; i < 6; ++i) {
         const std::string top = "t" + std::to_string(i);
         tree.folder(top);
@@ -116,7 +116,6 @@ TEST(DiskScannerHostile, ItemsVanishWhileTheScanRuns)
     TemporaryTree tree;
     tree.file("stays", 300 * kib);
     tree.file("goes/a/b/file", 300 * kib);
-    std::string expected;
     // The first item that is met removes a folder that may still be ahead.
     const FileNode root = std::get<FileNode>(
         DiskScanner{256 * kib, 1}.scan(tree.url(), [&](const ScanProgress& report) {

@@ -7,6 +7,8 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -70,16 +72,22 @@ void clear(int top)
 
 } // namespace
 
-TemporaryTree::TemporaryTree()
+TemporaryTree::TemporaryTree(Storage storage)
 {
     std::string pattern
         = (std::filesystem::canonical(std::filesystem::temp_directory_path()) / "brisalon-XXXXXX");
     require(::mkdtemp(pattern.data()) != nullptr, "mkdtemp");
     path_ = pattern;
+    // The mount is seen by this process alone, so it cannot outlive it.
+    if (storage == Storage::memory && ::unshare(CLONE_NEWNS) == 0
+        && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0)
+        isMounted_ = ::mount("tmpfs", path_.c_str(), "tmpfs", 0, nullptr) == 0;
 }
 
 TemporaryTree::~TemporaryTree()
 {
+    if (isMounted_)
+        ::umount2(path_.c_str(), MNT_DETACH);
     remove("");
 }
 

@@ -14,7 +14,15 @@ namespace brisalon::tests {
 /// program: nothing could be concluded from it.
 class TemporaryTree {
 public:
-    TemporaryTree();
+    enum class Storage {
+        disk,
+        /// A memory file system of its own, for trees so large that a disk would
+        /// take most of the test's time; where the rights for that are missing,
+        /// the disk all the same.
+        memory,
+    };
+
+    explicit TemporaryTree(Storage storage = Storage::disk);
     TemporaryTree(const TemporaryTree&) = delete;
     TemporaryTree& operator=(const TemporaryTree&) = delete;
     ~TemporaryTree();
@@ -41,6 +49,7 @@ public:
 
 private:
     std::string path_;
+    bool isMounted_ = false;
 };
 
 } // namespace brisalon::tests

@@ -101,7 +101,14 @@ OpenFolder OpenFolder::at(std::string_view path)
 
 OpenFolder OpenFolder::child(const char* name) const
 {
-    return OpenFolder(isValid() ? openRetrying(handle_, name, readFlags | O_NOFOLLOW) : -1);
+    if (!isValid())
+        return {};
+    // Reading must leave no trace in the folder's access time, where its owner
+    // is the one who asks.
+    const int handle = openRetrying(handle_, name, readFlags | O_NOFOLLOW | O_NOATIME);
+    if (handle >= 0 || errno != EPERM)
+        return OpenFolder(handle);
+    return OpenFolder(openRetrying(handle_, name, readFlags | O_NOFOLLOW));
 }
 
 OpenFolder OpenFolder::parent() const
