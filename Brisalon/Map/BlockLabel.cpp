@@ -1,6 +1,7 @@
 #include "Brisalon/Map/BlockLabel.h"
 
 #include "Brisalon/App/DisplayText.h"
+#include "Brisalon/Theme/BoxBlur.h"
 #include "Brisalon/Theme/Theme.h"
 #include "BrisalonCore/ByteFormat.h"
 
@@ -8,9 +9,7 @@
 #include <QPainter>
 #include <QTextLayout>
 
-#include <array>
 #include <cmath>
-#include <cstdint>
 
 namespace brisalon {
 
@@ -29,17 +28,41 @@ constexpr RunStyle nameStyle{11, QFont::DemiBold, 1.0, 13};
 constexpr RunStyle sizeStyle{10, QFont::Medium, 0.88, 12};
 constexpr RunStyle hogStyle{9, QFont::Bold, 0.92, 11};
 
+/// The dark halo behind the text: how far it reaches and how far below the text it
+/// lies, in points, and its opacity (of 255) where the text is dense.
+constexpr double haloReach = 3;
+constexpr double haloDrop = 0.5;
+constexpr int haloStrength = 150;
+
 /// A name is one text, whatever characters it has: a line feed in it must not
 /// begin a line of its own.
 QString withoutControls(QString text)
 {
     for (QChar& character : text) {
-        if (character.category() == QChar::Other_Control
-            || character.category() == QChar::Separator_Line
-            || character.category() == QChar::Separator_Paragraph)
+        if (character.category() == QChar::Other_Control ||
+            character.category() == QChar::Separator_Line ||
+            character.category() == QChar::Separator_Paragraph)
             character = u' ';
     }
     return text;
+}
+
+/// Invites a line break, as invisible text.
+constexpr QChar zeroWidthSpace(0x200b);
+
+/// File names have no spaces where lines could end; their punctuation marks the
+/// places that a reader would choose.
+QString breakable(const QString& name)
+{
+    QString result;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        if (name[i] == u'.' && i > 0)
+            result += zeroWidthSpace;
+        result += name[i];
+        if (name[i] == u'_')
+            result += zeroWidthSpace;
+    }
+    return result;
 }
 
 /// Lays runs of text below one another in a box until a line does not fit.
@@ -72,12 +95,14 @@ public:
                 break;
             line.setLineWidth(box_.width());
             const qsizetype end = line.textStart() + line.textLength();
-            const bool cut =
-                end < text.size() && y_ + 2 * style.lineHeight > box_.bottom();
-            const QString shown = cut
-                ? metrics.elidedText(text.mid(start), Qt::ElideRight, box_.width())
-                : text.mid(start, end - start).trimmed();
-            lines_.push_back({shown, font, style.opacity, {box_.left(), y_ + baseline},
+            const bool cut = end < text.size() && y_ + 2 * style.lineHeight > box_.bottom();
+            QString shown = cut ? metrics.elidedText(text.mid(start), Qt::ElideRight, box_.width())
+                                : text.mid(start, end - start).trimmed();
+            shown.remove(zeroWidthSpace);
+            lines_.push_back({shown,
+                              font,
+                              style.opacity,
+                              {box_.left(), y_ + baseline},
                               metrics.horizontalAdvance(shown)});
             y_ += style.lineHeight;
             start = end;
@@ -94,65 +119,6 @@ private:
     std::vector<LabelLine> lines_;
 };
 
-/// The blurred shape of the text, as opacities of black.
-class Halo {
-public:
-    Halo(const QImage& text, int radius)
-        : width_(text.width()), height_(text.height()), radius_(radius),
-          alpha_(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_)),
-          scratch_(alpha_.size())
-    {
-        for (int y = 0; y < height_; ++y) {
-            const QRgb* line = reinterpret_cast<const QRgb*>(text.constScanLine(y));
-            for (int x = 0; x < width_; ++x)
-                alpha_[index(x, y)] = static_cast<std::uint8_t>(qAlpha(line[x]));
-        }
-        for (int pass = 0; pass < 2; ++pass) {
-            blur(alpha_, scratch_, width_, height_, 1, width_);
-            blur(scratch_, alpha_, height_, width_, width_, 1);
-        }
-    }
-
-    int at(int x, int y) const { return y < 0 ? 0 : alpha_[index(x, y)]; }
-
-private:
-    std::size_t index(int x, int y) const
-    {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_)
-               + static_cast<std::size_t>(x);
-    }
-
-    /// A box blur along one direction: `length` samples `step` apart, in `count`
-    /// rows `rowStep` apart.
-    void blur(const std::vector<std::uint8_t>& from, std::vector<std::uint8_t>& to, int length,
-              int count, int step, int rowStep) const
-    {
-        const int window = 2 * radius_ + 1;
-        for (int row = 0; row < count; ++row) {
-            const auto sample = [&](int i) -> std::size_t {
-                return static_cast<std::size_t>(row) * static_cast<std::size_t>(rowStep)
-                       + static_cast<std::size_t>(i) * static_cast<std::size_t>(step);
-            };
-            int sum = 0;
-            for (int i = 0; i < std::min(radius_, length); ++i)
-                sum += from[sample(i)];
-            for (int i = 0; i < length; ++i) {
-                if (i + radius_ < length)
-                    sum += from[sample(i + radius_)];
-                if (i > radius_)
-                    sum -= from[sample(i - radius_ - 1)];
-                to[sample(i)] = static_cast<std::uint8_t>(sum / window);
-            }
-        }
-    }
-
-    int width_;
-    int height_;
-    int radius_;
-    std::vector<std::uint8_t> alpha_;
-    std::vector<std::uint8_t> scratch_;
-};
-
 /// `value` × `factor` ÷ 255, rounded.
 int scaled(int value, int factor)
 {
@@ -167,7 +133,7 @@ std::vector<LabelLine> BlockLabel::lines(const FileNode& node, const QRectF& cel
     if (!(cell.width() > 64 && cell.height() > 28))
         return {};
     Flow flow(cell.adjusted(8, 7, -8, -7));
-    flow.append(withoutControls(displayText(node.name())), nameStyle);
+    flow.append(breakable(withoutControls(displayText(node.name()))), nameStyle);
     if (cell.height() > 44)
         flow.append(QString::fromStdString(ByteFormat::string(node.allocatedSize())), sizeStyle);
     if (cell.height() > 58 && node.hogKind() != HogKind::none) {
@@ -187,13 +153,13 @@ void BlockLabel::paint(const std::vector<LabelLine>& lines, MapLayers& layers, d
         extent |= QRectF(line.baseline.x(), line.baseline.y() - metrics.ascent(), line.width,
                          metrics.ascent() + metrics.descent());
     }
-    // The halo reaches two radii beyond the text.
-    const int radius = std::max(static_cast<int>(std::lround(1.2 * ratio)), 1);
-    const int margin = 2 * radius + 1;
+    const int reach = std::max(static_cast<int>(std::lround(haloReach * ratio)), 1);
+    const int drop = std::max(static_cast<int>(std::lround(haloDrop * ratio)), 1);
+    const int margin = reach + drop;
     const QRect area = QRectF(extent.topLeft() * ratio, extent.size() * ratio)
                            .toAlignedRect()
-                           .adjusted(-margin, -margin, margin, margin)
-                       & layers.bright.rect();
+                           .adjusted(-margin, -margin, margin, margin) &
+                       layers.bright.rect();
 
     QImage text(area.size(), QImage::Format_ARGB32_Premultiplied);
     text.fill(Qt::transparent);
@@ -207,15 +173,15 @@ void BlockLabel::paint(const std::vector<LabelLine>& lines, MapLayers& layers, d
     }
     painter.end();
 
-    const Halo halo(text, radius);
-    const int drop = std::max(static_cast<int>(std::lround(0.5 * ratio)), 1);
-    constexpr int strength = 150; // of 255, where the text is dense
+    QImage halo = text.convertToFormat(QImage::Format_Alpha8);
+    boxBlur(halo, reach);
     for (QImage* layer : {&layers.bright, &layers.dimmed}) {
         for (int y = 0; y < area.height(); ++y) {
             const QRgb* from = reinterpret_cast<const QRgb*>(text.constScanLine(y));
+            const uchar* dark = halo.constScanLine(std::max(y - drop, 0));
             QRgb* to = reinterpret_cast<QRgb*>(layer->scanLine(area.top() + y)) + area.left();
             for (int x = 0; x < area.width(); ++x) {
-                const int light = 255 - scaled(halo.at(x, y - drop), strength);
+                const int light = 255 - scaled(dark[x], haloStrength);
                 const int through = scaled(255 - qAlpha(from[x]), light);
                 to[x] = qRgb(qRed(from[x]) + scaled(qRed(to[x]), through),
                              qGreen(from[x]) + scaled(qGreen(to[x]), through),

@@ -69,8 +69,11 @@ struct Target {
 class Filler {
 public:
     Filler(MapLayers& layers, double ratio, QRgb background)
-        : width_(layers.bright.width()), height_(layers.bright.height()), ratio_(ratio),
-          background_(background), targets_{target(layers.bright), target(layers.dimmed)}
+        : width_(layers.bright.width()),
+          height_(layers.bright.height()),
+          ratio_(ratio),
+          background_(background),
+          targets_{target(layers.bright), target(layers.dimmed)}
     {
     }
 
@@ -88,8 +91,9 @@ public:
 private:
     struct Block {
         Block(const BlockShape& blockShape, const BlockFill& fill, double ratio, QRgb background)
-            : shape(blockShape), gradients{Gradient(fill.color, background, 1.0, 0.72),
-                                           Gradient(fill.color, background, 0.45, 0.35)}
+            : shape(blockShape),
+              gradients{Gradient(fill.color, background, 1.0, 0.72),
+                        Gradient(fill.color, background, 0.45, 0.35)}
         {
             const double w = fill.cell.width() * ratio;
             const double h = fill.cell.height() * ratio;
@@ -125,12 +129,12 @@ private:
         const int first = std::max(static_cast<int>(shape.left), 0);
         const int end = std::min(static_cast<int>(std::ceil(shape.right)), width_);
         const double rowCoverage = std::min(y + 1.0, shape.bottom) - std::max<double>(y, shape.top);
-        const bool besideCorners = y < shape.top + shape.corner || y + 1 > shape.bottom - shape.corner;
+        const bool besideCorners =
+            y < shape.top + shape.corner || y + 1 > shape.bottom - shape.corner;
         const double margin = besideCorners ? shape.corner : 0;
         const int solidFirst =
             std::clamp(static_cast<int>(std::ceil(shape.left + margin)), first, end);
-        const int solidEnd =
-            std::clamp(static_cast<int>(shape.right - margin), solidFirst, end);
+        const int solidEnd = std::clamp(static_cast<int>(shape.right - margin), solidFirst, end);
 
         for (int x = first; x < solidFirst; ++x) {
             blend(block, x, y, coverage(shape, x, y, rowCoverage));
@@ -163,8 +167,8 @@ private:
         }
         const double firstParameter = block.parameter(first, y);
         const double step = end - first > 1
-            ? (block.parameter(end - 1, y) - firstParameter) / (end - first - 1)
-            : 0.0;
+                                ? (block.parameter(end - 1, y) - firstParameter) / (end - first - 1)
+                                : 0.0;
         for (std::size_t layer = 0; layer < targets_.size(); ++layer) {
             const Gradient& gradient = block.gradients[layer];
             FixedColor color = gradient.at(firstParameter);

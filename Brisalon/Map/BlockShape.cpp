@@ -2,15 +2,6 @@
 
 namespace brisalon {
 
-namespace {
-
-/// A superellipse of exponent 2.5 must begin this much farther out than a
-/// circle's arc to cut the corner by the same amount on the diagonal:
-/// (1 - 2^(-1/2)) / (1 - 2^(-1/2.5)).
-constexpr double continuousCornerScale = 1.2098;
-
-} // namespace
-
 BlockShape BlockShape::of(const QRectF& cell, double ratio)
 {
     const double shortSide = std::min(cell.width(), cell.height());
@@ -36,8 +27,8 @@ BlockShape BlockShape::of(const QRectF& cell, double ratio)
     shape.top += gap;
     shape.right -= gap;
     shape.bottom -= gap;
-    shape.corner = std::min(radius * continuousCornerScale,
-                            std::max(std::min(shape.width(), shape.height()) / 2, 0.0));
+    shape.corner =
+        std::min(radius * cornerScale, std::max(std::min(shape.width(), shape.height()) / 2, 0.0));
     return shape;
 }
 

@@ -4,11 +4,11 @@
 
 namespace brisalon {
 
-MapLevel::MapLevel(FileNodeValue level, QSizeF size) : level_(std::move(level)), size_(size)
+MapLevel::MapLevel(FileNodeValue value, QSizeF size) : value_(std::move(value)), size_(size)
 {
-    if (!level_)
+    if (!value_)
         return;
-    const auto children = level_->children();
+    const auto children = value_->children();
     rects_ = TreemapLayout::layout(children, size.width(), size.height());
     // The layout keeps the order, drops what has no size, and leaves out the
     // tail when the area runs out.

@@ -23,8 +23,10 @@ class MapLevel {
 public:
     /// Nothing to show.
     MapLevel() = default;
-    MapLevel(FileNodeValue level, QSizeF size);
+    MapLevel(FileNodeValue value, QSizeF size);
 
+    /// The node whose children are laid out, or none.
+    const FileNodeValue& value() const { return value_; }
     QSizeF size() const { return size_; }
     std::size_t count() const { return rects_.size(); }
     QRectF cell(std::size_t block) const;
@@ -43,7 +45,7 @@ public:
     std::optional<std::size_t> neighbor(std::size_t block, Qt::Edge edge) const;
 
 private:
-    FileNodeValue level_;
+    FileNodeValue value_;
     QSizeF size_;
     std::vector<TreemapRect> rects_;
     std::vector<const FileNode*> nodes_;

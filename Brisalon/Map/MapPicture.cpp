@@ -17,8 +17,7 @@ MapPicture MapPicture::paint(std::shared_ptr<const MapLevel> level, double ratio
     fills.reserve(level->count());
     for (std::size_t block = 0; block < level->count(); ++block) {
         const FileNode& node = level->node(block);
-        fills.push_back(
-            {level->cell(block), NodeColor::color(node.hogKind(), node.name()).rgb()});
+        fills.push_back({level->cell(block), NodeColor::color(node.hogKind(), node.name()).rgb()});
     }
     picture.layers = BlockRasterizer::rasterize(fills, level->size(), ratio, background);
 

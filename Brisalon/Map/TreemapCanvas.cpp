@@ -1,0 +1,401 @@
+#include "Brisalon/Map/TreemapCanvas.h"
+
+#include "Brisalon/Map/MapSceneNode.h"
+#include "Brisalon/Map/TooltipPlacement.h"
+#include "Brisalon/Theme/BoxBlur.h"
+#include "Brisalon/Theme/Theme.h"
+
+#include <QElapsedTimer>
+#include <QFocusEvent>
+#include <QHoverEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QQuickWindow>
+#include <QtConcurrent>
+
+#include <limits>
+
+namespace brisalon {
+
+namespace {
+
+/// A resized map that was painted in this time is painted at once, so that it
+/// never lags behind its window; longer would eat up the frame.
+constexpr double quickMilliseconds = 8;
+
+constexpr QPointF nowhere(std::numeric_limits<double>::quiet_NaN(),
+                          std::numeric_limits<double>::quiet_NaN());
+
+/// The pointer over any map, in its scene. Another level is often shown by another
+/// canvas, which must know where the pointer rests.
+QPointF& lastPointer()
+{
+    static QPointF point = nowhere;
+    return point;
+}
+
+std::string_view bytes(const QByteArray& text)
+{
+    return {text.constData(), static_cast<std::size_t>(text.size())};
+}
+
+} // namespace
+
+TreemapCanvas::TreemapCanvas(QQuickItem* parent) : QQuickItem(parent), restingPoint_(nowhere)
+{
+    setFlag(ItemHasContents);
+    setAcceptHoverEvents(true);
+    setAcceptedMouseButtons(Qt::LeftButton);
+    setActiveFocusOnTab(true);
+    // One texel is one pixel; who scales the map (a transition) sets this for that
+    // time.
+    setSmooth(false);
+    connect(&painting_, &QFutureWatcherBase::finished, this,
+            [this] { take(painting_.future().takeResult()); });
+}
+
+// The level
+
+void TreemapCanvas::setLevel(const FileNodeValue& level)
+{
+    if (level == value_)
+        return;
+    const bool sameFolder = level.id() == value_.id();
+    value_ = level;
+    if (!sameFolder) {
+        endHover();
+        restingPoint_ = lastPointer();
+    }
+    levelOrSizeChanged();
+    emit levelChanged();
+}
+
+const MapLevel& TreemapCanvas::laidOut()
+{
+    if (!level_)
+        level_ = std::make_shared<const MapLevel>(value_, size());
+    return *level_;
+}
+
+void TreemapCanvas::levelOrSizeChanged()
+{
+    level_.reset();
+    pressed_.reset();
+    if (hovered_) {
+        hovered_.reset();
+        hoverBlockAt(hoverPoint_);
+    }
+    findSelected();
+    polish();
+    noteUpToDate();
+}
+
+void TreemapCanvas::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+{
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.size() != oldGeometry.size()) {
+        levelOrSizeChanged();
+        emit hoverPointChanged();
+    }
+}
+
+void TreemapCanvas::itemChange(ItemChange change, const ItemChangeData& data)
+{
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) {
+        polish();
+        noteUpToDate();
+    }
+}
+
+// Selection
+
+void TreemapCanvas::setSelectedID(const QByteArray& id)
+{
+    if (id == selectedID_)
+        return;
+    selectedID_ = id;
+    findSelected();
+    emit selectedIDChanged();
+}
+
+void TreemapCanvas::findSelected()
+{
+    selected_.reset();
+    if (!selectedID_.isEmpty())
+        selected_ = laidOut().blockOf(bytes(selectedID_));
+    update();
+    emit selectedNodeChanged();
+    emit appearanceChanged();
+}
+
+FileNodeValue TreemapCanvas::selectedNode() const
+{
+    return selected_ ? FileNodeValue(level_->node(*selected_)) : FileNodeValue();
+}
+
+// Hover
+
+void TreemapCanvas::hover(QHoverEvent* event)
+{
+    lastPointer() = mapToScene(event->position());
+    if (lastPointer() == restingPoint_)
+        return;
+    restingPoint_ = nowhere;
+    hoverPoint_ = event->position();
+    emit hoverPointChanged();
+    hoverBlockAt(hoverPoint_);
+}
+
+void TreemapCanvas::hoverLeaveEvent(QHoverEvent*)
+{
+    lastPointer() = nowhere;
+    endHover();
+}
+
+void TreemapCanvas::hoverBlockAt(QPointF point)
+{
+    const auto block = laidOut().blockAt(point);
+    if (!block) {
+        endHover();
+        return;
+    }
+    if (block == hovered_)
+        return;
+    hovered_ = block;
+    hoveredNode_ = level_->node(*block);
+    hoverID_ = hoveredNode_.id();
+    update();
+    emit hoverChanged();
+    emit appearanceChanged();
+}
+
+void TreemapCanvas::endHover()
+{
+    if (hoverID_.isEmpty())
+        return;
+    hovered_.reset();
+    hoveredNode_ = {};
+    hoverID_.clear();
+    update();
+    emit hoverChanged();
+    emit appearanceChanged();
+}
+
+QPointF TreemapCanvas::tooltipPosition() const
+{
+    return brisalon::tooltipPosition(hoverPoint_, size());
+}
+
+// Clicks and keys
+
+void TreemapCanvas::mousePressEvent(QMouseEvent* event)
+{
+    pressed_ = laidOut().blockAt(event->position());
+    if (pressed_)
+        forceActiveFocus(Qt::MouseFocusReason);
+    else
+        event->ignore();
+}
+
+void TreemapCanvas::mouseReleaseEvent(QMouseEvent* event)
+{
+    const auto pressed = std::exchange(pressed_, std::nullopt);
+    if (pressed && laidOut().blockAt(event->position()) == pressed)
+        emit selectRequested(FileNodeValue(level_->node(*pressed)));
+}
+
+void TreemapCanvas::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // The release that follows is part of the double click, not another click.
+    pressed_.reset();
+    if (const auto block = laidOut().blockAt(event->position()))
+        emit zoomRequested(FileNodeValue(level_->node(*block)));
+}
+
+void TreemapCanvas::keyPressEvent(QKeyEvent* event)
+{
+    std::optional<Qt::Edge> edge;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        edge = Qt::LeftEdge;
+        break;
+    case Qt::Key_Right:
+        edge = Qt::RightEdge;
+        break;
+    case Qt::Key_Up:
+        edge = Qt::TopEdge;
+        break;
+    case Qt::Key_Down:
+        edge = Qt::BottomEdge;
+        break;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (selected_)
+            emit zoomRequested(selectedNode());
+        return;
+    default:
+        event->ignore();
+        return;
+    }
+    setFocusVisible(true);
+    if (laidOut().count() == 0)
+        return;
+    // Without a selection on this level the keys begin at the largest block.
+    const auto next =
+        selected_ ? level_->neighbor(*selected_, *edge) : std::optional<std::size_t>(0);
+    if (next)
+        emit selectRequested(FileNodeValue(level_->node(*next)));
+}
+
+void TreemapCanvas::focusInEvent(QFocusEvent* event)
+{
+    QQuickItem::focusInEvent(event);
+    if (event->reason() != Qt::ActiveWindowFocusReason)
+        setFocusVisible(event->reason() != Qt::MouseFocusReason);
+}
+
+void TreemapCanvas::focusOutEvent(QFocusEvent* event)
+{
+    QQuickItem::focusOutEvent(event);
+    if (event->reason() != Qt::ActiveWindowFocusReason)
+        setFocusVisible(false);
+}
+
+void TreemapCanvas::setFocusVisible(bool visible)
+{
+    if (visible == focusVisible_)
+        return;
+    focusVisible_ = visible;
+    emit focusVisibleChanged();
+}
+
+// The picture
+
+double TreemapCanvas::ratio() const
+{
+    return window() ? window()->effectiveDevicePixelRatio() : 1.0;
+}
+
+bool TreemapCanvas::showsLevel() const
+{
+    return level_ && picture_.level == level_ && picture_.ratio == ratio();
+}
+
+bool TreemapCanvas::isUpToDate() const
+{
+    const bool nothingToShow = !value_ || size().isEmpty() || (level_ && level_->count() == 0);
+    return nothingToShow ? picture_.level == nullptr : showsLevel();
+}
+
+void TreemapCanvas::noteUpToDate()
+{
+    if (wasUpToDate_ == isUpToDate())
+        return;
+    wasUpToDate_ = !wasUpToDate_;
+    emit upToDateChanged();
+}
+
+TreemapCanvas::PaintedPicture TreemapCanvas::paint(std::shared_ptr<const MapLevel> level,
+                                                   double ratio)
+{
+    QElapsedTimer timer;
+    timer.start();
+    PaintedPicture painted;
+    painted.picture = MapPicture::paint(std::move(level), ratio, Theme::panel().rgb());
+    painted.milliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    return painted;
+}
+
+void TreemapCanvas::updatePolish()
+{
+    if (laidOut().count() == 0) {
+        picture_ = {};
+        pictureReplaced();
+        return;
+    }
+    // While another picture is being painted this one waits for it: one worker for
+    // each map is enough, and of the requests in between only the last counts.
+    if (showsLevel() || painting_.isRunning())
+        return;
+    const bool resized = picture_.level && picture_.level->value() == value_;
+    if (resized && lastMilliseconds_ < quickMilliseconds)
+        take(paint(level_, ratio()));
+    else
+        painting_.setFuture(QtConcurrent::run(&TreemapCanvas::paint, level_, ratio()));
+}
+
+void TreemapCanvas::take(PaintedPicture painted)
+{
+    lastMilliseconds_ = painted.milliseconds;
+    // Of another size it is still nearer to what is wanted than what is shown.
+    if (painted.picture.level->value() == value_) {
+        picture_ = std::move(painted.picture);
+        pictureReplaced();
+    }
+    if (!isUpToDate())
+        polish();
+}
+
+void TreemapCanvas::pictureReplaced()
+{
+    pictureChanged_ = true;
+    update();
+    noteUpToDate();
+    emit appearanceChanged();
+}
+
+QSGNode* TreemapCanvas::updatePaintNode(QSGNode* old, UpdatePaintNodeData*)
+{
+    auto* node = static_cast<MapSceneNode*>(old);
+    if (!picture_.level || picture_.layers.bright.isNull()) {
+        delete node;
+        return nullptr;
+    }
+    if (!node)
+        node = new MapSceneNode(window(), picture_.layers);
+    else if (pictureChanged_)
+        node->replaceLayers(picture_.layers);
+    pictureChanged_ = false;
+
+    if (showsLevel())
+        node->show(picture_, {hovered_, selected_, Theme::accent()},
+                   smooth() ? QSGTexture::Linear : QSGTexture::Nearest);
+    else
+        node->show(size(), QSGTexture::Linear);
+    return node;
+}
+
+TreemapCanvas::Blurred TreemapCanvas::blurred(const QRectF& area) const
+{
+    constexpr int reach = 9; // in pixels of the small layers
+    if (!picture_.level)
+        return {};
+    constexpr double step = MapPicture::smallStep;
+    const QRect wanted = QRectF(area.topLeft() / step, area.size() / step).toAlignedRect();
+    const QRect sampled = wanted.adjusted(-reach, -reach, reach, reach);
+
+    QImage image(sampled.size(), QImage::Format_RGB32);
+    image.fill(Theme::panel());
+    QPainter painter(&image);
+    painter.translate(-sampled.topLeft());
+    const MapLayers& layers = picture_.smallLayers;
+    const bool dimmed = showsLevel() && hovered_;
+    painter.drawImage(0, 0, dimmed ? layers.dimmed : layers.bright);
+    if (dimmed) {
+        for (const auto& block : {hovered_, selected_}) {
+            if (!block)
+                continue;
+            const QRectF cell = level_->cell(*block);
+            const QRectF small(cell.topLeft() / step, cell.size() / step);
+            painter.drawImage(small, layers.bright, small);
+        }
+    }
+    painter.end();
+    boxBlur(image, reach);
+    return {image.copy(QRect({reach, reach}, wanted.size())),
+            QRectF(wanted.topLeft() * step, QSizeF(wanted.size()) * step)};
+}
+
+} // namespace brisalon

@@ -1,0 +1,48 @@
+import QtQuick
+import Brisalon.App
+import Brisalon.Theme
+
+// The map with its tooltip.
+Item {
+    id: view
+
+    property alias level: canvas.level
+    property alias selectedID: canvas.selectedID
+    readonly property alias map: canvas
+
+    signal selectRequested(node: fileNode)
+    signal zoomRequested(node: fileNode)
+
+    TreemapCanvas {
+        id: canvas
+
+        anchors.fill: parent
+        focus: true
+        // While a transition scales the view.
+        smooth: view.scale !== 1
+        Accessible.role: Accessible.Graphic
+        Accessible.name: "Map of " + level.name
+        Accessible.description: selectedNode.isPresent
+            ? selectedNode.name + ", " + selectedNode.kindTitle + ", " + selectedNode.sizeText
+            : ""
+        Accessible.focusable: true
+
+        onSelectRequested: node => view.selectRequested(node)
+        onZoomRequested: node => view.zoomRequested(node)
+    }
+
+    // Where the keyboard is.
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -4
+        visible: canvas.focusVisible
+        color: "transparent"
+        radius: 12
+        border.width: 2
+        border.color: Theme.faded(Theme.accent, 0.7)
+    }
+
+    MapTooltip {
+        map: canvas
+    }
+}
