@@ -19,7 +19,8 @@ namespace {
 
 constexpr std::int64_t kib = 1024;
 
-FileNode scanned(const FileURL& root, const DiskScanner::ProgressCallback& progress = [](auto&) {})
+FileNode scanned(
+    const FileURL& root, const DiskScanner::ProgressCallback& progress = [](auto&) {})
 {
     return std::get<FileNode>(DiskScanner{256 * kib, 400}.scan(root, progress));
 }
@@ -138,13 +139,13 @@ TEST(DiskScannerHostile, AFolderReplacedByALinkIsNotFollowed)
     TemporaryTree tree;
     tree.file("outside/file", 300 * kib);
     tree.file("root/inner/file", 300 * kib);
-    const FileNode root
-        = std::get<FileNode>(DiskScanner{256 * kib, 1}.scan(FileURL(tree.at("root")), [&](const ScanProgress& report) {
-              if (report.visitedCount != 1)
-                  return;
-              tree.remove("root/inner");
-              tree.link("root/inner", tree.at("outside"));
-          }));
+    const FileNode root = std::get<FileNode>(
+        DiskScanner{256 * kib, 1}.scan(FileURL(tree.at("root")), [&](const ScanProgress& report) {
+            if (report.visitedCount != 1)
+                return;
+            tree.remove("root/inner");
+            tree.link("root/inner", tree.at("outside"));
+        }));
     EXPECT_EQ(root.allocatedSize(), 0);
 }
 
@@ -162,8 +163,8 @@ TEST(DiskScannerHostile, UnreadableFoldersArePassedOver)
             ::_exit(2);
         const FileNode root = scanned(tree.url());
         const FileNode locked = scanned(FileURL(tree.at("locked")));
-        const bool isRight = root.allocatedSize() == 300 * kib && root.children().size() == 2
-            && root.children()[1].children().empty() && locked.children().empty();
+        const bool isRight = root.allocatedSize() == 300 * kib && root.children().size() == 2 &&
+                             root.children()[1].children().empty() && locked.children().empty();
         ::_exit(isRight ? 0 : 1);
     }
     int status = 0;

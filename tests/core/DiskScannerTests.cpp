@@ -19,7 +19,7 @@ constexpr std::int64_t kib = 1024;
 struct Scan {
     explicit Scan(const FileURL& root, std::int64_t threshold = 256 * kib, std::int64_t every = 400)
         : result(DiskScanner{threshold, every}.scan(
-            root, [this](const ScanProgress& report) { reports.push_back(report); }))
+              root, [this](const ScanProgress& report) { reports.push_back(report); }))
     {
     }
     const FileNode& tree() const { return std::get<FileNode>(result); }
@@ -127,12 +127,13 @@ void fillAtRandom(const TemporaryTree& tree, unsigned seed, int items)
     std::mt19937 random(seed);
     const auto upTo = [&](unsigned most) { return random() % (most + 1); };
     std::vector<std::string> folders{""};
-    const std::string stems[]{"a",       "Library", "Caches", "node_modules", "\xFF\xFE", "new\nline",
-                              " space ", "x.app",   ".cache", std::string(240, 'n'), "\u212Aelvin", "Z.PhotosLibrary"};
+    const std::string stems[]{
+        "a",       "Library", "Caches", "node_modules",        "\xFF\xFE",    "new\nline",
+        " space ", "x.app",   ".cache", std::string(240, 'n'), "\u212Aelvin", "Z.PhotosLibrary"};
     for (int i = 0; i < items; ++i) {
-        const std::string path = folders[upTo(static_cast<unsigned>(folders.size()) - 1)] + '/'
-            + stems[upTo(std::size(stems) - 1)] + std::to_string(i)
-            + (upTo(9) == 0 ? ".bundle" : "");
+        const std::string path = folders[upTo(static_cast<unsigned>(folders.size()) - 1)] + '/' +
+                                 stems[upTo(std::size(stems) - 1)] + std::to_string(i) +
+                                 (upTo(9) == 0 ? ".bundle" : "");
         switch (upTo(9)) {
         case 0:
         case 1:
@@ -263,9 +264,8 @@ TEST(DiskScanner, TwoScansMayRunAtOnce)
     fillAtRandom(tree, 7, 300);
     const Scan outer(tree.url());
     std::atomic<int> same = 0;
-    (void)DiskScanner{256 * kib, 100}.scan(tree.url(), [&](const ScanProgress&) {
-        same += Scan(tree.url()).tree() == outer.tree();
-    });
+    (void)DiskScanner{256 * kib, 100}.scan(
+        tree.url(), [&](const ScanProgress&) { same += Scan(tree.url()).tree() == outer.tree(); });
     EXPECT_GE(same, 3);
 }
 

@@ -71,13 +71,14 @@ TEST(FileNode, OnlyFoldersWithChildrenCanBeEntered)
     EXPECT_FALSE(folder("/a", {}).canZoom());
     EXPECT_FALSE(FileNodeBuilder::make(FileURL("/a.app"), 9, NodeKind::package).canZoom());
     EXPECT_FALSE(FileNodeBuilder::make(FileURL("/a/.small-files-aggregate"), 9,
-                                       NodeKind::smallFilesAggregate(2)).canZoom());
+                                       NodeKind::smallFilesAggregate(2))
+                     .canZoom());
 }
 
 TEST(FileNode, LooksUpByFullPath)
 {
-    const FileNode root
-        = folder("/r", {folder("/r/a", {file("/r/a/x", 3)}), file("/r/b", 2), file("/r/b", 1)});
+    const FileNode root =
+        folder("/r", {folder("/r/a", {file("/r/a/x", 3)}), file("/r/b", 2), file("/r/b", 1)});
     EXPECT_EQ(root.child("b"), nullptr);
     EXPECT_EQ(root.child("/r/B"), nullptr);
     EXPECT_EQ(root.child("/r/a/x"), nullptr);

@@ -54,9 +54,10 @@ TEST(FileURL, TakesPathsApart)
         const char* last;
         const char* folder;
     } cases[] = {
-        {"/", "/", "", "/"},       {"//", "/", "", "/"},     {"/a", "/a", "a", "/"},
-        {"/a/", "/a", "a", "/"},   {"/a/b", "/a/b", "b", "/a"}, {"a", "a", "a", ""},
-        {"a/b", "a/b", "b", "a"},  {"", "", "", ""},
+        {"/", "/", "", "/"},         {"//", "/", "", "/"},
+        {"/a", "/a", "a", "/"},      {"/a/", "/a", "a", "/"},
+        {"/a/b", "/a/b", "b", "/a"}, {"a", "a", "a", ""},
+        {"a/b", "a/b", "b", "a"},    {"", "", "", ""},
     };
     for (const auto& expected : cases) {
         const FileURL url(expected.path);
@@ -74,7 +75,11 @@ TEST(FileURL, StandardizesByTextAlone)
         const char* path;
         const char* expected;
     } cases[] = {
-        {"/a/./b//c/../d/", "/a/b/d"}, {"/..", "/"}, {"/../../x", "/x"}, {"/a/..", "/"}, {"/...", "/..."},
+        {"/a/./b//c/../d/", "/a/b/d"},
+        {"/..", "/"},
+        {"/../../x", "/x"},
+        {"/a/..", "/"},
+        {"/...", "/..."},
     };
     for (const auto& [path, expected] : cases)
         EXPECT_EQ(FileURL(path).standardized().path(), expected);

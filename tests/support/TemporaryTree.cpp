@@ -37,7 +37,8 @@ std::string clearFiles(int folder)
             names.push_back(name);
     ::closedir(entries);
     for (const std::string& name : names)
-        if (::unlinkat(folder, name.c_str(), 0) != 0 && ::unlinkat(folder, name.c_str(), AT_REMOVEDIR) != 0)
+        if (::unlinkat(folder, name.c_str(), 0) != 0 &&
+            ::unlinkat(folder, name.c_str(), AT_REMOVEDIR) != 0)
             subfolder = name;
     return subfolder;
 }
@@ -74,13 +75,13 @@ void clear(int top)
 
 TemporaryTree::TemporaryTree(Storage storage)
 {
-    std::string pattern
-        = (std::filesystem::canonical(std::filesystem::temp_directory_path()) / "brisalon-XXXXXX");
+    std::string pattern =
+        (std::filesystem::canonical(std::filesystem::temp_directory_path()) / "brisalon-XXXXXX");
     require(::mkdtemp(pattern.data()) != nullptr, "mkdtemp");
     path_ = pattern;
     // The mount is seen by this process alone, so it cannot outlive it.
-    if (storage == Storage::memory && ::unshare(CLONE_NEWNS) == 0
-        && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0)
+    if (storage == Storage::memory && ::unshare(CLONE_NEWNS) == 0 &&
+        ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0)
         isMounted_ = ::mount("tmpfs", path_.c_str(), "tmpfs", 0, nullptr) == 0;
 }
 

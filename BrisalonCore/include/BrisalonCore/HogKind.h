@@ -27,10 +27,18 @@ enum class HogKind : std::uint8_t {
 
 /// Every kind, in declaration order.
 inline constexpr std::array allHogKinds{
-    HogKind::caches,           HogKind::logs,     HogKind::trash,
-    HogKind::installer,        HogKind::xcodeDerivedData, HogKind::xcodeSimulators,
-    HogKind::docker,           HogKind::nodeModules, HogKind::homebrew,
-    HogKind::iosBackup,        HogKind::timeMachineSnapshot, HogKind::none,
+    HogKind::caches,
+    HogKind::logs,
+    HogKind::trash,
+    HogKind::installer,
+    HogKind::xcodeDerivedData,
+    HogKind::xcodeSimulators,
+    HogKind::docker,
+    HogKind::nodeModules,
+    HogKind::homebrew,
+    HogKind::iosBackup,
+    HogKind::timeMachineSnapshot,
+    HogKind::none,
 };
 
 /// The stable text that names the case, such as "nodeModules".

@@ -24,7 +24,8 @@ public:
                                            double height);
 
     /// The first rectangle that contains the point, or null; points into `rects`.
-    static const TreemapRect* hitTest(double x, double y, std::span<const TreemapRect> rects) noexcept;
+    static const TreemapRect* hitTest(double x, double y,
+                                      std::span<const TreemapRect> rects) noexcept;
 };
 
 } // namespace brisalon

@@ -62,24 +62,39 @@ void NodeContent::destroy(const NodeContent* content) noexcept
 FileNode::FileNode(FileURL url, std::string name, std::int64_t allocatedSize, NodeKind kind,
                    HogKind hogKind, Risk risk, std::vector<FileNode> children,
                    FileURLList aggregateSources)
-    : url_(std::move(url)), allocatedSize_(allocatedSize), count_(kind.count()),
-      content_(new CustomContent(std::move(name), std::move(children),
-                                 std::move(aggregateSources))),
-      case_(kind.which()), hogKind_(hogKind), risk_(risk), shape_(Shape::custom)
+    : url_(std::move(url)),
+      allocatedSize_(allocatedSize),
+      count_(kind.count()),
+      content_(
+          new CustomContent(std::move(name), std::move(children), std::move(aggregateSources))),
+      case_(kind.which()),
+      hogKind_(hogKind),
+      risk_(risk),
+      shape_(Shape::custom)
 {
     content_->retain();
 }
 
 FileNode::FileNode(FileURL url, std::int64_t allocatedSize, NodeKind kind, HogKind hogKind,
                    Shape shape) noexcept
-    : url_(std::move(url)), allocatedSize_(allocatedSize), count_(kind.count()),
-      case_(kind.which()), hogKind_(hogKind), risk_(brisalon::risk(hogKind)), shape_(shape)
+    : url_(std::move(url)),
+      allocatedSize_(allocatedSize),
+      count_(kind.count()),
+      case_(kind.which()),
+      hogKind_(hogKind),
+      risk_(brisalon::risk(hogKind)),
+      shape_(shape)
 {
 }
 
 FileNode::FileNode(const FileNode& other) noexcept
-    : url_(other.url_), allocatedSize_(other.allocatedSize_), count_(other.count_),
-      content_(other.content_), case_(other.case_), hogKind_(other.hogKind_), risk_(other.risk_),
+    : url_(other.url_),
+      allocatedSize_(other.allocatedSize_),
+      count_(other.count_),
+      content_(other.content_),
+      case_(other.case_),
+      hogKind_(other.hogKind_),
+      risk_(other.risk_),
       shape_(other.shape_)
 {
     if (content_)
@@ -87,9 +102,13 @@ FileNode::FileNode(const FileNode& other) noexcept
 }
 
 FileNode::FileNode(FileNode&& other) noexcept
-    : url_(std::move(other.url_)), allocatedSize_(other.allocatedSize_), count_(other.count_),
-      content_(std::exchange(other.content_, nullptr)), case_(other.case_),
-      hogKind_(other.hogKind_), risk_(other.risk_),
+    : url_(std::move(other.url_)),
+      allocatedSize_(other.allocatedSize_),
+      count_(other.count_),
+      content_(std::exchange(other.content_, nullptr)),
+      case_(other.case_),
+      hogKind_(other.hogKind_),
+      risk_(other.risk_),
       shape_(std::exchange(other.shape_, Shape::plain))
 {
 }
@@ -179,8 +198,8 @@ bool liesIn(const FileURL& url, const FileURL& parent) noexcept
     const NameBlock* names = NameBlock::blockOf(url);
     if (!names || names->folder().isEmpty())
         return false;
-    return NameBlock::blockOf(names->folder()) == NameBlock::blockOf(parent)
-        && NameBlock::offsetOf(names->folder()) == NameBlock::offsetOf(parent);
+    return NameBlock::blockOf(names->folder()) == NameBlock::blockOf(parent) &&
+           NameBlock::offsetOf(names->folder()) == NameBlock::offsetOf(parent);
 }
 
 /// Equality of two URLs below equal parents: for the children of a scanned
@@ -197,8 +216,8 @@ bool equalBelow(const EqualParents& parents, const FileURL& left, const FileURL&
 
 bool FileNode::hasSameValues(const FileNode& other) const noexcept
 {
-    return allocatedSize_ == other.allocatedSize_ && count_ == other.count_
-        && case_ == other.case_ && hogKind_ == other.hogKind_ && risk_ == other.risk_;
+    return allocatedSize_ == other.allocatedSize_ && count_ == other.count_ &&
+           case_ == other.case_ && hogKind_ == other.hogKind_ && risk_ == other.risk_;
 }
 
 bool FileNode::hasSameNameAndSources(const FileNode& other) const
@@ -206,8 +225,8 @@ bool FileNode::hasSameNameAndSources(const FileNode& other) const
     if (shape_ == Shape::custom || other.shape_ == Shape::custom)
         return name() == other.name() && aggregateSources() == other.aggregateSources();
     if (shape_ == Shape::packedSources)
-        return other.shape_ == shape_
-            && FileURLList::samePackedNames(aggregateSources(), other.aggregateSources());
+        return other.shape_ == shape_ &&
+               FileURLList::samePackedNames(aggregateSources(), other.aggregateSources());
     return other.shape_ != Shape::packedSources;
 }
 
@@ -226,9 +245,9 @@ bool operator==(const FileNode& a, const FileNode& b)
         if (left.size() != right.size())
             return false;
         for (std::size_t i = 0; i < left.size(); ++i) {
-            if (!left[i].hasSameValues(right[i])
-                || !equalBelow(parents, left[i].url_, right[i].url_)
-                || !left[i].hasSameNameAndSources(right[i]))
+            if (!left[i].hasSameValues(right[i]) ||
+                !equalBelow(parents, left[i].url_, right[i].url_) ||
+                !left[i].hasSameNameAndSources(right[i]))
                 return false;
             if (!left[i].children().empty() || !right[i].children().empty())
                 pending.push_back({&left[i], &right[i]});

@@ -9,9 +9,9 @@ FileNode FileNodeBuilder::make(FileURL url, std::int64_t allocatedSize, NodeKind
 {
     const HogKind hogKind = HogClassifier::classify(url);
     std::string name = displayName(url, kind);
-    return {std::move(url),     std::move(name), allocatedSize,
-            kind,               hogKind,         brisalon::risk(hogKind),
-            std::move(children), std::move(aggregateSources)};
+    return {
+        std::move(url), std::move(name),         allocatedSize,       kind,
+        hogKind,        brisalon::risk(hogKind), std::move(children), std::move(aggregateSources)};
 }
 
 std::string FileNodeBuilder::displayName(const FileURL& url, NodeKind kind)

@@ -63,7 +63,9 @@ private:
 class CustomContent final : public NodeContent {
 public:
     CustomContent(std::string nodeName, std::vector<FileNode> below, FileURLList aggregateSources)
-        : NodeContent(true), name(std::move(nodeName)), nodes(std::move(below)),
+        : NodeContent(true),
+          name(std::move(nodeName)),
+          nodes(std::move(below)),
           sources(std::move(aggregateSources))
     {
     }

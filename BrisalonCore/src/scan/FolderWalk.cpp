@@ -48,10 +48,15 @@ unsigned componentCount(std::string_view path) noexcept
 
 FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& ledger,
                        std::stop_token cancellation)
-    : root_(std::move(root)), rootPath_(root_.path()), isRootSkipped_(isSkippedPath(rootPath_)),
-      smallFileThreshold_(scanner.smallFileThreshold), ledger_(ledger),
-      cancellation_(std::move(cancellation)), barriers_(host::MountBarriers::current(rootPath_)),
-      openFolders_(rootPath_, host::openFolderBudget()), queues_(workersFor(rootPath_)),
+    : root_(std::move(root)),
+      rootPath_(root_.path()),
+      isRootSkipped_(isSkippedPath(rootPath_)),
+      smallFileThreshold_(scanner.smallFileThreshold),
+      ledger_(ledger),
+      cancellation_(std::move(cancellation)),
+      barriers_(host::MountBarriers::current(rootPath_)),
+      openFolders_(rootPath_, host::openFolderBudget()),
+      queues_(workersFor(rootPath_)),
       workerCount_(queues_.workerCount()),
       rootNode_(NodeAssembly::leaf(root_, 0, NodeKind::directory, HogClassifier::classify(root_)))
 {
@@ -196,8 +201,7 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
     }
     if (type == ItemType::link)
         return 0;
-    if (isRootSkipped_
-        || (!pathForSkipping.empty() && isSkippedPath(pathForSkipping + entry.name)))
+    if (isRootSkipped_ || (!pathForSkipping.empty() && isSkippedPath(pathForSkipping + entry.name)))
         return 0;
 
     if (type == ItemType::folder) {

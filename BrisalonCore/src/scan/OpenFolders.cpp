@@ -73,8 +73,8 @@ void OpenFolders::returnFrom(const WalkFolder& leaf, const OpenFolder& handle)
 
     auto shared = std::make_shared<const OpenFolder>(std::move(reached));
     const std::lock_guard lock(mutex_);
-    if (identity && identity == folder->access.identity && folder->access.unopened > 0
-        && !folder->access.handle) {
+    if (identity && identity == folder->access.identity && folder->access.unopened > 0 &&
+        !folder->access.handle) {
         hold(*folder, std::move(shared));
         --closed_;
     }

@@ -92,7 +92,9 @@ private:
 
     void wakeAll()
     {
-        { const std::lock_guard lock(sleep_); }
+        {
+            const std::lock_guard lock(sleep_);
+        }
         wake_.notify_all();
     }
 

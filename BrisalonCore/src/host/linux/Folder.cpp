@@ -127,8 +127,7 @@ std::optional<ItemIdentity> OpenFolder::identity() const noexcept
 std::optional<OpenFolder::Measure> OpenFolder::measure(const char* name) const noexcept
 {
     struct stat status;
-    if (!isValid()
-        || ::fstatat(handle_, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
+    if (!isValid() || ::fstatat(handle_, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
         return std::nullopt;
     return measureOf(status);
 }
@@ -180,7 +179,8 @@ std::string resolveSymbolicLinks(std::string_view path)
     constexpr int mostLinks = 40; // as the kernel's own limit
 
     const auto open = [](int base, const char* name, int extraFlags) {
-        return OpenFolder::adopt(openRetrying(base, name, passThroughFlags | O_DIRECTORY | extraFlags));
+        return OpenFolder::adopt(
+            openRetrying(base, name, passThroughFlags | O_DIRECTORY | extraFlags));
     };
     // Components still to be walked, the next one last.
     std::vector<std::string> pending;
