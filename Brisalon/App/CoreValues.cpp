@@ -85,6 +85,11 @@ int FileNodeValue::childCount() const
     return node_ ? static_cast<int>(node_->children().size()) : 0;
 }
 
+bool FileNodeValue::isSameItem(const FileNodeValue& other) const
+{
+    return node_ && other.node_ ? node_->url() == other.node_->url() : node_ == other.node_;
+}
+
 bool operator==(const FileNodeValue& a, const FileNodeValue& b)
 {
     if (a.node_ == b.node_)

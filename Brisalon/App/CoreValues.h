@@ -70,6 +70,9 @@ public:
     bool canZoom() const { return node_ && node_->canZoom(); }
     int childCount() const;
 
+    /// Whether both are none, or nodes of the same path, of one tree or of two.
+    Q_INVOKABLE bool isSameItem(const brisalon::FileNodeValue& other) const;
+
     /// Whether both are none, or the same node of the same tree. Never visits what
     /// lies below, so equal folders of two scans differ: views that compare values
     /// on every change stay fast. For equality of trees compare the nodes.

@@ -1,0 +1,70 @@
+import QtQuick
+import Brisalon.App
+import Brisalon.Theme
+
+// The way from the scan's root to the level on screen. When it is longer than its
+// place, its end stays in sight and the rest can be scrolled to.
+ListView {
+    id: breadcrumb
+
+    required property AppState appState
+
+    implicitWidth: contentWidth
+    implicitHeight: Math.max(contentItem.childrenRect.height, 24)
+    orientation: ListView.Horizontal
+    boundsBehavior: Flickable.StopAtBounds
+    clip: contentWidth > width
+    spacing: 4
+    model: appState.breadcrumbs
+    keyNavigationEnabled: false
+
+    onContentWidthChanged: positionViewAtEnd()
+    onWidthChanged: positionViewAtEnd()
+
+    delegate: Row {
+        id: crumb
+
+        required property fileNode modelData
+        required property int index
+        readonly property bool isCurrent: index === breadcrumb.count - 1
+
+        spacing: 4
+
+        SymbolImage {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: crumb.index > 0
+            name: "chevron.right"
+            size: 9
+            color: Theme.faded(Theme.muted, Theme.muted.a * 0.6)
+        }
+
+        PlainButton {
+            id: button
+
+            objectName: "crumb" + crumb.index
+            text: crumb.modelData.name
+            cornerRadius: height / 2
+            leftPadding: 8
+            rightPadding: 8
+            topPadding: 4
+            bottomPadding: 4
+
+            onClicked: breadcrumb.appState.jumpToBreadcrumb(crumb.modelData)
+
+            contentItem: Text {
+                width: Math.min(implicitWidth, 260)
+                text: button.text
+                textFormat: Text.PlainText
+                maximumLineCount: 1
+                elide: Text.ElideMiddle
+                font: Theme.rounded(Theme.callout, crumb.isCurrent ? Font.DemiBold : Font.Medium)
+                color: crumb.isCurrent || button.hovered ? Theme.text : Theme.textSecondary
+            }
+
+            background: Rectangle {
+                radius: button.cornerRadius
+                color: crumb.isCurrent ? Theme.elevated : "transparent"
+            }
+        }
+    }
+}

@@ -1,0 +1,81 @@
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Theme
+
+// The bar above the map: where one is, the way up, a new scan, and how much the
+// selection takes. Without a map it takes no space.
+Rectangle {
+    id: bar
+
+    required property AppState appState
+
+    visible: appState.tree.isPresent
+    implicitHeight: visible ? row.implicitHeight + 24 : 0
+    color: Theme.faded(Theme.panel, 0.6)
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.leftMargin: 20
+        anchors.rightMargin: 20
+        anchors.topMargin: 12
+        anchors.bottomMargin: 12
+        spacing: 12
+
+        BorderedButton {
+            objectName: "upButton"
+            visible: bar.appState.breadcrumbs.length >= 2
+            symbol: "chevron.up"
+            text: "Up one level"
+            onClicked: bar.appState.zoomUpOneLevel()
+        }
+
+        Breadcrumb {
+            objectName: "breadcrumb"
+            Layout.fillWidth: true
+            Layout.maximumWidth: implicitWidth
+            appState: bar.appState
+        }
+
+        Item {
+            Layout.fillWidth: true
+            Layout.minimumWidth: 0
+        }
+
+        BorderedButton {
+            objectName: "rescanButton"
+            symbol: "arrow.clockwise"
+            text: "Rescan"
+            enabled: !bar.appState.isScanning
+            onClicked: bar.appState.startScan(bar.appState.scanRoot)
+        }
+
+        Rectangle {
+            Layout.preferredWidth: chip.implicitWidth + 20
+            Layout.preferredHeight: chip.implicitHeight + 10
+            visible: bar.appState.hasSelection
+            radius: height / 2
+            color: Theme.accentSoft
+
+            Text {
+                id: chip
+
+                objectName: "selectionSize"
+                anchors.centerIn: parent
+                text: bar.appState.selectedBytesText
+                textFormat: Text.PlainText
+                font: Theme.rounded(Theme.caption, Font.DemiBold)
+                color: Theme.accent
+            }
+        }
+    }
+
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 1
+        color: Theme.stroke
+    }
+}

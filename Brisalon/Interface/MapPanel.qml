@@ -1,0 +1,123 @@
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Map
+import Brisalon.Theme
+
+// The map of the current level with its legend.
+PanelStyle {
+    id: panel
+
+    required property AppState appState
+
+    // Whether the next change of level is one that the user saw coming by zooming
+    // in on the map itself: it is animated, all others happen at once.
+    property bool isZooming: false
+    property TreemapView view: null
+
+    cornerRadius: 18
+
+    Component.onCompleted: showLevel()
+
+    // Every level has a view of its own, so that nothing of the pointer's state
+    // survives from one level to the next; a rescan of a level keeps its view.
+    function showLevel() {
+        const level = appState.current;
+        if (!level.isPresent)
+            return;
+        if (view && view.level.isSameItem(level)) {
+            view.level = level;
+            return;
+        }
+        const old = view;
+        view = levelView.createObject(stage, {
+            level: level,
+            state: isZooming ? "away" : ""
+        });
+        if (old && isZooming) {
+            old.state = "gone";
+            view.state = "";
+        } else if (old) {
+            old.destroy();
+        }
+    }
+
+    Connections {
+        target: panel.appState
+
+        function onCurrentChanged() {
+            panel.showLevel();
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 12
+        spacing: 12
+
+        Item {
+            id: stage
+
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+        }
+
+        HogLegend {
+            Layout.fillWidth: true
+            level: panel.appState.current
+        }
+    }
+
+    Component {
+        id: levelView
+
+        TreemapView {
+            id: shown
+
+            objectName: "treemapView"
+            anchors.fill: parent
+            enabled: state === ""
+            focus: true
+            selectedID: panel.appState.selected.id
+
+            onSelectRequested: node => panel.appState.select(node)
+            onZoomRequested: node => {
+                panel.isZooming = true;
+                panel.appState.zoom(node);
+                panel.isZooming = false;
+            }
+
+            states: [
+                State {
+                    name: "away"
+                    PropertyChanges {
+                        shown.opacity: 0
+                        shown.scale: 0.98
+                    }
+                },
+                State {
+                    name: "gone"
+                    PropertyChanges {
+                        shown.opacity: 0
+                        shown.scale: 0.98
+                    }
+                }
+            ]
+            transitions: [
+                Transition {
+                    from: "away"
+                    SpringTransition {}
+                },
+                Transition {
+                    to: "gone"
+                    SequentialAnimation {
+                        SpringTransition {}
+                        ScriptAction {
+                            script: shown.destroy()
+                        }
+                    }
+                }
+            ]
+        }
+    }
+}

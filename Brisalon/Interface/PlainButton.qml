@@ -1,0 +1,31 @@
+import QtQuick
+import QtQuick.Templates as T
+import Brisalon.Theme
+
+// What every button here has in common: it is as large as its content, Return
+// presses it like Space does, and the keyboard's focus is seen on it.
+T.AbstractButton {
+    id: button
+
+    // The rounding of the button's own outline, which the focus ring follows.
+    property real cornerRadius: 8
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    hoverEnabled: true
+    Accessible.name: text
+
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: -3
+        z: 1
+        visible: button.visualFocus
+        radius: button.cornerRadius + 3
+        color: "transparent"
+        border.width: 2
+        border.color: Theme.faded(Theme.accent, 0.9)
+    }
+}

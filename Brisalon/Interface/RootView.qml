@@ -1,0 +1,52 @@
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Theme
+
+// The content of the window.
+FocusScope {
+    id: root
+
+    required property AppState appState
+    required property AppCommands commands
+
+    Component.onCompleted: appState.refreshVolume()
+
+    CornerGradient {
+        anchors.fill: parent
+        from: Theme.backgroundTop
+        to: Theme.backgroundBottom
+    }
+
+    WindowMover {
+        anchors.fill: parent
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        SidebarView {
+            Layout.preferredWidth: 248
+            Layout.fillHeight: true
+            appState: root.appState
+            commands: root.commands
+        }
+
+        ColumnLayout {
+            spacing: 0
+
+            TreemapWorkspace {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                focus: true
+                appState: root.appState
+            }
+
+            StatusBar {
+                Layout.fillWidth: true
+                appState: root.appState
+            }
+        }
+    }
+}

@@ -1,0 +1,87 @@
+import QtQuick
+import Brisalon.App
+import Brisalon.Theme
+
+// How far the running scan has come, and the way to stop it.
+PanelStyle {
+    id: card
+
+    required property AppState appState
+
+    cornerRadius: 12
+    implicitHeight: column.implicitHeight + 24
+
+    Column {
+        id: column
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.margins: 12
+        spacing: 8
+
+        Row {
+            spacing: 8
+
+            Spinner {
+                anchors.verticalCenter: parent.verticalCenter
+                width: 14
+                height: 14
+            }
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: "Mapping…"
+                textFormat: Text.PlainText
+                font: Theme.rounded(Theme.caption, Font.DemiBold)
+                color: Theme.text
+            }
+        }
+
+        Column {
+            width: parent.width
+            visible: card.appState.progress.isPresent
+            spacing: 8
+
+            Text {
+                text: card.appState.progress.bytesText
+                textFormat: Text.PlainText
+                font: Theme.rounded(Theme.title3, Font.Bold)
+                color: Theme.accent
+            }
+
+            Text {
+                text: card.appState.progress.visitedText + " items"
+                textFormat: Text.PlainText
+                font: Theme.system(Theme.caption2)
+                color: Theme.muted
+            }
+
+            Text {
+                width: parent.width
+                text: card.appState.progress.currentPath
+                textFormat: Text.PlainText
+                maximumLineCount: 1
+                elide: Text.ElideMiddle
+                font: Theme.system(Theme.caption2)
+                color: Theme.faded(Theme.muted, Theme.muted.a * 0.85)
+            }
+        }
+
+        PlainButton {
+            id: cancel
+
+            objectName: "cancelButton"
+            text: "Cancel"
+            cornerRadius: 4
+            onClicked: card.appState.cancelScan()
+
+            contentItem: Text {
+                text: cancel.text
+                textFormat: Text.PlainText
+                font: Theme.system(Theme.caption)
+                color: cancel.hovered ? Theme.textSecondary : Theme.muted
+            }
+        }
+    }
+}

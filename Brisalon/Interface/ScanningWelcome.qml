@@ -1,0 +1,53 @@
+import QtQuick
+import Brisalon.App
+import Brisalon.Theme
+
+// The map's place while the first scan runs.
+Item {
+    id: view
+
+    required property AppState appState
+
+    Column {
+        anchors.centerIn: parent
+        width: parent.width
+        spacing: 20
+
+        Spinner {
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: 34
+            height: 34
+        }
+
+        Text {
+            anchors.horizontalCenter: parent.horizontalCenter
+            text: "Building your map…"
+            textFormat: Text.PlainText
+            font: Theme.rounded(Theme.title2, Font.DemiBold)
+            color: Theme.text
+        }
+
+        Text {
+            // As high as its two lines at all times, so that nothing above it
+            // moves from one path to the next.
+            anchors.horizontalCenter: parent.horizontalCenter
+            width: Math.min(parent.width, 420)
+            height: 2 * lineMetrics.height
+            visible: view.appState.progress.isPresent
+            horizontalAlignment: Text.AlignHCenter
+            text: view.appState.progress.currentPath
+            textFormat: Text.PlainText
+            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+            maximumLineCount: 2
+            elide: Text.ElideRight
+            font: Theme.system(Theme.caption)
+            color: Theme.muted
+        }
+    }
+
+    FontMetrics {
+        id: lineMetrics
+
+        font: Theme.system(Theme.caption)
+    }
+}

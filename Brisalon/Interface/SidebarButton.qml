@@ -1,0 +1,45 @@
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.Theme
+
+// A row of the sidebar that does something; highlighted while it is active.
+PlainButton {
+    id: button
+
+    required property string symbol
+    property bool isActive: false
+
+    cornerRadius: 10
+    leftPadding: 12
+    rightPadding: 12
+    topPadding: 9
+    bottomPadding: 9
+
+    contentItem: RowLayout {
+        spacing: 9
+
+        SymbolImage {
+            name: button.symbol
+            size: Theme.callout
+            color: label.color
+        }
+
+        Text {
+            id: label
+
+            Layout.fillWidth: true
+            text: button.text
+            textFormat: Text.PlainText
+            font: Theme.rounded(Theme.callout, button.isActive ? Font.DemiBold : Font.Medium)
+            color: button.isActive ? Theme.text : Theme.textSecondary
+        }
+    }
+
+    background: Rectangle {
+        radius: button.cornerRadius
+        color: button.isActive ? Theme.accentSoft
+               : Theme.faded("white", button.down ? 0.06 : 0)
+        border.width: button.isActive ? 1 : 0
+        border.color: Theme.faded(Theme.accent, 0.35)
+    }
+}

@@ -1,0 +1,181 @@
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Theme
+
+// The left column: the window's controls, the product, the volume, the targets
+// and, while a scan runs, its progress.
+Rectangle {
+    id: sidebar
+
+    required property AppState appState
+    required property AppCommands commands
+
+    readonly property bool hasTree: appState.tree.isPresent
+
+    color: Theme.sidebar
+
+    WindowMover {
+        anchors.fill: parent
+    }
+
+    WindowControls {
+        x: 18
+        anchors.verticalCenter: menuButton.verticalCenter
+    }
+
+    PlainButton {
+        id: menuButton
+
+        objectName: "menuButton"
+        anchors.right: parent.right
+        anchors.rightMargin: 14
+        y: 12
+        text: "Menu"
+        padding: 6
+        onClicked: menu.open()
+
+        contentItem: SymbolImage {
+            name: "line.3.horizontal"
+            size: 12
+            color: menuButton.hovered || menu.visible ? Theme.text : Theme.textSecondary
+        }
+
+        background: Rectangle {
+            radius: menuButton.cornerRadius
+            color: Theme.faded("white", menuButton.hovered || menu.visible ? 0.08 : 0)
+        }
+
+        CommandMenu {
+            id: menu
+
+            y: menuButton.height + 4
+            commands: sidebar.commands
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 12
+
+        RowLayout {
+            Layout.leftMargin: 18
+            Layout.rightMargin: 18
+            Layout.topMargin: 52
+            Layout.bottomMargin: 20
+            spacing: 12
+
+            BrandLogo {
+                size: 40
+                cornerRadius: 11
+            }
+
+            Column {
+                spacing: 2
+
+                BrandWordmark {
+                    style: Theme.headline
+                }
+
+                Text {
+                    text: "Disk map"
+                    textFormat: Text.PlainText
+                    font: Theme.rounded(Theme.caption)
+                    color: Theme.muted
+                }
+            }
+        }
+
+        DiskRingCard {
+            Layout.fillWidth: true
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.bottomMargin: 20
+            visible: sidebar.appState.volume.isPresent
+            volume: sidebar.appState.volume
+        }
+
+        SectionLabel {
+            Layout.leftMargin: 20
+            Layout.bottomMargin: 8
+            title: "Scan"
+        }
+
+        Text {
+            Layout.leftMargin: 20
+            Layout.rightMargin: 20
+            Layout.bottomMargin: 8
+            visible: !sidebar.hasTree && !sidebar.appState.isScanning
+            text: "Pick a scan target in the map →"
+            textFormat: Text.PlainText
+            font: Theme.rounded(Theme.caption)
+            color: Theme.muted
+        }
+
+        Column {
+            Layout.fillWidth: true
+            Layout.leftMargin: 12
+            Layout.rightMargin: 12
+            spacing: 4
+            enabled: sidebar.hasTree && !sidebar.appState.isScanning
+            opacity: sidebar.hasTree || sidebar.appState.isScanning ? 1 : 0.45
+
+            SidebarButton {
+                objectName: "homeTarget"
+                width: parent.width
+                text: "Home folder"
+                symbol: "house.fill"
+                isActive: sidebar.appState.isHomeScanned
+                onClicked: sidebar.appState.startScan(sidebar.appState.homeFolder)
+            }
+
+            SidebarButton {
+                objectName: "thisMacTarget"
+                width: parent.width
+                text: "This Mac"
+                symbol: "internaldrive.fill"
+                isActive: sidebar.appState.isThisMacScanned
+                onClicked: sidebar.appState.startScan(sidebar.appState.startupVolume)
+            }
+
+            SidebarButton {
+                objectName: "folderTarget"
+                width: parent.width
+                text: "Choose folder…"
+                symbol: "folder.fill.badge.plus"
+                onClicked: sidebar.appState.pickFolderAndScan()
+            }
+        }
+
+        ScanningCard {
+            Layout.fillWidth: true
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.topMargin: 16
+            visible: sidebar.appState.isScanning
+            appState: sidebar.appState
+        }
+
+        SidebarButton {
+            Layout.fillWidth: true
+            Layout.leftMargin: 12
+            Layout.rightMargin: 12
+            Layout.topMargin: 8
+            visible: sidebar.hasTree && !sidebar.appState.isScanning
+            text: "Rescan"
+            symbol: "arrow.clockwise"
+            onClicked: sidebar.appState.startScan(sidebar.appState.scanRoot)
+        }
+
+        Item {
+            Layout.fillHeight: true
+        }
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        width: 1
+        height: parent.height
+        color: Theme.stroke
+    }
+}

@@ -1,0 +1,67 @@
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Theme
+
+// The line at the bottom: what goes on, or what came of it.
+Rectangle {
+    id: bar
+
+    required property AppState appState
+
+    readonly property string statusText: {
+        const progress = appState.progress;
+        if (appState.isScanning && progress.isPresent)
+            return "Scanning · " + progress.visitedText + " items · " + progress.bytesText;
+        return appState.statusMessage || "Ready";
+    }
+
+    implicitHeight: row.implicitHeight + 18
+    color: Theme.sidebar
+
+    RowLayout {
+        id: row
+
+        anchors.fill: parent
+        anchors.leftMargin: 20
+        anchors.rightMargin: 20
+        anchors.topMargin: 9
+        anchors.bottomMargin: 9
+        spacing: 10
+
+        Rectangle {
+            Layout.preferredWidth: 6
+            Layout.preferredHeight: 6
+            radius: 3
+            color: bar.appState.isScanning ? Theme.accent : Theme.success
+        }
+
+        Text {
+            objectName: "statusText"
+            Layout.fillWidth: true
+            text: bar.statusText
+            textFormat: Text.PlainText
+            maximumLineCount: 1
+            elide: Text.ElideMiddle
+            font: Theme.rounded(Theme.caption)
+            color: Theme.textSecondary
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+
+        Text {
+            objectName: "mapHint"
+            visible: bar.appState.shouldShowMapHint
+            text: "Click inspect · Double-click zoom"
+            textFormat: Text.PlainText
+            font: Theme.rounded(Theme.caption)
+            color: Theme.faded(Theme.muted, Theme.muted.a * 0.7)
+        }
+    }
+
+    Rectangle {
+        width: parent.width
+        height: 1
+        color: Theme.stroke
+    }
+}

@@ -1,0 +1,99 @@
+import QtQuick
+import Brisalon.App
+import Brisalon.Theme
+
+// The large area in the middle: the map, or what stands in its place.
+Item {
+    id: pane
+
+    required property AppState appState
+
+    readonly property Component content: {
+        if (appState.scanError !== "" && !appState.tree.isPresent)
+            return failure;
+        if (appState.current.isPresent)
+            return appState.current.childCount === 0 ? emptyFolder : map;
+        return appState.isScanning ? scanning : welcome;
+    }
+
+    Rectangle {
+        id: well
+
+        anchors.fill: parent
+        anchors.margins: 16
+        color: Theme.well
+        clip: true
+
+        CornerGradient {
+            width: 480
+            height: 480
+            radius: 480
+            from: Theme.faded(Theme.accent, 0.04)
+            to: Theme.faded(Theme.accent, 0)
+        }
+
+        Loader {
+            id: loader
+
+            anchors.fill: parent
+            focus: true
+            sourceComponent: pane.content
+        }
+
+        Loader {
+            anchors.centerIn: parent
+            active: pane.appState.isScanning && pane.appState.tree.isPresent
+            sourceComponent: ScanOverlay {
+                readonly property MapPanel panel: loader.item as MapPanel
+
+                map: panel?.view?.map ?? null
+            }
+        }
+    }
+
+    Component {
+        id: failure
+
+        Notice {
+            symbol: "exclamationmark.triangle.fill"
+            title: "Scan failed"
+            detail: pane.appState.scanError
+            tint: Theme.danger
+        }
+    }
+
+    Component {
+        id: emptyFolder
+
+        Notice {
+            symbol: "folder.fill"
+            title: "Empty folder"
+            detail: pane.appState.current.path
+            tint: Theme.muted
+        }
+    }
+
+    Component {
+        id: map
+
+        MapPanel {
+            appState: pane.appState
+        }
+    }
+
+    Component {
+        id: welcome
+
+        WelcomeView {
+            appState: pane.appState
+        }
+    }
+
+    Component {
+        id: scanning
+
+        ScanningWelcome {
+            appState: pane.appState
+        }
+    }
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+
+namespace brisalon {
+
+/// A fill that starts with `from` in the top-left corner and ends with `to`: in the
+/// bottom-right corner or, with a `radius`, that many points away in any direction.
+class CornerGradient : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor from MEMBER from_)
+    Q_PROPERTY(QColor to MEMBER to_)
+    Q_PROPERTY(double radius MEMBER radius_)
+
+public:
+    explicit CornerGradient(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {}
+
+    void paint(QPainter* painter) override;
+
+private:
+    QColor from_;
+    QColor to_;
+    double radius_ = 0;
+};
+
+} // namespace brisalon

@@ -1,0 +1,63 @@
+#include "Brisalon/Theme/RingGauge.h"
+
+#include <QConicalGradient>
+#include <QPainter>
+#include <QPen>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace brisalon {
+
+void RingGauge::setFraction(double fraction)
+{
+    if (fraction == fraction_)
+        return;
+    fraction_ = fraction;
+    emit fractionChanged();
+    update();
+}
+
+void RingGauge::setFrom(const QColor& color)
+{
+    if (color == from_)
+        return;
+    from_ = color;
+    emit fromChanged();
+    update();
+}
+
+void RingGauge::setTo(const QColor& color)
+{
+    if (color == to_)
+        return;
+    to_ = color;
+    emit toChanged();
+    update();
+}
+
+void RingGauge::paint(QPainter* painter)
+{
+    painter->setRenderHint(QPainter::Antialiasing);
+    const double margin = lineWidth_ / 2;
+    const QRectF ring = boundingRect().adjusted(margin, margin, -margin, -margin);
+    painter->setPen(QPen(track_, lineWidth_));
+    painter->drawEllipse(ring);
+    if (fraction_ <= 0)
+        return;
+
+    // Qt's conical gradients run counter-clockwise from 3 o'clock. The round start
+    // reaches back beyond the top, where the gradient would show its other end: it
+    // is moved back by the angle that the cap covers.
+    const double radius = ring.width() / 2;
+    const double cap = std::asin(std::min(1.0, margin / radius)) / (2 * std::numbers::pi);
+    QConicalGradient gradient(ring.center(), 90 + 360 * cap);
+    gradient.setColorAt(1, from_);
+    gradient.setColorAt(0, to_);
+    painter->setPen(QPen(gradient, lineWidth_, Qt::SolidLine, Qt::RoundCap));
+    const int span = static_cast<int>(std::lround(-360 * 16 * std::min(fraction_, 1.0)));
+    painter->drawArc(ring, 90 * 16, span);
+}
+
+} // namespace brisalon

@@ -1,0 +1,140 @@
+#include "CaptureStates.h"
+
+#include <QTemporaryDir>
+
+#include <array>
+#include <optional>
+
+namespace brisalon::capture {
+
+namespace {
+
+bool welcome(Stage& stage)
+{
+    return WindowDriver::waitFor([&] { return stage.driver.find("scanHomeCard") != nullptr; });
+}
+
+bool welcomeHover(Stage& stage)
+{
+    if (!welcome(stage))
+        return false;
+    stage.driver.hover(stage.driver.centre("scanThisMacCard"));
+    return true;
+}
+
+bool scanning(Stage& stage)
+{
+    stage.gate.holdAfter(12'000);
+    stage.state.startScan(stage.folder);
+    return stage.gate.waitForScan();
+}
+
+bool map(Stage& stage)
+{
+    stage.state.startScan(stage.folder);
+    return WindowDriver::waitFor([&] { return !stage.state.isScanning(); })
+           && stage.driver.waitForMap();
+}
+
+using Accepts = bool (*)(const FileNode&);
+
+bool isFolder(const FileNode& node)
+{
+    return node.canZoom();
+}
+
+bool isHog(const FileNode& node)
+{
+    return node.hogKind() != HogKind::none;
+}
+
+std::optional<QPoint> blockOfMap(Stage& stage, Accepts accepts)
+{
+    return map(stage) ? stage.driver.block(accepts) : std::nullopt;
+}
+
+bool hover(Stage& stage)
+{
+    const auto block = blockOfMap(stage, isFolder);
+    if (block)
+        stage.driver.hover(*block);
+    return block.has_value();
+}
+
+bool tooltip(Stage& stage)
+{
+    const auto block = blockOfMap(stage, isHog);
+    if (block)
+        stage.driver.hover(*block);
+    return block.has_value();
+}
+
+bool selected(Stage& stage)
+{
+    const auto block = blockOfMap(stage, isFolder);
+    if (block)
+        stage.driver.click(*block);
+    return block.has_value();
+}
+
+bool zoomed(Stage& stage)
+{
+    const auto block = blockOfMap(stage, isFolder);
+    if (block)
+        stage.driver.doubleClick(*block);
+    // Away from the map, so that the new level is seen without a hover.
+    stage.driver.hover(QPoint(1, 1));
+    return block && stage.driver.waitForMap();
+}
+
+bool updating(Stage& stage)
+{
+    if (!map(stage))
+        return false;
+    stage.gate.holdAfter(12'000);
+    stage.state.startScan(stage.folder);
+    return stage.gate.waitForScan();
+}
+
+bool emptyFolder(Stage& stage)
+{
+    const QTemporaryDir folder;
+    stage.state.startScan(FileURL(folder.path().toStdString()));
+    return WindowDriver::waitFor([&] { return !stage.state.isScanning(); });
+}
+
+bool failure(Stage& stage)
+{
+    stage.state.startScan(stage.folder.appendingPathComponent("There is no such folder"));
+    return WindowDriver::waitFor([&] { return !stage.state.isScanning(); });
+}
+
+bool menu(Stage& stage)
+{
+    stage.driver.click(stage.driver.centre("menuButton"));
+    return true;
+}
+
+constexpr std::array states{
+    CaptureState{"welcome", "the start", welcome},
+    CaptureState{"welcome-hover", "the pointer on the second card", welcomeHover},
+    CaptureState{"menu", "the menu of commands", menu},
+    CaptureState{"scanning", "the first scan, part of the way", scanning},
+    CaptureState{"map", "the scanned folder", map},
+    CaptureState{"hover", "the pointer on the largest folder", hover},
+    CaptureState{"tooltip", "the pointer on the largest hog", tooltip},
+    CaptureState{"selected", "the largest folder clicked", selected},
+    CaptureState{"zoomed", "the largest folder double-clicked", zoomed},
+    CaptureState{"updating", "a rescan, part of the way", updating},
+    CaptureState{"empty", "an empty folder", emptyFolder},
+    CaptureState{"failure", "a folder that does not exist", failure},
+};
+
+} // namespace
+
+std::span<const CaptureState> captureStates()
+{
+    return states;
+}
+
+} // namespace brisalon::capture

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Brisalon/Interface/BrisalonApp.h"
+#include "Brisalon/tools/driver/ScanGate.h"
+#include "Brisalon/tools/driver/WindowDriver.h"
+#include "BrisalonCore/FileURL.h"
+
+#include <span>
+
+namespace brisalon::capture {
+
+/// The running program, what drives it, and what it shall scan.
+struct Stage {
+    AppState& state;
+    ScanGate& gate;
+    WindowDriver& driver;
+    FileURL folder;
+};
+
+/// A state in which the window can be pictured.
+struct CaptureState {
+    const char* name;
+    const char* meaning;
+    /// Brings a program that was just started there, by its operations and by the
+    /// events of a user's hands; false when it cannot (no block to click, say).
+    bool (*enter)(Stage& stage);
+};
+
+/// Every state, in the order in which a user meets them.
+std::span<const CaptureState> captureStates();
+
+} // namespace brisalon::capture

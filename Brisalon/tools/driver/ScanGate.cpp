@@ -1,0 +1,74 @@
+#include "Brisalon/tools/driver/ScanGate.h"
+
+#include "Brisalon/App/AppState.h"
+
+#include <chrono>
+#include <limits>
+
+namespace brisalon {
+
+namespace {
+
+constexpr std::int64_t result = std::numeric_limits<std::int64_t>::max();
+
+} // namespace
+
+void ScanGate::State::pass(std::int64_t visitedCount, const std::stop_token& cancellation)
+{
+    std::unique_lock lock(mutex);
+    if (!isClosed || visitedCount < holdsAfter)
+        return;
+    ++waiting;
+    changed.notify_all();
+    changed.wait(lock, cancellation, [this] { return !isClosed; });
+    --waiting;
+}
+
+ScanGate::ScanGate() : state_(std::make_shared<State>()) {}
+
+void ScanGate::close(std::int64_t visitedCount)
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->isClosed = true;
+    state_->holdsAfter = visitedCount;
+}
+
+void ScanGate::holdAfter(std::int64_t visitedCount)
+{
+    close(visitedCount);
+}
+
+void ScanGate::holdResult()
+{
+    close(result);
+}
+
+void ScanGate::open()
+{
+    const std::lock_guard lock(state_->mutex);
+    state_->isClosed = false;
+    state_->changed.notify_all();
+}
+
+bool ScanGate::waitForScan() const
+{
+    std::unique_lock lock(state_->mutex);
+    return state_->changed.wait_for(lock, std::chrono::seconds(30),
+                                    [this] { return state_->waiting > 0; });
+}
+
+ScanTask::Scan ScanGate::scan() const
+{
+    return [state = state_](const FileURL& root, const DiskScanner::ProgressCallback& progress,
+                            std::stop_token cancellation) {
+        const auto report = [&](const ScanProgress& reported) {
+            progress(reported);
+            state->pass(reported.visitedCount, cancellation);
+        };
+        ScanResult outcome = AppState::scanner.scan(root, report, cancellation);
+        state->pass(result, cancellation);
+        return outcome;
+    };
+}
+
+} // namespace brisalon

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Brisalon/App/ScanTask.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+namespace brisalon {
+
+/// A gate in the way of real scans: a scan that passes through it stands still at
+/// chosen moments until it is let on, so that what happens during a scan can be
+/// pictured and tested without depending on time.
+///
+/// A scan that is cancelled is always let on. Any thread; copies are one gate.
+class ScanGate {
+public:
+    /// Open: scans pass without stopping.
+    ScanGate();
+
+    /// From now on a scan stops in the first report that has visited at least so
+    /// many items, and again before it returns.
+    void holdAfter(std::int64_t visitedCount);
+    /// From now on a scan stops only when its tree is finished, before it returns.
+    void holdResult();
+    /// Lets everything on, and what comes later too.
+    void open();
+
+    /// Waits until a scan stands at the gate; false when none came within a
+    /// generous time.
+    bool waitForScan() const;
+
+    /// The scanner's scan, through this gate.
+    ScanTask::Scan scan() const;
+
+private:
+    struct State {
+        std::mutex mutex;
+        std::condition_variable_any changed;
+        bool isClosed = false;
+        std::int64_t holdsAfter = 0;
+        int waiting = 0;
+
+        void pass(std::int64_t visitedCount, const std::stop_token& cancellation);
+    };
+
+    void close(std::int64_t visitedCount);
+
+    std::shared_ptr<State> state_;
+};
+
+} // namespace brisalon

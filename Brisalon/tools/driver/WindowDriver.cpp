@@ -1,0 +1,104 @@
+#include "Brisalon/tools/driver/WindowDriver.h"
+
+#include "Brisalon/App/CoreValues.h"
+#include "BrisalonCore/TreemapLayout.h"
+
+#include <QTest>
+
+#include <cmath>
+
+namespace brisalon {
+
+namespace {
+
+constexpr int patience = 20'000;
+
+QQuickItem* search(QQuickItem* item, const QString& objectName)
+{
+    if (!item->isVisible())
+        return nullptr;
+    if (item->objectName() == objectName)
+        return item;
+    // What is drawn last lies on top, and is what the user sees.
+    const QList<QQuickItem*> children = item->childItems();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        if (QQuickItem* const found = search(*child, objectName))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+QQuickItem* WindowDriver::find(const QString& objectName) const
+{
+    return search(window_.contentItem(), objectName);
+}
+
+QVariant WindowDriver::property(const QString& objectName, const char* name) const
+{
+    const QQuickItem* const item = find(objectName);
+    return item ? item->property(name) : QVariant();
+}
+
+bool WindowDriver::waitFor(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, patience);
+}
+
+bool WindowDriver::waitForMap() const
+{
+    return waitFor([this] {
+        const QQuickItem* const view = find("treemapView");
+        const auto* const map = view ? view->property("map").value<QQuickItem*>() : nullptr;
+        return map && map->property("upToDate").toBool() && view->opacity() == 1
+               && view->scale() == 1;
+    });
+}
+
+QPoint WindowDriver::centre(const QString& objectName) const
+{
+    const QQuickItem* const item = find(objectName);
+    return item ? item->mapToScene(item->boundingRect().center()).toPoint() : QPoint();
+}
+
+std::optional<QPoint>
+WindowDriver::block(const std::function<bool(const FileNode&)>& isAccepted) const
+{
+    const QQuickItem* const view = find("treemapView");
+    if (!view)
+        return std::nullopt;
+    const auto level = view->property("level").value<FileNodeValue>();
+    for (const TreemapRect& rect :
+         TreemapLayout::layout(level->children(), view->width(), view->height())) {
+        const FileNode* const node = level->child(rect.nodeID());
+        if (node && (!isAccepted || isAccepted(*node)))
+            return view->mapToScene(QPointF(rect.x + rect.width / 2, rect.y + rect.height / 2))
+                .toPoint();
+    }
+    return std::nullopt;
+}
+
+void WindowDriver::hover(QPoint point)
+{
+    QTest::mouseMove(&window_, point);
+}
+
+void WindowDriver::click(QPoint point)
+{
+    QTest::mouseMove(&window_, point);
+    QTest::mouseClick(&window_, Qt::LeftButton, Qt::NoModifier, point);
+}
+
+void WindowDriver::doubleClick(QPoint point)
+{
+    QTest::mouseMove(&window_, point);
+    QTest::mouseDClick(&window_, Qt::LeftButton, Qt::NoModifier, point);
+}
+
+void WindowDriver::press(int key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(&window_, static_cast<Qt::Key>(key), modifiers);
+}
+
+} // namespace brisalon

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "BrisalonCore/FileNode.h"
+
+#include <QPoint>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QString>
+
+#include <functional>
+
+namespace brisalon {
+
+/// A user's eyes and hands on the window: finds items by their object name and
+/// sends the window the events of a mouse and a keyboard. An item counts only
+/// while it is visible. Main thread, with Qt's event loop between its steps.
+class WindowDriver {
+public:
+    /// The window outlives the driver.
+    explicit WindowDriver(QQuickWindow& window) : window_(window) {}
+
+    /// The visible item of that name, or null.
+    QQuickItem* find(const QString& objectName) const;
+    /// A property of that item; invalid without the item.
+    QVariant property(const QString& objectName, const char* name) const;
+
+    /// Lets events be handled until the condition holds; false when it does not
+    /// within a generous time.
+    static bool waitFor(const std::function<bool()>& condition);
+    /// Waits until the map shows the current level, painted at its size, with no
+    /// animation of levels running.
+    bool waitForMap() const;
+
+    /// The middle of the item, in the window; the window's corner without one.
+    QPoint centre(const QString& objectName) const;
+    /// The middle of the largest block of the map whose node is accepted, in the
+    /// window; nothing when there is none.
+    std::optional<QPoint>
+    block(const std::function<bool(const FileNode&)>& isAccepted = {}) const;
+
+    void hover(QPoint point);
+    void click(QPoint point);
+    void doubleClick(QPoint point);
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+private:
+    QQuickWindow& window_;
+};
+
+} // namespace brisalon
