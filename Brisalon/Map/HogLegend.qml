@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.Map
 import Brisalon.Theme
 
 // The colours of the hogs on a level, as a strip of chips that scrolls sideways.

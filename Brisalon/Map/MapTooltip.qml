@@ -1,5 +1,6 @@
 import QtQuick
 import Brisalon.App
+import Brisalon.Map
 import Brisalon.Theme
 
 // What the map tells of the block under the pointer: a card beside the pointer

@@ -1,5 +1,6 @@
 import QtQuick
 import Brisalon.App
+import Brisalon.Map
 import Brisalon.Theme
 
 // The map with its tooltip.

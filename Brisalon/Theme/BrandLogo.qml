@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.Theme
 
 // The product's mark on its tile, with a glow below.
 Item {

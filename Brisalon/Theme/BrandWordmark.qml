@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.Theme
 
 // The product's name: one word in three runs, the middle one accented.
 Row {

@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.Theme
 
 // The background of a panel.
 Rectangle {

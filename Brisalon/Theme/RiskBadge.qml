@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.Theme
 
 // The coloured label of a risk.
 Rectangle {

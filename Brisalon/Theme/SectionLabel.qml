@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.Theme
 
 // A small heading over a group. Given in mixed case, shown in capitals.
 Text {
