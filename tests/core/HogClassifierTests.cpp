@@ -217,7 +217,7 @@ TEST(HogClassifier, ATrailCarriedDownAgreesWithASearchOfTheWholePath)
 {
     PathMaker paths;
     for (int i = 0; i < 20000; ++i) {
-        std::string path = FileURL("/" + paths.next()).path();
+        std::string path = FileURL(std::string("/").append(paths.next())).path();
         HogTrail trail = HogTrail::of(path);
         for (int level = 0; level < 3; ++level) {
             std::string name = paths.next();

@@ -24,7 +24,7 @@ FileNode randomTree(std::mt19937& random, const FileURL& url, int depth)
     std::vector<FileNode> children;
     const auto count = random() % 6;
     for (unsigned i = 0; i < count; ++i) {
-        const std::string name = "n" + std::to_string(i);
+        const std::string name = std::string("n").append(std::to_string(i));
         const auto size = static_cast<std::int64_t>(random() % 8) - 2;
         switch (random() % 5) {
         case 0:

@@ -2,6 +2,7 @@
 
 #include "BrisalonCore/HogKind.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -26,16 +27,24 @@ struct HogTest {
     /// mere part of a component of the path. Texts are lower-case ASCII: of all
     /// other characters only U+212A lowers into one of those. U+0130 lowers to
     /// "i" and a combining dot, which would matter to a text that ends in "i".
+    /// Components have two bytes or more, since names are looked up by two.
     constexpr bool isWellFormed() const
     {
-        for (const char c : text)
+        const bool isPath = where == Where::pathContains;
+        std::size_t length = isPath ? 2 : 0; // of the component so far
+        for (const char c : text) {
             if (c < ' ' || c > '~' || (c >= 'A' && c <= 'Z'))
                 return false;
-        if (text.empty() || text.ends_with('i') || text.find("//") != std::string_view::npos)
+            if (c != '/')
+                ++length;
+            else if (isPath && length >= 2)
+                length = 0;
+            else
+                return false;
+        }
+        if (isPath && (!text.starts_with('/') || text.size() < 2))
             return false;
-        if (where == Where::pathContains)
-            return text.starts_with('/') && text.size() > 1;
-        return text.find('/') == std::string_view::npos;
+        return !text.ends_with('i') && (length >= 2 || (isPath && length == 0));
     }
 };
 

@@ -5,9 +5,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <limits>
 #include <optional>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -114,11 +114,96 @@ struct HogTrail::Fit {
     }
 };
 
+/// Fits in the order in which they were added, found by the two first and the two
+/// last bytes of a name: four look-ups rule out all of them for most names.
+class HogTrail::Index {
+public:
+    /// One bit for each fit, the first one the lowest.
+    using Set = std::uint64_t;
+
+    Fit& add(const Fit& fit)
+    {
+        if (fits_.size() == std::numeric_limits<Set>::digits)
+            throw std::length_error("too many classifier tests");
+        const Set bit = Set{1} << fits_.size();
+        const std::string_view text = fit.text;
+        if (fit.how != Fit::How::back)
+            admit(bit, text[0], text[1], kelvinSign.front(), first_, second_);
+        else
+            admitAll(bit, first_, second_);
+        if (fit.how != Fit::How::front)
+            admit(bit, text[text.size() - 1], text[text.size() - 2], kelvinSign.back(), last_,
+                  lastButOne_);
+        else
+            admitAll(bit, last_, lastButOne_);
+        return fits_.emplace_back(fit);
+    }
+
+    /// The fits that are not ruled out.
+    Set candidates(std::string_view name) const noexcept
+    {
+        const auto size = name.size();
+        if (size < 2) // shorter than every text
+            return 0;
+        return first_[byte(name[0])] & second_[byte(name[1])] & last_[byte(name[size - 1])] &
+               lastButOne_[byte(name[size - 2])];
+    }
+
+    /// The first fit of the set.
+    const Fit& front(Set set) const noexcept
+    {
+        return fits_[static_cast<std::size_t>(std::countr_zero(set))];
+    }
+
+    Fit* find(std::string_view text, Beginnings from) noexcept
+    {
+        const auto fit = std::ranges::find_if(
+            fits_, [&](const Fit& known) { return known.text == text && known.from == from; });
+        return fit == fits_.end() ? nullptr : &*fit;
+    }
+
+private:
+    using Table = std::array<Set, 256>;
+
+    static std::size_t byte(char c) noexcept { return static_cast<unsigned char>(c); }
+
+    static void admitAll(Set bit, Table& outer, Table& inner)
+    {
+        for (std::size_t i = 0; i < outer.size(); ++i) {
+            outer[i] |= bit;
+            inner[i] |= bit;
+        }
+    }
+
+    /// Lets the bytes pass that lower into a text's outermost two; `kelvinByte` is
+    /// what a k may look like from that side.
+    static void admit(Set bit, char outermost, char next, char kelvinByte, Table& outer,
+                      Table& inner)
+    {
+        const auto admitInto = [&](Table& table, char wanted) {
+            for (std::size_t i = 0; i < table.size(); ++i)
+                if (lowered(static_cast<char>(i)) == wanted)
+                    table[i] |= bit;
+            if (wanted == 'k')
+                table[byte(kelvinByte)] |= bit;
+        };
+        admitInto(outer, outermost);
+        if (outermost != 'k')
+            admitInto(inner, next);
+        else // of several bytes perhaps, so the next one may be its own
+            for (Set& set : inner)
+                set |= bit;
+    }
+
+    Table first_{};
+    Table second_{};
+    Table last_{};
+    Table lastButOne_{};
+    std::vector<Fit> fits_;
+};
+
 /// The tests split into components: the path tests' texts as a tree in which
 /// each inner node is one bit of `Beginnings`, and its edges are fits.
-///
-/// Fits are found by the byte at the end of the name that they look at, which
-/// rules out all of them for most names.
 class HogTrail::Tests {
 public:
     static constexpr Order noTest = std::numeric_limits<Order>::max();
@@ -133,21 +218,8 @@ public:
         return tests;
     }
 
-    /// Folder names that reach a node of the tree.
-    std::span<const Fit> steps(std::string_view name) const noexcept
-    {
-        return steps_[frontByte(name)];
-    }
-    /// Names and beginnings of names that complete a test.
-    std::span<const Fit> fronts(std::string_view name) const noexcept
-    {
-        return fronts_[frontByte(name)];
-    }
-    /// Endings of names that complete a test.
-    std::span<const Fit> backs(std::string_view name) const noexcept
-    {
-        return backs_[backByte(name)];
-    }
+    Index steps; ///< folder names that reach a node of the tree
+    Index marks; ///< what completes a test, in the order of the tests
 
     HogKind kind(Order order) const noexcept
     {
@@ -155,8 +227,6 @@ public:
     }
 
 private:
-    using Table = std::array<std::vector<Fit>, 256>;
-
     Tests()
     {
         for (const HogTest& test : commonTests)
@@ -173,11 +243,10 @@ private:
         kinds_.push_back(test.kind);
         switch (test.where) {
         case nameIs:
-            fronts_[frontByte(test.text)].push_back(
-                {test.text, Fit::How::whole, anywhere, 0, order});
+            marks.add({test.text, Fit::How::whole, anywhere, 0, order});
             return;
         case nameEndsWith:
-            backs_[backByte(test.text)].push_back({test.text, Fit::How::back, anywhere, 0, order});
+            marks.add({test.text, Fit::How::back, anywhere, 0, order});
             return;
         case pathContains:
             addPath(test.text.substr(1), order);
@@ -197,40 +266,20 @@ private:
         if (rest.empty())
             last->order = std::min(last->order, order);
         else
-            fronts_[frontByte(rest)].push_back({rest, Fit::How::front, from, 0, order});
+            marks.add({rest, Fit::How::front, from, 0, order});
     }
 
     /// The edge of that name from a node, made when it is missing.
     Fit& step(Beginnings from, std::string_view name)
     {
-        std::vector<Fit>& bucket = steps_[frontByte(name)];
-        const auto known = std::ranges::find_if(
-            bucket, [&](const Fit& fit) { return fit.from == from && fit.text == name; });
-        if (known != bucket.end())
+        if (Fit* known = steps.find(name, from))
             return *known;
         nextNode_ <<= 1;
         if (nextNode_ == 0)
             throw std::length_error("too many beginnings of classifier tests");
-        return bucket.emplace_back(Fit{name, Fit::How::whole, from, nextNode_, noTest});
+        return steps.add({name, Fit::How::whole, from, nextNode_, noTest});
     }
 
-    static std::size_t frontByte(std::string_view name) noexcept
-    {
-        if (name.empty())
-            return 0;
-        return name.front() == kelvinSign.front() ? 'k' : byte(name.front());
-    }
-    static std::size_t backByte(std::string_view name) noexcept
-    {
-        if (name.empty())
-            return 0;
-        return name.back() == kelvinSign.back() ? 'k' : byte(name.back());
-    }
-    static std::size_t byte(char c) noexcept { return static_cast<unsigned char>(lowered(c)); }
-
-    Table steps_;
-    Table fronts_;
-    Table backs_;
     std::vector<HogKind> kinds_;
     Beginnings nextNode_ = slash;
 };
@@ -256,30 +305,32 @@ HogTrail HogTrail::entering(std::string_view folderName) const
 {
     const Tests& tests = Tests::all();
     HogTrail inside(Tests::anywhere | Tests::slash, passed_);
-    for (const Fit& fit : tests.steps(folderName)) {
-        if (!fit.matches(folderName, reached_))
+    for (auto set = tests.steps.candidates(folderName); set != 0; set &= set - 1) {
+        const Fit& step = tests.steps.front(set);
+        if (!step.matches(folderName, reached_))
             continue;
-        inside.reached_ |= fit.to;
-        inside.passed_ = std::min(inside.passed_, fit.order);
+        inside.reached_ |= step.to;
+        inside.passed_ = std::min(inside.passed_, step.order);
     }
-    for (const Fit& fit : tests.fronts(folderName))
-        if (fit.how == Fit::How::front && fit.order < inside.passed_ &&
-            fit.matches(folderName, reached_))
-            inside.passed_ = fit.order;
+    for (auto set = tests.marks.candidates(folderName); set != 0; set &= set - 1) {
+        const Fit& mark = tests.marks.front(set);
+        if (mark.how == Fit::How::front && mark.matches(folderName, reached_))
+            inside.passed_ = std::min(inside.passed_, mark.order);
+    }
     return inside;
 }
 
 HogKind HogTrail::classify(std::string_view name) const
 {
     const Tests& tests = Tests::all();
-    Order decisive = passed_;
-    for (const Fit& fit : tests.fronts(name))
-        if (fit.order < decisive && fit.matches(name, reached_))
-            decisive = fit.order;
-    for (const Fit& fit : tests.backs(name))
-        if (fit.order < decisive && fit.matches(name, reached_))
-            decisive = fit.order;
-    return tests.kind(decisive);
+    for (auto set = tests.marks.candidates(name); set != 0; set &= set - 1) {
+        const Fit& mark = tests.marks.front(set);
+        if (mark.order > passed_)
+            break;
+        if (mark.matches(name, reached_))
+            return tests.kind(mark.order);
+    }
+    return tests.kind(passed_);
 }
 
 } // namespace brisalon::detail

@@ -40,6 +40,7 @@ private:
     using Order = std::uint8_t;
 
     struct Fit;
+    class Index;
     class Tests;
 
     HogTrail(Beginnings reached, Order passed) noexcept : reached_(reached), passed_(passed) {}
