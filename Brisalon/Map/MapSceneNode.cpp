@@ -44,8 +44,10 @@ MapSceneNode::MapSceneNode(QQuickWindow* window, const MapLayers& layers) : wind
 {
     setLayers(layers);
     base_ = appendImage(this, window_, bright_.get(), {}, {});
-    for (QSGNode** part : {&blocks_, &outlines_}) {
-        *part = new QSGNode;
+    // Transform nodes, though they move nothing: the software renderer gives a node
+    // that is added later the place of its parent only if that is one of them.
+    for (QSGTransformNode** part : {&blocks_, &outlines_}) {
+        *part = new QSGTransformNode;
         appendChildNode(*part);
     }
 }

@@ -58,8 +58,10 @@ private:
     std::unique_ptr<QSGTexture> dimmed_;
     std::vector<std::unique_ptr<QSGTexture>> outlineTextures_;
     QSGImageNode* base_;
-    QSGNode* blocks_;
-    QSGNode* outlines_;
+    // Transform nodes, because Qt's software renderer forgets the map's position
+    // when a child is added to a plain one later on.
+    QSGTransformNode* blocks_;
+    QSGTransformNode* outlines_;
 };
 
 } // namespace brisalon
