@@ -16,9 +16,9 @@ RingGauge {
     to: tint
     Accessible.role: Accessible.Indicator
 
-    RotationAnimator on rotation {
+    NumberAnimation on turn {
         from: 0
-        to: 360
+        to: 1
         duration: 900
         loops: Animation.Infinite
         running: spinner.visible

@@ -28,8 +28,8 @@ Item {
             width: 480
             height: 480
             radius: 480
-            from: Theme.faded(Theme.accent, 0.04)
-            to: Theme.faded(Theme.accent, 0)
+            from: Qt.tint(Theme.well, Theme.faded(Theme.accent, 0.04))
+            to: Theme.well
         }
 
         Loader {

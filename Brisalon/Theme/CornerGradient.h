@@ -7,6 +7,8 @@ namespace brisalon {
 
 /// A fill that starts with `from` in the top-left corner and ends with `to`: in the
 /// bottom-right corner or, with a `radius`, that many points away in any direction.
+/// Both are opaque colours. They may lie a few steps of 8 bits apart, so the fill is
+/// dithered; a plain one would show each step as an edge.
 class CornerGradient : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT

@@ -19,6 +19,15 @@ void RingGauge::setFraction(double fraction)
     update();
 }
 
+void RingGauge::setTurn(double turn)
+{
+    if (turn == turn_)
+        return;
+    turn_ = turn;
+    emit turnChanged();
+    update();
+}
+
 void RingGauge::setFrom(const QColor& color)
 {
     if (color == from_)
@@ -49,15 +58,16 @@ void RingGauge::paint(QPainter* painter)
 
     // Qt's conical gradients run counter-clockwise from 3 o'clock. The round start
     // reaches back beyond the top, where the gradient would show its other end: it
-    // is moved back by the angle that the cap covers.
+    // is moved back by the part of the ring that the cap covers.
     const double radius = ring.width() / 2;
     const double cap = std::asin(std::min(1.0, margin / radius)) / (2 * std::numbers::pi);
-    QConicalGradient gradient(ring.center(), 90 + 360 * cap);
+    const double start = 90 - 360 * turn_;
+    QConicalGradient gradient(ring.center(), start + 360 * cap);
     gradient.setColorAt(1, from_);
     gradient.setColorAt(0, to_);
     painter->setPen(QPen(gradient, lineWidth_, Qt::SolidLine, Qt::RoundCap));
-    const int span = static_cast<int>(std::lround(-360 * 16 * std::min(fraction_, 1.0)));
-    painter->drawArc(ring, 90 * 16, span);
+    const auto sixteenths = [](double degrees) { return static_cast<int>(std::lround(16 * degrees)); };
+    painter->drawArc(ring, sixteenths(start), sixteenths(-360 * std::min(fraction_, 1.0)));
 }
 
 } // namespace brisalon

@@ -22,6 +22,8 @@ QFont font(const QStringList& families, int size, int weight)
     result.setFamilies(families);
     result.setPixelSize(size);
     result.setWeight(static_cast<QFont::Weight>(weight));
+    // Full hinting makes small text of these families dark and uneven.
+    result.setHintingPreference(QFont::PreferVerticalHinting);
     return result;
 }
 
@@ -128,11 +130,13 @@ QFont Theme::system(int size, int weight)
 
 QFont Theme::rounded(int size, int weight)
 {
-    // The rounded family is drawn lighter than the interface's own, and its
-    // semibold does not exist: everything above regular is set in its bold.
-    static const QStringList families{"Quicksand", "Nunito", "Varela Round", "Inter",
-                                      "Noto Sans", "DejaVu Sans", "sans-serif"};
-    return font(families, size, weight > QFont::Normal ? QFont::Bold : QFont::Medium);
+    // The rounded family is drawn lighter than the interface's own: regular is set
+    // in its medium, which its package has as a family, and all above in its bold.
+    static const QStringList regular{"Quicksand Medium", "Quicksand", "Nunito", "Varela Round",
+                                     "Inter", "Noto Sans", "DejaVu Sans", "sans-serif"};
+    static const QStringList bold = regular.mid(1);
+    return weight > QFont::Normal ? font(bold, size, QFont::Bold)
+                                  : font(regular, size, QFont::Normal);
 }
 
 QFont Theme::monospaced(int size, int weight)
