@@ -30,6 +30,8 @@ public:
     /// The folder's path, free of links.
     const std::string& path() const noexcept { return path_; }
     FileURL url() const { return FileURL(path_); }
+    /// Whether it got a memory file system.
+    bool isInMemory() const noexcept { return isMounted_; }
     /// The path of an item inside.
     std::string at(std::string_view relative) const;
 

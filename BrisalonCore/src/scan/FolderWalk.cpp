@@ -143,7 +143,11 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             (void)folder.release(); // its last subfolder finishes it
             return;
         }
-        openFolders_.returnFrom(*folder, handle);
+        // What a worker has left of its own lies in the folders above the one that
+        // it took last.
+        if (openFolders_.hasClosed())
+            if (const auto next = queues_.peek(worker.index))
+                openFolders_.returnTo(*next->folder, *folder, handle);
     } catch (...) {
         abandon(std::current_exception());
         if (folder)

@@ -53,29 +53,24 @@ void OpenFolders::forget(WalkFolder& folder) noexcept
     }
 }
 
-void OpenFolders::returnFrom(const WalkFolder& leaf, const OpenFolder& handle)
+void OpenFolders::returnTo(WalkFolder& next, const WalkFolder& leaf, const OpenFolder& handle)
 {
-    WalkFolder* folder = leaf.parent;
-    std::size_t steps = 1;
     {
         const std::lock_guard lock(mutex_);
-        if (closed_ == 0)
-            return;
-        for (; folder && folder->access.unopened == 0; folder = folder->parent)
-            ++steps;
-        if (!folder || folder->access.handle)
+        if (next.access.handle)
             return;
     }
     OpenFolder reached = handle.parent();
-    while (--steps > 0 && reached.isValid())
+    for (const WalkFolder* above = leaf.parent; above != &next && reached.isValid();
+         above = above->parent)
         reached = reached.parent();
     const auto identity = reached.identity();
 
     auto shared = std::make_shared<const OpenFolder>(std::move(reached));
     const std::lock_guard lock(mutex_);
-    if (identity && identity == folder->access.identity && folder->access.unopened > 0 &&
-        !folder->access.handle) {
-        hold(*folder, std::move(shared));
+    if (identity && identity == next.access.identity && next.access.unopened > 0 &&
+        !next.access.handle) {
+        hold(next, std::move(shared));
         --closed_;
     }
 }

@@ -2,6 +2,7 @@
 
 #include "scan/WalkFolder.h"
 
+#include <atomic>
 #include <cstddef>
 #include <list>
 #include <memory>
@@ -14,9 +15,9 @@ namespace brisalon::detail {
 /// more than a budget, however deep and wide the tree.
 ///
 /// Over the budget, the folder kept longest (the nearest to the root, the last
-/// that a depth-first walk returns to) is closed. When the walk is about to
+/// that a depth-first walk returns to) is closed. When a worker is about to
 /// return there, the folder is reached again through ".." from below, which
-/// costs one step however deep it lies; otherwise by its names from the nearest
+/// costs few steps however deep it lies; otherwise by its names from the nearest
 /// folder above that is open. In both cases it must be the very same folder as
 /// before, or what waits in it counts as vanished. Thread-safe.
 class OpenFolders {
@@ -46,9 +47,13 @@ public:
     /// Forgets a folder whose subfolders will not be claimed after all.
     void forget(WalkFolder& folder) noexcept;
 
-    /// Told when a folder in which nothing waits is about to be closed: reaches
-    /// through it the nearest folder above that was closed and is needed next.
-    void returnFrom(const WalkFolder& leaf, const host::OpenFolder& handle);
+    /// Whether any folder was closed that is still needed.
+    bool hasClosed() const noexcept { return closed_ > 0; }
+
+    /// Told when a worker is done with a folder in which nothing waits, and goes
+    /// on in `next`, one of the folders above it: if that was closed, reaches it
+    /// from here.
+    void returnTo(WalkFolder& next, const WalkFolder& leaf, const host::OpenFolder& handle);
 
 private:
     std::shared_ptr<const host::OpenFolder> reopen(WalkFolder& folder);
@@ -58,8 +63,8 @@ private:
     const std::shared_ptr<const host::OpenFolder> root_;
     const std::size_t budget_;
     std::mutex mutex_;
-    std::list<WalkFolder*> held_; ///< the one held longest first
-    std::size_t closed_ = 0;      ///< folders that were given up and are still needed
+    std::list<WalkFolder*> held_;        ///< the one held longest first
+    std::atomic<std::size_t> closed_{0}; ///< folders that were given up and are still needed
 };
 
 } // namespace brisalon::detail

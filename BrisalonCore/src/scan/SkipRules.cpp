@@ -1,5 +1,6 @@
 #include "BrisalonCore/SkipRules.h"
 
+#include "host/ProtectedPlaces.h"
 #include "scan/PathRules.h"
 
 namespace brisalon {
@@ -16,7 +17,8 @@ bool SkipRules::shouldSkipDescending(const FileURL& url)
 
 bool SkipRules::shouldAllowDelete(const FileURL& url)
 {
-    return !detail::isProtectedPath(standardizedPath(url));
+    const std::string path = standardizedPath(url);
+    return !detail::isProtectedPath(path) && !host::isProtectedHere(path);
 }
 
 } // namespace brisalon

@@ -57,6 +57,14 @@ public:
         }
     }
 
+    /// The task that the worker would take next from its own queue, if any.
+    std::optional<Task> peek(std::size_t worker)
+    {
+        const std::lock_guard lock(queues_[worker].mutex);
+        const auto& tasks = queues_[worker].tasks;
+        return tasks.empty() ? std::nullopt : std::optional<Task>(tasks.back());
+    }
+
     /// Marks one task that was taken as dealt with, its own tasks pushed.
     void finish()
     {
