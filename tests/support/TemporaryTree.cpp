@@ -73,31 +73,6 @@ void clear(int top)
     ::close(folder);
 }
 
-void write(const char* path, const std::string& text)
-{
-    const int handle = ::open(path, O_WRONLY | O_CLOEXEC);
-    if (handle < 0)
-        return;
-    [[maybe_unused]] const auto written = ::write(handle, text.data(), text.size());
-    ::close(handle);
-}
-
-/// Gives this process mounts of its own, which end with it: by its rights or, as an
-/// ordinary user, in a user namespace where it keeps its identity.
-bool becomeMounter()
-{
-    const std::string user = std::to_string(::getuid());
-    const std::string group = std::to_string(::getgid());
-    if (::unshare(CLONE_NEWNS) != 0) {
-        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
-            return false;
-        write("/proc/self/setgroups", "deny");
-        write("/proc/self/uid_map", user + ' ' + user + " 1");
-        write("/proc/self/gid_map", group + ' ' + group + " 1");
-    }
-    return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
-
 } // namespace
 
 TemporaryTree::TemporaryTree(Storage storage)
