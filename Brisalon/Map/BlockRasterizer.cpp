@@ -129,9 +129,7 @@ private:
         const int first = std::max(static_cast<int>(shape.left), 0);
         const int end = std::min(static_cast<int>(std::ceil(shape.right)), width_);
         const double rowCoverage = std::min(y + 1.0, shape.bottom) - std::max<double>(y, shape.top);
-        const bool besideCorners =
-            y < shape.top + shape.corner || y + 1 > shape.bottom - shape.corner;
-        const double margin = besideCorners ? shape.corner : 0;
+        const double margin = solidMargin(shape, y);
         const int solidFirst =
             std::clamp(static_cast<int>(std::ceil(shape.left + margin)), first, end);
         const int solidEnd = std::clamp(static_cast<int>(shape.right - margin), solidFirst, end);
@@ -151,12 +149,31 @@ private:
         }
     }
 
+    /// How far from the shape's left and right edges the pixels of a row begin that
+    /// no corner cuts. A circle lies inside the superellipse, so a pixel is whole
+    /// when its centre keeps half a pixel from the circle.
+    static double solidMargin(const BlockShape& shape, int y)
+    {
+        if (shape.corner < 1)
+            return 0;
+        const double v = shape.corner - std::min(y + 0.5 - shape.top, shape.bottom - y - 0.5);
+        if (v <= -0.5)
+            return 0;
+        const double radius = shape.corner - 0.5;
+        const double height = std::max(v, 0.0);
+        const double inner = radius * radius - height * height;
+        return inner > 0 ? shape.corner - std::sqrt(inner) - 0.5 : shape.width() / 2;
+    }
+
     /// How much of a pixel the shape covers: the exact share of its box, less
     /// what the corner cuts off.
     static double coverage(const BlockShape& shape, int x, int y, double rowCoverage)
     {
         const double box =
             rowCoverage * (std::min(x + 1.0, shape.right) - std::max<double>(x, shape.left));
+        // The distance of a pixel's centre tells nothing of a shape of about its size.
+        if (shape.corner < 1)
+            return box;
         return std::min(box, 0.5 - shape.signedDistance(x + 0.5, y + 0.5));
     }
 

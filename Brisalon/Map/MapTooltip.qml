@@ -8,6 +8,8 @@ import Brisalon.Theme
 Item {
     id: tooltip
 
+    objectName: "mapTooltip"
+
     required property TreemapCanvas map
 
     // The node that is shown; while the card fades out, the one that was.

@@ -192,6 +192,7 @@ QPointF TreemapCanvas::tooltipPosition() const
 
 void TreemapCanvas::mousePressEvent(QMouseEvent* event)
 {
+    setFocusVisible(false);
     pressed_ = laidOut().blockAt(event->position());
     if (pressed_)
         forceActiveFocus(Qt::MouseFocusReason);

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Brisalon/Map/TreemapCanvas.h"
+
+#include <QQuickView>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace brisalon::test {
+
+/// A child to build.
+struct Child {
+    std::string name;
+    std::int64_t size;
+    NodeKind kind = NodeKind::file;
+};
+
+/// A folder with those children, in that order, classified by their paths.
+FileNodeValue folder(const std::vector<Child>& children, const std::string& path = "/home/a");
+
+/// A folder with that many files, largest first, of sizes as a disk has them.
+FileNodeValue crowdedFolder(int count);
+
+/// The colour of a block at that opacity over the map's background.
+QColor shade(const FileNode& node, double opacity);
+
+/// A window of 1000 × 600 points with a map in it, driven by real input events.
+class MapTest : public testing::Test {
+protected:
+    MapTest();
+
+    /// Shows the level and waits for its picture.
+    void show(const FileNodeValue& level);
+    /// False if it does not come.
+    bool waitForPicture();
+
+    /// The middle of a block of the level shown, and the block with that name.
+    QPoint middle(std::size_t block) const;
+    std::size_t block(const std::string& name) const;
+    const FileNode& node(std::size_t block) const { return level_->children()[block]; }
+    QByteArray id(std::size_t block) const;
+
+    void movePointer(QPointF point);
+    /// What the window shows at that point (the device pixel right below it).
+    QColor pixel(QPointF point);
+    /// Expects the colours to differ by rounding alone.
+    void expectPixel(QPointF point, const QColor& color);
+
+    QQuickView window_;
+    QQuickItem* view_ = nullptr;
+    TreemapCanvas* canvas_ = nullptr;
+    FileNodeValue level_;
+
+    /// What the map asked for, in order: "select NAME", "zoom NAME".
+    std::vector<std::string> requests_;
+};
+
+} // namespace brisalon::test
