@@ -40,4 +40,9 @@ Item {
         enabled: commands.appState.isScanning
         onActivated: commands.appState.cancelScan()
     }
+
+    Shortcut {
+        sequence: "Backspace"
+        onActivated: commands.appState.zoomUpOneLevel()
+    }
 }

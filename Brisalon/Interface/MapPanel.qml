@@ -77,7 +77,6 @@ PanelStyle {
             objectName: "treemapView"
             anchors.fill: parent
             enabled: state === ""
-            focus: true
             selectedID: panel.appState.selected.id
 
             onSelectRequested: node => panel.appState.select(node)

@@ -15,8 +15,8 @@ T.AbstractButton {
     hoverEnabled: true
     Accessible.name: text
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     Rectangle {
         anchors.fill: parent

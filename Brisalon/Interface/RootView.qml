@@ -39,7 +39,6 @@ FocusScope {
             TreemapWorkspace {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                focus: true
                 appState: root.appState
             }
 

@@ -44,6 +44,8 @@ Item {
             anchors.centerIn: parent
             active: pane.appState.isScanning && pane.appState.tree.isPresent
             sourceComponent: ScanOverlay {
+                objectName: "scanOverlay"
+
                 readonly property MapPanel panel: loader.item as MapPanel
 
                 map: panel?.view?.map ?? null
@@ -55,6 +57,7 @@ Item {
         id: failure
 
         Notice {
+            objectName: "notice"
             symbol: "exclamationmark.triangle.fill"
             title: "Scan failed"
             detail: pane.appState.scanError
@@ -66,6 +69,7 @@ Item {
         id: emptyFolder
 
         Notice {
+            objectName: "notice"
             symbol: "folder.fill"
             title: "Empty folder"
             detail: pane.appState.current.path
@@ -93,6 +97,7 @@ Item {
         id: scanning
 
         ScanningWelcome {
+            objectName: "scanningWelcome"
             appState: pane.appState
         }
     }

@@ -19,7 +19,6 @@ ColumnLayout {
         objectName: "treemapPane"
         Layout.fillWidth: true
         Layout.fillHeight: true
-        focus: true
         appState: workspace.appState
     }
 }

@@ -1,0 +1,141 @@
+#include "ModelFixture.h"
+
+#include <string>
+#include <vector>
+
+namespace brisalon::tests {
+
+/// A map of "/outer/inner/deep.bin", "/outer/side.bin" and "/flat.bin".
+class NavigationTest : public ModelFixture {
+protected:
+    NavigationTest()
+    {
+        tree.file("root/outer/inner/deep.bin", 3 * mib);
+        tree.file("root/outer/side.bin", 2 * mib);
+        tree.file("root/flat.bin", mib);
+        scan(FileURL(tree.at("root")));
+        root = state->tree();
+        outer = child(root, "outer");
+        inner = child(outer, "inner");
+        flat = child(root, "flat.bin");
+    }
+
+    FileNodeValue root;
+    FileNodeValue outer;
+    FileNodeValue inner;
+    FileNodeValue flat;
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(NavigationTest, ZoomingInAndOut)
+{
+    EXPECT_TRUE(state->shouldShowMapHint());
+    state->zoomUpOneLevel();
+    EXPECT_EQ(state->current(), root) << "there is nothing above the root";
+    EXPECT_FALSE(state->selected());
+
+    state->zoom(outer);
+    EXPECT_FALSE(state->shouldShowMapHint());
+    state->zoom(inner);
+    EXPECT_EQ(crumbNames(), (Names{"root", "outer", "inner"}));
+    EXPECT_EQ(state->current(), inner);
+    EXPECT_EQ(state->selected(), inner);
+
+    state->zoomUpOneLevel();
+    EXPECT_EQ(crumbNames(), (Names{"root", "outer"}));
+    EXPECT_EQ(state->current(), outer);
+    EXPECT_EQ(state->selected(), outer);
+
+    state->zoom(inner);
+    state->jumpToBreadcrumb(state->breadcrumbs().first());
+    EXPECT_EQ(crumbNames(), (Names{"root"}));
+    EXPECT_EQ(state->current(), root);
+}
+
+TEST_F(NavigationTest, AFileIsSelectedAndNotEntered)
+{
+    state->zoom(flat);
+    EXPECT_EQ(state->selected(), flat);
+    EXPECT_EQ(state->current(), root);
+    EXPECT_EQ(state->breadcrumbs().size(), 1);
+    EXPECT_TRUE(state->shouldShowMapHint());
+}
+
+TEST_F(NavigationTest, AFolderOnTheWayCutsTheWayBackToIt)
+{
+    state->zoom(outer);
+    state->zoom(inner);
+    state->zoom(root);
+    EXPECT_EQ(crumbNames(), (Names{"root"}));
+    EXPECT_EQ(state->current(), root);
+}
+
+TEST_F(NavigationTest, AJumpToWhatIsNotOnTheWayIsIgnored)
+{
+    state->zoom(outer);
+    state->jumpToBreadcrumb(inner);
+    state->jumpToBreadcrumb({});
+    EXPECT_EQ(crumbNames(), (Names{"root", "outer"}));
+    EXPECT_EQ(state->current(), outer);
+    EXPECT_EQ(state->selected(), outer);
+}
+
+TEST_F(NavigationTest, TheHintIsGoneForGoodAfterTheFirstZoom)
+{
+    state->zoom(outer);
+    AppState next(store, panel);
+    next.startScan(FileURL(tree.at("root")));
+    while (next.isScanning())
+        letEverythingHappen();
+    ASSERT_TRUE(next.tree());
+    EXPECT_FALSE(next.shouldShowMapHint());
+}
+
+TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
+{
+    int changes = 0;
+    QObject::connect(state.get(), &AppState::selectedChanged, [&] { ++changes; });
+    state->setSelected(outer);
+    state->setSelected(outer);
+    EXPECT_EQ(changes, 1);
+
+    // The same folder of a tree of its own is the same while all in it is equal.
+    AppState other(store, panel);
+    const auto rescan = [&] {
+        other.startScan(FileURL(tree.at("root")));
+        while (other.isScanning())
+            letEverythingHappen();
+        return child(other.tree(), "outer");
+    };
+    state->setSelected(rescan());
+    EXPECT_EQ(changes, 1);
+    tree.file("root/outer/more.bin", mib);
+    state->setSelected(rescan());
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(NavigationTest, TickedLargeFilesWinOverTheSelectionUntilTheMapIsClicked)
+{
+    EXPECT_FALSE(state->hasSelection());
+    EXPECT_EQ(state->selectedBytes(), 0);
+    state->setSelected(flat);
+    EXPECT_EQ(state->selectedBytes(), mib);
+    EXPECT_EQ(state->selectedBytesText(), "1.0 MB");
+
+    state->setSelectedLargeFileIDs(
+        {tree.at("root/flat.bin"), tree.at("root/outer/inner/deep.bin"), "/nowhere"});
+    EXPECT_EQ(state->selectedBytes(), 4 * mib);
+    const auto entries = state->selectedLargeFileEntries();
+    ASSERT_EQ(entries.size(), 2u);
+    EXPECT_EQ(entries[0].name, "deep.bin") << "in the list's order";
+
+    state->setSelectedLargeFileIDs({"/nowhere"});
+    EXPECT_EQ(state->selectedBytes(), 0) << "even though a node is selected";
+
+    state->select(outer);
+    EXPECT_TRUE(state->selectedLargeFileIDs().empty());
+    EXPECT_EQ(state->selectedBytes(), 5 * mib);
+}
+
+} // namespace brisalon::tests

@@ -1,0 +1,273 @@
+#include "ModelFixture.h"
+
+#include "Brisalon/Platform/HomeFolder.h"
+#include "Brisalon/tools/driver/WindowDriver.h"
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+
+namespace brisalon::tests {
+
+using ScanTest = ModelFixture;
+using Statuses = std::vector<std::string>;
+
+TEST_F(ScanTest, ANewModelIsIdleAndTouchesNothing)
+{
+    letEverythingHappen();
+    EXPECT_FALSE(state->tree());
+    EXPECT_FALSE(state->current());
+    EXPECT_TRUE(state->breadcrumbs().isEmpty());
+    EXPECT_FALSE(state->isScanning());
+    EXPECT_FALSE(state->progress());
+    EXPECT_FALSE(state->volume());
+    EXPECT_TRUE(state->statusMessage().isEmpty());
+    EXPECT_EQ(state->scanRoot(), homeFolder());
+    EXPECT_TRUE(state->hasFullDiskAccess());
+    EXPECT_EQ(state->lastUsedTarget(), "");
+    EXPECT_TRUE(statuses.empty());
+}
+
+TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
+{
+    tree.file("Movies/a.mov", 3 * mib);
+    tree.file("Movies/b.mov", 2 * mib);
+    tree.file("notes.txt", 4 * kib);
+    gate.holdAfter(0);
+    state->startScan(tree.url());
+
+    // What stands before the scanner has said anything.
+    EXPECT_TRUE(state->isScanning());
+    EXPECT_EQ(state->progress()->visitedCount, 0);
+    EXPECT_EQ(state->progress()->currentPath, tree.path());
+    EXPECT_TRUE(state->volume());
+    EXPECT_EQ(state->lastUsedTarget(), "custom");
+    EXPECT_FALSE(state->tree());
+
+    gate.open();
+    waitForEnd();
+    const std::string name = std::filesystem::path(tree.path()).filename();
+    EXPECT_EQ(statuses, (Statuses{"Scanning " + tree.path() + "…", "Mapped 5.0 MB in " + name}));
+    EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
+    EXPECT_EQ(state->tree()->id(), tree.path());
+    EXPECT_EQ(state->current(), state->tree());
+    EXPECT_EQ(crumbNames(), (Statuses{name}));
+    EXPECT_FALSE(state->selected());
+    EXPECT_TRUE(state->scanError().isEmpty());
+    EXPECT_EQ(state->progress()->visitedCount, 4);
+    ASSERT_EQ(state->largeFiles().size(), 2u);
+    EXPECT_EQ(state->largeFiles().front().name, "a.mov");
+}
+
+TEST_F(ScanTest, AnotherFolderClearsTheMapAtOnce)
+{
+    tree.file("first/a.bin", mib);
+    tree.folder("second");
+    scan(FileURL(tree.at("first")));
+    state->setSelected(child(state->tree(), "a.bin"));
+    state->setSelectedLargeFileIDs({tree.at("first/a.bin")});
+
+    gate.holdAfter(0);
+    state->startScan(FileURL(tree.at("second")));
+    EXPECT_FALSE(state->tree());
+    EXPECT_FALSE(state->current());
+    EXPECT_TRUE(state->breadcrumbs().isEmpty());
+    EXPECT_FALSE(state->selected());
+    EXPECT_TRUE(state->largeFiles().empty());
+    EXPECT_TRUE(state->selectedLargeFileIDs().empty());
+    gate.open();
+    waitForEnd();
+    EXPECT_EQ(state->tree()->children().size(), 0u);
+}
+
+TEST_F(ScanTest, TheSameFolderThroughALinkKeepsTheMapUntilTheNewOneIsThere)
+{
+    tree.file("folder/sub/a.bin", mib);
+    tree.link("link", tree.at("folder"));
+    scan(FileURL(tree.at("folder")));
+    const FileNodeValue sub = child(state->tree(), "sub");
+    state->zoom(sub);
+    state->setSelectedLargeFileIDs({tree.at("folder/sub/a.bin")});
+    tree.file("folder/b.bin", 2 * mib);
+
+    gate.holdResult();
+    state->startScan(FileURL(tree.at("link")));
+    ASSERT_TRUE(gate.waitForScan());
+    letEverythingHappen();
+    EXPECT_EQ(state->tree()->children().size(), 1u);
+    EXPECT_EQ(state->current(), sub);
+
+    gate.open();
+    waitForEnd();
+    EXPECT_EQ(state->tree()->children().size(), 2u);
+    EXPECT_EQ(state->current(), state->tree());
+    EXPECT_EQ(state->breadcrumbs().size(), 1);
+    // What was selected stays so, though it is a node of the old tree.
+    EXPECT_EQ(state->selected(), sub);
+    EXPECT_EQ(state->selectedLargeFileIDs().size(), 1u);
+    EXPECT_EQ(state->scanRoot().path(), tree.at("link"));
+}
+
+TEST_F(ScanTest, ARescanThatFindsTheSameIsSilentAndOneThatDiffersIsNot)
+{
+    tree.file("sub/a.bin", mib);
+    tree.file("sub/b.bin", mib);
+    scan(tree.url());
+    scan(tree.url());
+    EXPECT_EQ(treeChanges, 1);
+
+    // The same sizes everywhere: only a name deep below tells the trees apart.
+    std::filesystem::rename(tree.at("sub/a.bin"), tree.at("sub/c.bin"));
+    scan(tree.url());
+    EXPECT_EQ(treeChanges, 2);
+    EXPECT_TRUE(child(child(state->tree(), "sub"), "c.bin"));
+
+    // A map that is zoomed in goes back to the root even when nothing changed.
+    state->zoom(child(state->tree(), "sub"));
+    scan(tree.url());
+    EXPECT_EQ(treeChanges, 2);
+    EXPECT_EQ(state->current(), state->tree());
+    EXPECT_EQ(state->breadcrumbs().size(), 1);
+}
+
+TEST_F(ScanTest, FailuresSayWhyAndOnlyCostAMapThatIsNotTheFolders)
+{
+    tree.file("file", mib);
+    tree.file("folder/a.bin", mib);
+
+    scan(FileURL(tree.at("missing")));
+    EXPECT_EQ(state->scanError(), "That folder no longer exists.");
+    EXPECT_EQ(state->statusMessage(), state->scanError());
+    EXPECT_FALSE(state->tree());
+
+    scan(FileURL(tree.at("file")));
+    EXPECT_EQ(state->scanError(), "Choose a folder to scan, not a file.");
+
+    scan(FileURL(tree.at("folder")));
+    EXPECT_TRUE(state->scanError().isEmpty());
+    tree.remove("folder");
+    scan(FileURL(tree.at("folder")));
+    EXPECT_EQ(state->scanError(), "That folder no longer exists.");
+    ASSERT_TRUE(state->tree());
+    EXPECT_EQ(state->tree()->id(), tree.at("folder"));
+}
+
+TEST_F(ScanTest, AnUnexpectedErrorIsShownLikeAnyOther)
+{
+    AppState failing(store, panel,
+                     [](const FileURL&, const DiskScanner::ProgressCallback&,
+                        std::stop_token) -> ScanResult { throw std::runtime_error("No memory."); });
+    failing.startScan(tree.url());
+    ASSERT_TRUE(failing.isScanning());
+    while (failing.isScanning())
+        letEverythingHappen();
+    EXPECT_EQ(failing.scanError(), "No memory.");
+    EXPECT_EQ(failing.statusMessage(), "No memory.");
+}
+
+TEST_F(ScanTest, CancellingIsSeenAtOnceAndAgainWhenTheWalkNotices)
+{
+    tree.file("a.bin", mib);
+    gate.holdAfter(0);
+    state->startScan(tree.url());
+    ASSERT_TRUE(gate.waitForScan());
+    state->cancelScan();
+    EXPECT_FALSE(state->isScanning());
+    EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
+
+    EXPECT_TRUE(WindowDriver::waitFor(
+        [this] { return state->statusMessage() == "Scan was cancelled."; }));
+    EXPECT_TRUE(state->scanError().isEmpty());
+    EXPECT_FALSE(state->tree());
+    EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
+}
+
+TEST_F(ScanTest, ATreeThatComesAfterTheCancellationIsDropped)
+{
+    tree.file("a.bin", mib);
+    gate.holdResult();
+    state->startScan(tree.url());
+    ASSERT_TRUE(gate.waitForScan());
+    state->cancelScan();
+    letEverythingHappen();
+    EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
+    EXPECT_FALSE(state->tree());
+    EXPECT_EQ(treeChanges, 0);
+}
+
+TEST_F(ScanTest, CancellingWithNothingRunningOnlySaysSo)
+{
+    state->cancelScan();
+    EXPECT_EQ(statuses, (Statuses{"Scan cancelled."}));
+    EXPECT_TRUE(scanningStates.empty());
+}
+
+TEST_F(ScanTest, AReplacedScanNeverTouchesTheNewerOne)
+{
+    tree.file("first/a.bin", mib);
+    tree.file("second/b.bin", mib);
+    // The first ends by noticing its cancellation, then with a finished tree; the
+    // second stands at the gate all the while.
+    for (const bool hasTree : {false, true}) {
+        statuses.clear();
+        scanningStates.clear();
+        hasTree ? gate.holdResult() : gate.holdAfter(0);
+        state->startScan(FileURL(tree.at("first")));
+        ASSERT_TRUE(gate.waitForScan());
+        state->startScan(FileURL(tree.at("second")));
+        letEverythingHappen();
+        EXPECT_TRUE(state->isScanning());
+        EXPECT_EQ(state->statusMessage().toStdString(), "Scanning " + tree.at("second") + "…");
+
+        gate.open();
+        waitForEnd();
+        EXPECT_EQ(statuses, (Statuses{"Scanning " + tree.at("first") + "…",
+                                      "Scanning " + tree.at("second") + "…",
+                                      "Mapped 1.0 MB in second"}));
+        EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
+        EXPECT_EQ(state->tree()->id(), tree.at("second"));
+    }
+}
+
+TEST_F(ScanTest, AModelMayGoWhileItsScanRuns)
+{
+    tree.file("a.bin", mib);
+    gate.holdAfter(0);
+    state->startScan(tree.url());
+    ASSERT_TRUE(gate.waitForScan());
+    const auto start = std::chrono::steady_clock::now();
+    state.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    // The reports and the end that were queued find no model.
+    letEverythingHappen();
+}
+
+TEST_F(ScanTest, PickingAFolderScansItAndDismissingThePanelChangesNothing)
+{
+    tree.folder("picked");
+    state->pickFolderAndScan();
+    EXPECT_EQ(panel.title, "Scan");
+    EXPECT_FALSE(state->isScanning());
+    EXPECT_TRUE(statuses.empty());
+
+    panel.choose(FileURL(tree.at("picked")));
+    waitForEnd();
+    EXPECT_EQ(state->tree()->id(), tree.at("picked"));
+
+    // A panel that is answered after the model went.
+    state->pickFolderAndScan();
+    state.reset();
+    panel.choose(FileURL(tree.at("picked")));
+}
+
+TEST_F(ScanTest, NamesThatAreNoTextAreShownAsFarAsTheyCanBeAndScannedAllTheSame)
+{
+    tree.file("caf\xe9/a.bin", mib);
+    const FileURL root(tree.at("caf\xe9"));
+    scan(root);
+    EXPECT_EQ(state->tree()->url(), root);
+    EXPECT_EQ(state->statusMessage(), QString("Mapped 1.0 MB in caf\ufffd"));
+    EXPECT_EQ(state->preferredWelcomeTarget().folder, root);
+}
+
+} // namespace brisalon::tests

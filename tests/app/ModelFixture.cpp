@@ -1,0 +1,50 @@
+#include "ModelFixture.h"
+
+#include "Brisalon/tools/driver/WindowDriver.h"
+
+#include <QTest>
+
+namespace brisalon::tests {
+
+ModelFixture::ModelFixture()
+    : state(std::make_unique<AppState>(store, panel, gate.scan()))
+{
+    AppState* const model = state.get();
+    QObject::connect(model, &AppState::statusMessageChanged, model,
+                     [this, model] { statuses.push_back(model->statusMessage().toStdString()); });
+    QObject::connect(model, &AppState::isScanningChanged, model,
+                     [this, model] { scanningStates.push_back(model->isScanning()); });
+    QObject::connect(model, &AppState::treeChanged, model, [this] { ++treeChanges; });
+}
+
+void ModelFixture::scan(const FileURL& root)
+{
+    state->startScan(root);
+    waitForEnd();
+}
+
+void ModelFixture::waitForEnd() const
+{
+    ASSERT_TRUE(WindowDriver::waitFor([this] { return !state->isScanning(); }));
+}
+
+void ModelFixture::letEverythingHappen()
+{
+    QTest::qWait(60);
+}
+
+FileNodeValue ModelFixture::child(const FileNodeValue& folder, const std::string& name) const
+{
+    const FileNode* const found = folder->child(folder->id() + "/" + name);
+    return found ? FileNodeValue(*found) : FileNodeValue();
+}
+
+std::vector<std::string> ModelFixture::crumbNames() const
+{
+    std::vector<std::string> names;
+    for (const FileNodeValue& crumb : state->breadcrumbs())
+        names.push_back(crumb->name());
+    return names;
+}
+
+} // namespace brisalon::tests

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "FakeFolderPanel.h"
+#include "support/TemporaryTree.h"
+
+#include "Brisalon/App/AppState.h"
+#include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/tools/driver/ScanGate.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace brisalon::tests {
+
+constexpr std::int64_t kib = 1024;
+constexpr std::int64_t mib = 1024 * kib;
+
+/// A model over real folders, whose scans pass through a gate, and a record of
+/// what it announced.
+class ModelFixture : public ::testing::Test {
+protected:
+    ModelFixture();
+
+    /// Scans to the end, whatever that is.
+    void scan(const FileURL& root);
+    /// Lets the events be handled until no scan runs.
+    void waitForEnd() const;
+    /// Lets the events be handled for a moment: whatever is still under way and
+    /// should have no effect gets the chance to have one.
+    static void letEverythingHappen();
+
+    FileNodeValue child(const FileNodeValue& folder, const std::string& name) const;
+    std::vector<std::string> crumbNames() const;
+
+    TemporaryTree tree;
+    MemoryDefaultsStore store;
+    FakeFolderPanel panel;
+    ScanGate gate;
+    std::unique_ptr<AppState> state;
+
+    std::vector<std::string> statuses;
+    std::vector<bool> scanningStates;
+    int treeChanges = 0;
+};
+
+} // namespace brisalon::tests

@@ -1,0 +1,62 @@
+#include "WindowFixture.h"
+
+#include <QTest>
+
+#include <cstdlib>
+
+namespace brisalon::tests {
+
+namespace {
+
+void failOnWarnings(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        ADD_FAILURE() << message.toStdString();
+}
+
+} // namespace
+
+WindowFixture::WindowFixture() : realHome_(std::getenv("HOME"))
+{
+    ::setenv("HOME", home.path().c_str(), 1);
+    qInstallMessageHandler(failOnWarnings);
+}
+
+WindowFixture::~WindowFixture()
+{
+    app.reset();
+    qInstallMessageHandler(nullptr);
+    ::setenv("HOME", realHome_.c_str(), 1);
+}
+
+void WindowFixture::start()
+{
+    app = std::make_unique<BrisalonApp>(store, gate.scan());
+    window = app->open();
+    ASSERT_NE(window, nullptr);
+    driver.emplace(*window);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+}
+
+bool WindowFixture::mapAppears()
+{
+    return WindowDriver::waitFor([this] { return !app->state().isScanning(); })
+           && driver->waitForMap();
+}
+
+QString WindowFixture::text(const char* objectName) const
+{
+    return driver->property(objectName, "text").toString();
+}
+
+QPoint WindowFixture::block(const std::string& name) const
+{
+    const auto point =
+        driver->block([&](const FileNode& node) { return node.name() == name; });
+    EXPECT_TRUE(point) << "no block " << name;
+    return point.value_or(QPoint());
+}
+
+} // namespace brisalon::tests

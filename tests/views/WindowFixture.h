@@ -1,0 +1,48 @@
+#pragma once
+
+#include "support/TemporaryTree.h"
+
+#include "Brisalon/Interface/BrisalonApp.h"
+#include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/tools/driver/ScanGate.h"
+#include "Brisalon/tools/driver/WindowDriver.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace brisalon::tests {
+
+constexpr std::int64_t mib = 1024 * 1024;
+
+/// The real window over a home folder of the test's own, driven by the events of a
+/// mouse and a keyboard. Fails on any warning that the views print.
+class WindowFixture : public ::testing::Test {
+protected:
+    WindowFixture();
+    ~WindowFixture() override;
+
+    /// Starts the program; `store` may be filled before.
+    void start();
+    /// Waits until no scan runs and the map is painted; false when it does not come.
+    bool mapAppears();
+
+    QString text(const char* objectName) const;
+    /// The middle of the block of that name.
+    QPoint block(const std::string& name) const;
+    QString levelName() const { return app->state().current().name(); }
+
+    TemporaryTree home;
+    MemoryDefaultsStore store;
+    ScanGate gate;
+    std::unique_ptr<BrisalonApp> app;
+    QQuickWindow* window = nullptr;
+    std::optional<WindowDriver> driver;
+
+private:
+    std::string realHome_;
+};
+
+} // namespace brisalon::tests

@@ -1,0 +1,220 @@
+#include "WindowFixture.h"
+
+namespace brisalon::tests {
+
+using WindowTest = WindowFixture;
+
+TEST_F(WindowTest, ANewcomerMapsTheHomeFolderAndDrillsDown)
+{
+    home.file("Movies/Summer/beach.mov", 6 * mib);
+    home.file("Movies/short.mov", 2 * mib);
+    home.file("Music/album.flac", 3 * mib);
+    start();
+    EXPECT_EQ(window->title(), "Brisalon");
+    EXPECT_EQ(window->minimumSize(), QSize(960, 700));
+    EXPECT_EQ(window->size(), QSize(1280, 820));
+    EXPECT_EQ(text("statusText"), "Ready");
+    EXPECT_EQ(driver->find("rescanButton"), nullptr) << "no header without a map";
+
+    driver->click(driver->centre("scanHomeCard"));
+    ASSERT_TRUE(mapAppears());
+    EXPECT_TRUE(text("statusText").startsWith("Mapped 11 MB in "));
+    EXPECT_EQ(driver->find("scanHomeCard"), nullptr);
+    EXPECT_EQ(driver->find("upButton"), nullptr);
+    EXPECT_EQ(driver->find("selectionSize"), nullptr);
+    EXPECT_NE(driver->find("mapHint"), nullptr);
+
+    driver->click(block("Music"));
+    EXPECT_EQ(app->state().selected().name(), "Music");
+    EXPECT_EQ(text("selectionSize"), "3.0 MB");
+
+    driver->doubleClick(block("Movies"));
+    EXPECT_EQ(levelName(), "Movies");
+    ASSERT_TRUE(driver->waitForMap());
+    EXPECT_EQ(driver->find("mapHint"), nullptr);
+    EXPECT_EQ(text("crumb1"), "Movies");
+    driver->doubleClick(block("Summer"));
+    ASSERT_TRUE(driver->waitForMap());
+    EXPECT_EQ(app->state().breadcrumbs().size(), 3);
+
+    driver->doubleClick(block("beach.mov"));
+    EXPECT_EQ(levelName(), "Summer") << "a file is not entered";
+    EXPECT_EQ(app->state().selected().name(), "beach.mov");
+
+    driver->click(driver->centre("upButton"));
+    EXPECT_EQ(levelName(), "Movies");
+    ASSERT_TRUE(driver->waitForMap());
+    driver->click(driver->centre("crumb0"));
+    EXPECT_EQ(app->state().current(), app->state().tree());
+    EXPECT_EQ(driver->find("upButton"), nullptr);
+}
+
+TEST_F(WindowTest, TheCommandsWorkByTheirShortcutsUnlessAScanRuns)
+{
+    home.file("a.bin", mib);
+    start();
+    const auto controlShift = Qt::ControlModifier | Qt::ShiftModifier;
+    driver->press(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_FALSE(app->state().isScanning()) << "there is nothing to scan again";
+
+    gate.holdAfter(0);
+    driver->press(Qt::Key_H, controlShift);
+    EXPECT_TRUE(app->state().isScanning());
+    const QString status = text("statusText");
+    EXPECT_TRUE(status.startsWith("Scanning · 0 items · ")) << status.toStdString();
+    driver->press(Qt::Key_M, controlShift);
+    EXPECT_EQ(app->state().scanRoot(), home.url()) << "no other scan while one runs";
+
+    driver->press(Qt::Key_Escape);
+    EXPECT_FALSE(app->state().isScanning());
+    gate.open();
+
+    driver->press(Qt::Key_H, controlShift);
+    ASSERT_TRUE(mapAppears());
+    gate.holdAfter(0);
+    driver->press(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_TRUE(app->state().isScanning());
+    EXPECT_TRUE(app->state().tree());
+    driver->click(driver->centre("cancelButton"));
+    EXPECT_FALSE(app->state().isScanning());
+    EXPECT_TRUE(app->state().tree());
+}
+
+TEST_F(WindowTest, ThePaneShowsWhatThereIs)
+{
+    home.folder("empty");
+    home.file("full/a.bin", mib);
+    start();
+    AppState& state = app->state();
+
+    gate.holdAfter(0);
+    state.startScan(FileURL(home.at("full")));
+    EXPECT_NE(driver->find("scanningWelcome"), nullptr);
+    gate.open();
+    ASSERT_TRUE(mapAppears());
+
+    gate.holdAfter(0);
+    state.startScan(FileURL(home.at("full")));
+    EXPECT_NE(driver->find("scanOverlay"), nullptr);
+    EXPECT_NE(driver->find("treemapView"), nullptr) << "the old map stays";
+    gate.open();
+    ASSERT_TRUE(mapAppears());
+    EXPECT_EQ(driver->find("scanOverlay"), nullptr);
+
+    state.startScan(FileURL(home.at("empty")));
+    ASSERT_TRUE(WindowDriver::waitFor([&] { return !state.isScanning(); }));
+    EXPECT_EQ(driver->property("notice", "title"), "Empty folder");
+    EXPECT_EQ(driver->property("notice", "detail").toString().toStdString(), home.at("empty"));
+
+    // An error does not take the place of a tree, but of none.
+    home.remove("empty");
+    state.startScan(FileURL(home.at("empty")));
+    ASSERT_TRUE(WindowDriver::waitFor([&] { return !state.isScanning(); }));
+    EXPECT_EQ(driver->property("notice", "title"), "Empty folder");
+    state.startScan(FileURL(home.at("missing")));
+    ASSERT_TRUE(WindowDriver::waitFor([&] { return !state.isScanning(); }));
+    EXPECT_EQ(driver->property("notice", "title"), "Scan failed");
+    EXPECT_EQ(driver->property("notice", "detail"), "That folder no longer exists.");
+    EXPECT_EQ(text("statusText"), "That folder no longer exists.");
+}
+
+TEST_F(WindowTest, TheWelcomeScreenMarksTheLastTargetAndOnlyARememberedOne)
+{
+    const auto marked = [this] {
+        std::string cards;
+        for (const char* const card : {"scanHomeCard", "scanThisMacCard", "chooseFolderCard"})
+            cards += driver->property(card, "isLastUsed").toBool() ? '1' : '0';
+        return cards;
+    };
+    start();
+    EXPECT_EQ(marked(), "000");
+    EXPECT_EQ(driver->property("scanThisMacCard", "subtitle"),
+              "Full disk map including system areas");
+
+    for (const auto& [kind, cards] : {std::pair{"home", "100"}, {"thisMac", "010"}}) {
+        store.setText("lastScanTargetKind", kind);
+        start();
+        EXPECT_EQ(marked(), cards);
+    }
+    store.setText("lastScanTargetKind", "custom");
+    store.setText("lastScanRootPath", "/somewhere");
+    start();
+    EXPECT_EQ(marked(), "001");
+}
+
+TEST_F(WindowTest, TheKeyboardAloneScansZoomsInAndGoesUp)
+{
+    home.file("Movies/a.mov", 2 * mib);
+    start();
+    const auto focused = [this] {
+        const QQuickItem* const item = window->activeFocusItem();
+        return item ? item->objectName() : QString();
+    };
+    for (int tabs = 0; tabs < 12 && focused() != "scanHomeCard"; ++tabs)
+        driver->press(Qt::Key_Tab);
+    ASSERT_EQ(focused(), "scanHomeCard");
+    driver->press(Qt::Key_Return);
+    ASSERT_TRUE(mapAppears());
+    EXPECT_EQ(app->state().tree()->id(), home.path());
+
+    // The map has the focus by itself.
+    driver->press(Qt::Key_Right);
+    EXPECT_EQ(app->state().selected().name(), "Movies");
+    driver->press(Qt::Key_Return);
+    EXPECT_EQ(levelName(), "Movies");
+    ASSERT_TRUE(driver->waitForMap());
+    driver->press(Qt::Key_Backspace);
+    EXPECT_EQ(app->state().current(), app->state().tree());
+    ASSERT_TRUE(driver->waitForMap());
+    driver->press(Qt::Key_Right);
+    driver->press(Qt::Key_Return);
+    EXPECT_EQ(levelName(), "Movies") << "every level's map has it";
+}
+
+TEST_F(WindowTest, NamesAreShownAsTheyAreAndNeverAsMarkup)
+{
+    home.file("<b>bold<br>\nsecond line/a.bin", mib);
+    home.file("caf\xe9/b.bin", 2 * mib);
+    start();
+    app->state().startScan(home.url());
+    ASSERT_TRUE(mapAppears());
+    driver->doubleClick(block("caf\xe9"));
+    ASSERT_TRUE(driver->waitForMap());
+    EXPECT_EQ(text("crumb1"), QString("caf\ufffd"));
+    driver->click(driver->centre("crumb0"));
+    ASSERT_TRUE(driver->waitForMap());
+
+    driver->doubleClick(block("<b>bold<br>\nsecond line"));
+    ASSERT_TRUE(driver->waitForMap());
+    EXPECT_EQ(text("crumb1"), "<b>bold<br>\nsecond line");
+    const QQuickItem* const crumb = driver->find("crumb1");
+    ASSERT_NE(crumb, nullptr);
+    EXPECT_LT(crumb->height(), 30) << "one line";
+}
+
+TEST_F(WindowTest, ALongWayScrollsInsteadOfPushingTheButtonsOut)
+{
+    std::string path;
+    for (int level = 0; level < 30; ++level)
+        path += "a folder with a long name " + std::to_string(level) + "/";
+    home.file(path + "a.bin", mib);
+    start();
+    app->state().startScan(home.url());
+    ASSERT_TRUE(mapAppears());
+    for (int level = 0; level < 30; ++level) {
+        app->state().zoom(FileNodeValue(app->state().current()->children()[0]));
+    }
+    ASSERT_TRUE(driver->waitForMap());
+    const auto isInWindow = [this](const char* name) {
+        const QQuickItem* const item = driver->find(name);
+        return item
+               && QRectF(QPointF(), window->size())
+                      .contains(item->mapRectToScene(item->boundingRect()));
+    };
+    EXPECT_TRUE(isInWindow("rescanButton"));
+    EXPECT_TRUE(isInWindow("selectionSize"));
+    EXPECT_TRUE(isInWindow("upButton"));
+    EXPECT_TRUE(isInWindow("crumb30")) << "the end of the way is in sight";
+}
+
+} // namespace brisalon::tests
