@@ -253,8 +253,11 @@ void TreemapCanvas::keyPressEvent(QKeyEvent* event)
 void TreemapCanvas::focusInEvent(QFocusEvent* event)
 {
     QQuickItem::focusInEvent(event);
-    if (event->reason() != Qt::ActiveWindowFocusReason)
-        setFocusVisible(event->reason() != Qt::MouseFocusReason);
+    // A map that takes the focus because it has just appeared shows nothing.
+    const Qt::FocusReason reason = event->reason();
+    if (reason != Qt::ActiveWindowFocusReason)
+        setFocusVisible(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
+                        || reason == Qt::ShortcutFocusReason);
 }
 
 void TreemapCanvas::focusOutEvent(QFocusEvent* event)
