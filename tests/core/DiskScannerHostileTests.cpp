@@ -7,13 +7,33 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using namespace brisalon;
 using namespace brisalon::tests;
+
+namespace {
+
+/// How many processors this process seems to have; 0 for as many as it has.
+int pretendedProcessors = 0;
+
+} // namespace
+
+/// Takes the place of the system's function of that name in this program.
+extern "C" int sched_getaffinity(pid_t process, std::size_t size, cpu_set_t* processors) noexcept
+{
+    if (pretendedProcessors == 0)
+        return ::syscall(SYS_sched_getaffinity, process, size, processors) < 0 ? -1 : 0;
+    CPU_ZERO_S(size, processors);
+    for (int i = 0; i < pretendedProcessors; ++i)
+        CPU_SET_S(static_cast<std::size_t>(i), size, processors);
+    return 0;
+}
 
 namespace {
 
@@ -96,6 +116,20 @@ TEST(DiskScannerHostile, WideAndDeepWithFewDescriptors)
     }
     const DescriptorLimit limit(48);
     EXPECT_EQ(countFolders(scanned(tree.url())), 6u * (1 + 600));
+}
+
+TEST(DiskScannerHostile, ManyWorkersWithFewDescriptors)
+{
+    TemporaryTree tree(TemporaryTree::Storage::memory);
+    for (int i = 0; i < 400; ++i)
+        tree.folder(std::to_string(i) + "/a/b");
+    const DescriptorLimit limit(32);
+    pretendedProcessors = 64;
+    // A worker that waits for its turn to report has its folder open.
+    const ScanResult result =
+        DiskScanner{0, 1}.scan(tree.url(), [](const ScanProgress&) { ::sched_yield(); });
+    pretendedProcessors = 0;
+    EXPECT_EQ(countFolders(std::get<FileNode>(result)), 3u * 400);
 }
 
 TEST(DiskScannerHostile, PathsBeyondTheSystemsLongest)

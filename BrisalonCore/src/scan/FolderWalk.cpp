@@ -28,7 +28,11 @@ constexpr unsigned depthOfSkipRules = 3;
 
 std::size_t workersFor(std::string_view rootPath)
 {
-    return host::isOnRotatingDisk(rootPath) ? 1 : host::availableProcessors();
+    if (host::isOnRotatingDisk(rootPath))
+        return 1;
+    // Beside the folders kept open each worker opens up to three of its own: where
+    // descriptors are few, more workers would find none left and miss folders.
+    return std::min<std::size_t>(host::availableProcessors(), host::openFolderBudget() / 4);
 }
 
 /// Appends a name with its closing NUL; returns where it starts.
