@@ -6,9 +6,9 @@
 
 namespace brisalon {
 
-/// Two fixed policies by path: where a scan must not go, and what must never be
-/// moved to the Trash. Comparisons are case-sensitive and on the normalised
-/// path. Stateless; any thread.
+/// Two policies by path: where a scan must not go, and what must never be moved
+/// to the Trash. Comparisons are case-sensitive and on the normalised path.
+/// Stateless; any thread.
 class SkipRules {
 public:
     SkipRules() = delete;
@@ -22,7 +22,10 @@ public:
     /// neither the item nor anything below it.
     static bool shouldSkipDescending(const FileURL& url);
 
-    /// Whether the item may be moved to the Trash.
+    /// Whether the item may be moved to the Trash: false for the folders that a
+    /// disk and a system are made of, by a fixed table and the desktop's own, for
+    /// the root of a mounted volume, and for the user's home folder and those
+    /// above it. Asks the system what is mounted and where the home is.
     static bool shouldAllowDelete(const FileURL& url);
 };
 

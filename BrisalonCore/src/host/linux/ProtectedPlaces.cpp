@@ -1,0 +1,86 @@
+#include "host/ProtectedPlaces.h"
+
+#include "host/Folder.h"
+#include "host/Volume.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace brisalon::host {
+
+namespace {
+
+enum class Extent : std::uint8_t {
+    itself,    ///< the folder alone; what lies in it may go
+    withBelow, ///< the folder and everything in it
+};
+
+struct Place {
+    std::string_view path;
+    Extent extent;
+};
+
+/// The top-level folders of the Filesystem Hierarchy Standard 3.0, and those that
+/// widespread package systems add. /bin, /sbin, /opt and /usr are protected
+/// everywhere and need no row.
+constexpr auto places = std::to_array<Place>({
+    {"/boot", Extent::withBelow},   {"/dev", Extent::itself},        {"/efi", Extent::withBelow},
+    {"/etc", Extent::withBelow},    {"/home", Extent::itself},       {"/lib", Extent::withBelow},
+    {"/lib32", Extent::withBelow},  {"/lib64", Extent::withBelow},   {"/libo32", Extent::withBelow},
+    {"/libx32", Extent::withBelow}, {"/lost+found", Extent::itself}, {"/media", Extent::itself},
+    {"/mnt", Extent::itself},       {"/nix", Extent::itself},        {"/proc", Extent::withBelow},
+    {"/root", Extent::itself},      {"/run", Extent::itself},        {"/snap", Extent::itself},
+    {"/srv", Extent::itself},       {"/sys", Extent::withBelow},     {"/tmp", Extent::itself},
+    {"/var", Extent::itself},
+});
+
+/// Whether `path` is `folder` or lies below it.
+bool isWithin(std::string_view path, std::string_view folder) noexcept
+{
+    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+/// The home folder that the account's entry names; empty when there is none.
+std::string accountHome()
+{
+    std::vector<char> buffer(16 * 1024);
+    passwd entry{};
+    passwd* found = nullptr;
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
+        return {};
+    return entry.pw_dir;
+}
+
+bool isProtectedWithHome(std::string_view path, std::string_view home)
+{
+    return isProtectedPlace(path, home.starts_with('/') ? resolveSymbolicLinks(home) : "");
+}
+
+} // namespace
+
+bool isProtectedPlace(std::string_view path, std::string_view home) noexcept
+{
+    return isWithin(home, path) || std::ranges::any_of(places, [path](const Place& place) {
+               return place.extent == Extent::itself ? path == place.path
+                                                     : isWithin(path, place.path);
+           });
+}
+
+bool isProtectedHere(std::string_view path)
+{
+    // An account does not move while its programs run, and asking for it may
+    // take a network.
+    static const std::string account = accountHome();
+    const char* const home = std::getenv("HOME");
+    return isProtectedWithHome(path, account) ||
+           (home && home != account && isProtectedWithHome(path, home)) || isVolumeRoot(path);
+}
+
+} // namespace brisalon::host

@@ -1,0 +1,135 @@
+#include "BrisalonCore/SkipRules.h"
+
+#include "host/ProtectedPlaces.h"
+#include "host/Volume.h"
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include <sys/mount.h>
+#include <unistd.h>
+
+using namespace brisalon;
+using host::isProtectedPlace;
+using tests::TemporaryTree;
+
+namespace {
+
+/// Another home folder for as long as it lives.
+class Home {
+public:
+    explicit Home(const std::string& path)
+    {
+        if (const char* const home = std::getenv("HOME"))
+            before_ = home;
+        ::setenv("HOME", path.c_str(), 1);
+    }
+    Home(const Home&) = delete;
+    Home& operator=(const Home&) = delete;
+    ~Home() { ::setenv("HOME", before_.c_str(), 1); }
+
+private:
+    std::string before_;
+};
+
+TEST(ProtectedPlaces, TheFoldersThatTheSystemIsMadeOf)
+{
+    for (const char* path : {"/boot",    "/boot/vmlinuz", "/dev",
+                             "/etc",     "/etc/passwd",   "/etc/ssl/certs",
+                             "/home",    "/lib",          "/lib/modules",
+                             "/lib32/x", "/lib64",        "/lib64/ld-linux.so",
+                             "/libx32",  "/media",        "/mnt",
+                             "/nix",     "/proc",         "/proc/1/fd",
+                             "/root",    "/run",          "/snap",
+                             "/srv",     "/sys",          "/sys/class",
+                             "/tmp",     "/var"})
+        EXPECT_TRUE(isProtectedPlace(path, "/home/ann")) << path;
+    for (const char* path :
+         {"/home/someone/x", "/home/bob", "/homes",   "/etcetera/x",     "/bootleg",
+          "/library",        "/lib128",   "/libs/x",  "/media/disk",     "/mnt/data",
+          "/root/x",         "/run/x",    "/srv/www", "/tmp/x",          "/var/cache/x",
+          "/var/lib",        "/systems",  "/dev/x",   "/Volumes/Backup", "/ETC/x"})
+        EXPECT_FALSE(isProtectedPlace(path, "/home/ann")) << path;
+}
+
+TEST(ProtectedPlaces, TheHomeFolderAndThoseAboveIt)
+{
+    const std::string home = "/data/people/ann";
+    for (const char* path : {"/data", "/data/people", "/data/people/ann"})
+        EXPECT_TRUE(isProtectedPlace(path, home)) << path;
+    for (const char* path : {"/data/people/ann/x", "/data/people/an", "/data/people/anna",
+                             "/data/people/bob", "/dat", "/people"})
+        EXPECT_FALSE(isProtectedPlace(path, home)) << path;
+}
+
+TEST(ProtectedPlaces, TheHomeIsWhereItsLinksLead)
+{
+    const TemporaryTree tree;
+    tree.folder("disk/ann/papers");
+    tree.link("home", tree.at("disk"));
+    const Home home(tree.at("home/ann"));
+
+    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("home/ann"))));
+    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk/ann"))));
+    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk"))));
+    EXPECT_FALSE(SkipRules::shouldAllowDelete(tree.url()));
+    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk/ann/papers"))));
+    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk/ann/missing"))));
+
+    // A home that is not absolute depends on where the program started: none.
+    const Home relative("disk");
+    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk"))));
+}
+
+TEST(ProtectedPlaces, TheRootOfAMountedVolume)
+{
+    const TemporaryTree tree(TemporaryTree::Storage::memory);
+    if (!tree.isInMemory())
+        GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+    tree.folder("shown");
+    tree.folder("folder/mounted");
+    tree.file("file");
+    tree.file("shown file");
+    ASSERT_EQ(::mount(tree.at("shown").c_str(), tree.at("folder/mounted").c_str(), nullptr, MS_BIND,
+                      nullptr),
+              0);
+    ASSERT_EQ(
+        ::mount(tree.at("shown file").c_str(), tree.at("file").c_str(), nullptr, MS_BIND, nullptr),
+        0);
+    tree.link("link", "folder/mounted");
+
+    for (const char* path : {"", "folder/mounted", "file", "link"})
+        EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at(path)))) << path;
+    for (const char* path : {"folder", "shown", "shown file", "folder/mounted/x"})
+        EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at(path)))) << path;
+    ::umount(tree.at("file").c_str());
+    ::umount(tree.at("folder/mounted").c_str());
+}
+
+TEST(ProtectedPlaces, AVolumeBeyondTheLongestPath)
+{
+    const TemporaryTree tree(TemporaryTree::Storage::memory);
+    if (!tree.isInMemory())
+        GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+    const std::string name(200, 'd');
+    tree.chain("", name, 25, 0);
+    std::string path = tree.path();
+    for (int level = 0; level < 25; ++level)
+        path += '/' + name;
+    // Where such a path ends can only be mounted on from close by.
+    const std::string half = path.substr(0, tree.path().size() + std::size_t{12} * (200 + 1));
+    ASSERT_EQ(::chdir(half.c_str()), 0);
+    const std::string rest = path.substr(half.size() + 1);
+    EXPECT_FALSE(host::isVolumeRoot(path));
+    ASSERT_EQ(::mount("tmpfs", rest.c_str(), "tmpfs", 0, nullptr), 0);
+    EXPECT_TRUE(host::isVolumeRoot(path));
+    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(path)));
+    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(path + "/x")));
+    ::umount(rest.c_str());
+    ASSERT_EQ(::chdir("/"), 0);
+}
+
+} // namespace
