@@ -83,9 +83,8 @@ public:
         const Block paint{shape, block, ratio_, background_};
         const int firstRow = std::max(static_cast<int>(shape.top), 0);
         const int endRow = std::min(static_cast<int>(std::ceil(shape.bottom)), height_);
-        for (int y = firstRow; y < endRow; ++y) {
+        for (int y = firstRow; y < endRow; ++y)
             fillRow(paint, y);
-        }
     }
 
 private:
@@ -134,19 +133,16 @@ private:
             std::clamp(static_cast<int>(std::ceil(shape.left + margin)), first, end);
         const int solidEnd = std::clamp(static_cast<int>(shape.right - margin), solidFirst, end);
 
-        for (int x = first; x < solidFirst; ++x) {
+        for (int x = first; x < solidFirst; ++x)
             blend(block, x, y, coverage(shape, x, y, rowCoverage));
-        }
         if (rowCoverage >= 1) {
             fillSpan(block, solidFirst, solidEnd, y);
         } else {
-            for (int x = solidFirst; x < solidEnd; ++x) {
+            for (int x = solidFirst; x < solidEnd; ++x)
                 blend(block, x, y, rowCoverage);
-            }
         }
-        for (int x = solidEnd; x < end; ++x) {
+        for (int x = solidEnd; x < end; ++x)
             blend(block, x, y, coverage(shape, x, y, rowCoverage));
-        }
     }
 
     /// How far from the shape's left and right edges the pixels of a row begin that
@@ -179,9 +175,8 @@ private:
 
     void fillSpan(const Block& block, int first, int end, int y) const
     {
-        if (first >= end) {
+        if (first >= end)
             return;
-        }
         const double firstParameter = block.parameter(first, y);
         const double step = end - first > 1
                                 ? (block.parameter(end - 1, y) - firstParameter) / (end - first - 1)
@@ -189,9 +184,9 @@ private:
         for (std::size_t layer = 0; layer < targets_.size(); ++layer) {
             const Gradient& gradient = block.gradients[layer];
             FixedColor color = gradient.at(firstParameter);
-            const std::int32_t red = static_cast<std::int32_t>(gradient.slope.red * step);
-            const std::int32_t green = static_cast<std::int32_t>(gradient.slope.green * step);
-            const std::int32_t blue = static_cast<std::int32_t>(gradient.slope.blue * step);
+            const auto red = static_cast<std::int32_t>(gradient.slope.red * step);
+            const auto green = static_cast<std::int32_t>(gradient.slope.green * step);
+            const auto blue = static_cast<std::int32_t>(gradient.slope.blue * step);
             QRgb* pixel = targets_[layer].line(y) + first;
             for (int left = end - first; left > 0; --left) {
                 *pixel++ = rounded(color);
@@ -206,9 +201,8 @@ private:
     /// share of the difference from the background.
     void blend(const Block& block, int x, int y, double coverage) const
     {
-        if (coverage <= 0) {
+        if (coverage <= 0)
             return;
-        }
         const double t = block.parameter(x, y);
         const int weight = static_cast<int>(std::min(coverage, 1.0) * 256 + 0.5);
         for (std::size_t layer = 0; layer < targets_.size(); ++layer) {
@@ -245,9 +239,8 @@ MapLayers BlockRasterizer::rasterize(std::span<const BlockFill> blocks, QSizeF s
     layers.bright.fill(background);
     layers.dimmed.fill(background);
     const Filler filler(layers, ratio, background | 0xff000000u);
-    for (const BlockFill& block : blocks) {
+    for (const BlockFill& block : blocks)
         filler.fill(block);
-    }
     return layers;
 }
 

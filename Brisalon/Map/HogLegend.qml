@@ -59,7 +59,7 @@ ListView {
             Text {
                 text: chip.modelData.title
                 textFormat: Text.PlainText
-                font: metrics.font
+                font: Theme.rounded(11, Font.Medium)
                 color: Theme.textSecondary
                 Accessible.ignored: true
             }

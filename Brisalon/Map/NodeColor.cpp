@@ -38,9 +38,8 @@ QColor NodeColor::color(HogKind kind, std::string_view name)
 QColor NodeColor::hashed(std::string_view name)
 {
     std::uint64_t hash = 5381;
-    for (const char byte : name) {
+    for (const char byte : name)
         hash = hash * 33 + static_cast<unsigned char>(byte);
-    }
     const auto degrees = name.empty() ? 341 : static_cast<int>(hash % 360);
     return QColor::fromHsvF(static_cast<float>(degrees) / 360.0f, 0.42f, 0.72f).toRgb();
 }

@@ -256,8 +256,8 @@ void TreemapCanvas::focusInEvent(QFocusEvent* event)
     // A map that takes the focus because it has just appeared shows nothing.
     const Qt::FocusReason reason = event->reason();
     if (reason != Qt::ActiveWindowFocusReason)
-        setFocusVisible(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason
-                        || reason == Qt::ShortcutFocusReason);
+        setFocusVisible(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                        reason == Qt::ShortcutFocusReason);
 }
 
 void TreemapCanvas::focusOutEvent(QFocusEvent* event)
