@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/SnapshotProvider.h"
+
+namespace brisalon::host {
+
+/// The snapshots that snapper keeps of the subvolume at a mount point, through its
+/// command-line tool (version 0.8.6 or newer, which can print CSV). See snapper(8).
+class SnapperSnapshots : public SnapshotProvider {
+public:
+    SnapperSnapshots(std::string tool, std::string mountPoint, std::chrono::milliseconds timeLimit);
+
+    /// Whether the tool runs and has a configuration for the mount point.
+    bool isAvailable() const override;
+
+private:
+    Snapshots read() const override;
+    ProcessResult erase(std::uint64_t number) const override;
+    std::optional<std::string> configuration() const;
+
+    std::string tool_;
+    std::string mountPoint_;
+    std::chrono::milliseconds timeLimit_;
+};
+
+} // namespace brisalon::host
