@@ -1,5 +1,7 @@
 #include "BrisalonCore/TreemapLayout.h"
 
+#include "model/NameBlock.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,14 +13,27 @@ using namespace brisalon;
 
 namespace {
 
+/// Files of these sizes, named by their positions. As those that a scan finds they
+/// share a block of names, but for some.
 std::vector<FileNode> nodesOf(const std::vector<std::int64_t>& sizes)
 {
+    using detail::NameBlock;
     const FileURL folder("/r");
+    std::string bytes;
+    std::vector<std::uint64_t> offsets;
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        offsets.push_back(bytes.size());
+        bytes.append(std::to_string(i)).push_back('\0');
+    }
+    bytes.push_back('\0');
+    const auto names = NameBlock::make(folder, bytes);
     std::vector<FileNode> nodes;
     for (std::size_t i = 0; i < sizes.size(); ++i) {
         const std::string name = std::to_string(i);
-        nodes.emplace_back(folder.appendingPathComponent(name), name, sizes[i], NodeKind::file,
-                           HogKind::none, Risk::unknown, std::vector<FileNode>(), FileURLList());
+        nodes.emplace_back(i % 300 == 7 ? folder.appendingPathComponent(name)
+                                        : NameBlock::url(names, offsets[i]),
+                           name, sizes[i], NodeKind::file, HogKind::none, Risk::unknown,
+                           std::vector<FileNode>(), FileURLList());
     }
     return nodes;
 }
@@ -139,17 +154,29 @@ TEST(TreemapLayout, NodesWithoutSizeGetNoRectangle)
     EXPECT_EQ(rectsOf(rects), (std::vector<Rect>{{0, 0, 300, 100}, {300, 0, 100, 100}}));
 }
 
+TEST(TreemapLayout, RectanglesOutliveTheirNodes)
+{
+    std::vector<std::int64_t> sizes(2000);
+    for (std::size_t i = 0; i < sizes.size(); ++i)
+        sizes[i] = i % 3 == 0 ? 0 : 1000;
+    const auto rects = TreemapLayout::layout(nodesOf(sizes), 640, 480);
+    ASSERT_EQ(rects.size(), 1333u);
+    EXPECT_EQ(rects.front().nodeID(), "/r/1");
+    EXPECT_EQ(rects.back().nodeID(), "/r/1999");
+}
+
 TEST(TreemapLayout, SameDoublesAsMeasuringEveryRowAnew)
 {
     std::mt19937_64 random(4);
     for (int round = 0; round < 3000; ++round) {
         std::vector<std::int64_t> sizes(1 + random() % 120);
         const auto shift = random() % 62;
-        const auto spread = random() % 3;
+        const auto spread = random() % 4;
         for (auto& size : sizes)
-            size = static_cast<std::int64_t>(spread == 0   ? 1 + shift
-                                             : spread == 1 ? 1 + (random() >> (2 + shift))
-                                                           : 1 + (random() >> (2 + random() % 62)));
+            size = 1 + static_cast<std::int64_t>(spread == 0   ? shift
+                                                 : spread == 1 ? random() % 3
+                                                 : spread == 2 ? random() >> (2 + shift)
+                                                               : random() >> (2 + random() % 62));
         if (round % 4 != 0)
             std::ranges::sort(sizes, std::ranges::greater());
         const double edges[] = {1, 300, 1000.0 / 3, 1e-300, 5e-324, 1e308, 123456.789};
@@ -160,6 +187,13 @@ TEST(TreemapLayout, SameDoublesAsMeasuringEveryRowAnew)
                   squarifiedByTheBook(plain, width, height))
             << round << ": " << width << " x " << height;
     }
+}
+
+TEST(TreemapLayout, StopsWhenTheAreaIsUsedUp)
+{
+    // Beside so large a size the small ones vanish in the sum.
+    EXPECT_EQ(rectsOf(TreemapLayout::layout(nodesOf({INT64_MAX, 1, 1}), 400, 100)),
+              (std::vector<Rect>{{0, 0, 400, 100}}));
 }
 
 TEST(TreemapLayout, TilesTheWholeArea)

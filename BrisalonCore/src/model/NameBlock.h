@@ -27,9 +27,9 @@ public:
         return reinterpret_cast<const char*>(this + 1) + offset;
     }
 
-    static FileURL url(const SharedRef<NameBlock>& names, std::uint64_t offset) noexcept
+    static FileURL url(SharedRef<NameBlock> names, std::uint64_t offset) noexcept
     {
-        return FileURL(names, offset);
+        return FileURL(std::move(names), offset);
     }
     static const NameBlock* blockOf(const FileURL& url) noexcept { return url.names_.get(); }
     static std::uint64_t offsetOf(const FileURL& url) noexcept { return url.offset_; }

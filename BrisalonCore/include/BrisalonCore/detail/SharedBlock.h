@@ -16,7 +16,10 @@ public:
     SharedBlock(const SharedBlock&) = delete;
     SharedBlock& operator=(const SharedBlock&) = delete;
 
-    void retain() const noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
+    void retain(std::uint32_t times = 1) const noexcept
+    {
+        references_.fetch_add(times, std::memory_order_relaxed);
+    }
 
     /// Returns true when this was the last reference.
     [[nodiscard]] bool release() const noexcept
@@ -42,6 +45,13 @@ public:
     {
         if (block_)
             block_->retain();
+    }
+    /// Takes over a reference that the block has counted already.
+    static SharedRef adopt(const T* block) noexcept
+    {
+        SharedRef result;
+        result.block_ = block;
+        return result;
     }
     SharedRef(const SharedRef& other) noexcept : SharedRef(other.block_) {}
     SharedRef(SharedRef&& other) noexcept : block_(std::exchange(other.block_, nullptr)) {}
