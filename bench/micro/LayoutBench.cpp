@@ -1,5 +1,7 @@
 #include "BrisalonCore/TreemapLayout.h"
 
+#include "../SiblingNodes.h"
+
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -19,15 +21,7 @@ std::vector<FileNode> siblings(std::size_t count)
     for (auto& bytes : sizes)
         bytes = 1 + std::llround(size(random));
     std::ranges::sort(sizes, std::ranges::greater());
-    const FileURL folder("/folder");
-    std::vector<FileNode> nodes;
-    nodes.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::string name = std::string("file").append(std::to_string(i));
-        nodes.emplace_back(folder.appendingPathComponent(name), name, sizes[i], NodeKind::file,
-                           HogKind::none, Risk::unknown, std::vector<FileNode>(), FileURLList());
-    }
-    return nodes;
+    return bench::siblingNodes(sizes);
 }
 
 void layout(benchmark::State& state)
