@@ -47,7 +47,7 @@ QString FileNodeValue::name() const
 
 QString FileNodeValue::path() const
 {
-    return node_ ? displayText(node_->url().path()) : QString();
+    return node_ ? displayPath(node_->url().path()) : QString();
 }
 
 QString FileNodeValue::sizeText() const
@@ -101,7 +101,7 @@ bool operator==(const FileNodeValue& a, const FileNodeValue& b)
 
 QString ScanProgressValue::currentPath() const
 {
-    return progress_ ? displayText(progress_->currentPath) : QString();
+    return progress_ ? displayPath(progress_->currentPath) : QString();
 }
 
 QString ScanProgressValue::visitedText() const

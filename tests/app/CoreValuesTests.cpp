@@ -40,6 +40,20 @@ TEST(FileNodeValueTest, TellsTheSameNodeFromAnEqualOneOfAnotherTree)
                  == FileNodeValue(folderOf("/x", 8)->children()[0]));
 }
 
+TEST(FileNodeValueTest, ShowsVeryLongPathsWithoutTheirMiddle)
+{
+    const auto shown = [](std::size_t length) {
+        const std::string path = "/start/" + std::string(length - 11, 'x') + "/end";
+        return FileNodeValue(FileNodeBuilder::make(FileURL(path), 1, NodeKind::file)).path();
+    };
+    EXPECT_EQ(shown(4096).size(), 4096) << "as long as the system's longest: whole";
+    const QString longer = shown(200'000);
+    EXPECT_LT(longer.size(), 5'000);
+    EXPECT_TRUE(longer.startsWith("/start/x"));
+    EXPECT_TRUE(longer.contains(QChar(0x2026)));
+    EXPECT_TRUE(longer.endsWith("x/end"));
+}
+
 TEST(FileNodeValueTest, NoNodeReadsAsEmpty)
 {
     const FileNodeValue none;
