@@ -1,0 +1,70 @@
+#include "Brisalon/Platform/linux/FileStatus.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+namespace brisalon {
+
+namespace {
+
+ItemIdentity::Kind kindOf(mode_t mode) noexcept
+{
+    switch (mode & S_IFMT) {
+    case S_IFREG:
+        return ItemIdentity::Kind::file;
+    case S_IFDIR:
+        return ItemIdentity::Kind::folder;
+    case S_IFLNK:
+        return ItemIdentity::Kind::link;
+    default:
+        return ItemIdentity::Kind::other;
+    }
+}
+
+std::int64_t birthOf(const struct statx& status) noexcept
+{
+    if ((status.stx_mask & STATX_BTIME) == 0)
+        return 0;
+    // Beyond the 292 years that fit, which only a damaged disk claims, the time
+    // still has to be the same number whenever it is asked for.
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(status.stx_btime.tv_sec) *
+                                         1'000'000'000U +
+                                     status.stx_btime.tv_nsec);
+}
+
+/// Blocks are units of 512 bytes whatever the file system's own. Some user-space
+/// file systems report nonsense; it must not overflow.
+std::int64_t allocatedBytesOf(const struct statx& status) noexcept
+{
+    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max() / 512;
+    return static_cast<std::int64_t>(std::min<std::uint64_t>(status.stx_blocks, most)) * 512;
+}
+
+} // namespace
+
+std::optional<FileStatus> FileStatus::read(int folder, const char* name) noexcept
+{
+    constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
+    struct statx status;
+    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH, wanted,
+                &status) != 0)
+        return std::nullopt;
+    const std::uint64_t device = makedev(status.stx_dev_major, status.stx_dev_minor);
+    return FileStatus{
+        .item = {.identity = {.device = device,
+                              .inode = status.stx_ino,
+                              .birth = birthOf(status),
+                              .kind = kindOf(status.stx_mode)},
+                 .allocatedBytes = allocatedBytesOf(status)},
+        .mount = {.device = device,
+                  .mount = (status.stx_mask & STATX_MNT_ID) != 0 ? status.stx_mnt_id : 0},
+        .mode = status.stx_mode,
+        .owner = status.stx_uid,
+    };
+}
+
+} // namespace brisalon

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Brisalon/Platform/linux/Descriptor.h"
+#include "Brisalon/Platform/linux/FileStatus.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace brisalon {
+
+/// A folder that was reached from "/" one step at a time and without following a
+/// link, so that it is certain to be the one at that very path; and the top folder
+/// of the volume that it lies on, met on the way.
+struct ReachedFolder {
+    Descriptor folder;
+    MountIdentity mount;
+    Descriptor top;
+    std::string topPath;
+
+    /// `path` is absolute and resolved, of any length. Nothing when a step is
+    /// missing, a link, no folder, or may not be passed.
+    static std::optional<ReachedFolder> at(std::string_view path);
+};
+
+} // namespace brisalon
