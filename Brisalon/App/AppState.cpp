@@ -2,6 +2,7 @@
 
 #include "Brisalon/App/DisplayText.h"
 #include "Brisalon/Platform/DefaultsStore.h"
+#include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/FolderPanel.h"
 #include "Brisalon/Platform/HomeFolder.h"
 #include "Brisalon/Services/FullDiskAccess.h"
@@ -48,7 +49,7 @@ QString text(std::string_view bytes)
 AppState::AppState(DefaultsStore& store, FolderPanel& folderPanel, ScanTask::Scan scan,
                    QObject* parent)
     : QObject(parent), store_(store), folderPanel_(folderPanel), scan_(std::move(scan)),
-      preferences_(store), hasFullDiskAccess_(FullDiskAccess::isGranted()),
+      preferences_(store), hasFullDiskAccess_(FullDiskAccess::isGranted(DesktopFileAccess())),
       scanRoot_(brisalon::homeFolder()), preferredWelcomeTarget_(ScanTargetPreference::load(store))
 {
     if (!scan_)
@@ -166,7 +167,7 @@ void AppState::startScan(const FileURL& root)
     assign(isScanning_, true, &AppState::isScanningChanged);
     assign(scanError_, QString(), &AppState::scanErrorChanged);
     const std::string path = root.path();
-    assign(statusMessage_, "Scanning " + text(path) + "…", &AppState::statusMessageChanged);
+    assign(statusMessage_, "Scanning " + displayPath(path) + "…", &AppState::statusMessageChanged);
     assign(progress_, ScanProgressValue(ScanProgress{0, path, 0}), &AppState::progressChanged);
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
     if (!isRescan)
