@@ -22,7 +22,7 @@ TEST(FileURL, WholeAndComposedPathsAreTheSameLocation)
     const FileURL composed = built({"a", "b", "c\xFF"});
     EXPECT_EQ(composed.path(), "/a/b/c\xFF");
     EXPECT_EQ(whole, composed);
-    EXPECT_EQ(composed, built({"a/b", "c\xFF/"}));
+    EXPECT_EQ(composed, built({"/a//b", "c\xFF/"}));
     EXPECT_NE(whole, built({"a", "b", "c"}));
     EXPECT_NE(whole, built({"b", "c\xFF"}));
     EXPECT_NE(built({"x", "b"}), built({"y", "b"}));
@@ -125,6 +125,7 @@ TEST(FileURL, ChainsOfAnyDepthAreOrdinary)
     EXPECT_EQ(path.size(), 2u * depth);
     EXPECT_TRUE(url.pathEquals(path));
     EXPECT_EQ(url, FileURL(path));
+    EXPECT_EQ(url, FileURL("/").appendingPathComponent(path));
 } // and its destruction does not recurse
 
 } // namespace

@@ -139,21 +139,13 @@ FileURL FileURL::deletingLastPathComponent() const
 
 FileURL FileURL::appendingPathComponent(std::string_view component) const
 {
-    component = component.substr(0, component.find('\0'));
-    while (component.starts_with('/'))
-        component.remove_prefix(1);
-    while (component.ends_with('/'))
-        component.remove_suffix(1);
-    if (component.empty())
-        return *this;
-    if (isEmpty())
-        return FileURL(component);
-    if (const auto slash = component.find('/'); slash != std::string_view::npos)
-        return appendingPathComponent(component.substr(0, slash))
-            .appendingPathComponent(component.substr(slash + 1));
-    std::string bytes(component);
-    bytes.push_back('\0');
-    return FileURL(NameBlock::make(*this, bytes), 0);
+    FileURL result = *this;
+    for (const std::string_view piece : components(component.substr(0, component.find('\0')))) {
+        std::string bytes(piece);
+        bytes.push_back('\0');
+        result = FileURL(NameBlock::make(std::move(result), bytes), 0);
+    }
+    return result;
 }
 
 FileURL FileURL::standardized() const
