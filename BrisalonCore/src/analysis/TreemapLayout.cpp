@@ -5,11 +5,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 
 namespace brisalon {
 
 namespace {
+
+using detail::NameBlock;
 
 /// The part of the drawing area that is still to be filled.
 struct Area {
@@ -23,10 +26,18 @@ struct Area {
     double longSide() const noexcept { return std::max(width, height); }
 };
 
-/// The items at the front that make up one row, and the sum of their sizes.
+/// Nodes of at least one byte.
+using Items = std::span<const FileNode* const>;
+
+double sizeOf(const FileNode& node) noexcept
+{
+    return static_cast<double>(node.allocatedSize());
+}
+
+/// The items that make up one row, and the sum of their sizes.
 struct Row {
-    std::size_t count = 0;
-    double sum = 0;
+    Items items;
+    double sum;
 };
 
 /// What the worst aspect ratio of a row depends on.
@@ -110,95 +121,70 @@ private:
     bool isOrdinary_;
 };
 
-/// The longest row from the front of `sizes` that no item has made worse. The
+/// Copies the URLs of a row's items, each of them once.
+///
+/// Siblings share one block of names. Its references are counted for the whole
+/// row at once: one by one, that would take longer than everything else here.
+class SiblingURLs {
+public:
+    explicit SiblingURLs(Items items) : names_(NameBlock::blockOf(items.front()->url()))
+    {
+        std::uint32_t count = 0;
+        for (const FileNode* node : items)
+            count += NameBlock::blockOf(node->url()) == names_;
+        if (names_)
+            names_->retain(count);
+    }
+
+    FileURL next(const FileNode& node) const
+    {
+        const FileURL& url = node.url();
+        if (NameBlock::blockOf(url) != names_)
+            return url;
+        return NameBlock::url(detail::SharedRef<NameBlock>::adopt(names_),
+                              NameBlock::offsetOf(url));
+    }
+
+private:
+    const NameBlock* names_;
+};
+
+/// The longest row from the front of `items` that no item has made worse. The
 /// first item always belongs to it.
-Row nextRow(std::span<const double> sizes, double total, const Area& free) noexcept
+Row nextRow(Items items, double total, const Area& free)
 {
     const RowTest test(free, total);
-    RowExtent row = RowExtent().with(sizes.front());
-    for (std::size_t count = 1; count < sizes.size(); ++count) {
-        const RowExtent candidate = row.with(sizes[count]);
+    RowExtent row = RowExtent().with(sizeOf(*items.front()));
+    for (std::size_t count = 1; count < items.size(); ++count) {
+        const double size = sizeOf(*items[count]);
+        const RowExtent candidate = row.with(size);
         // The rejected item's size is taken out of the sum again: beyond 2^53
         // that need not give the sum before.
         if (test.isWorse(candidate, row))
-            return {count, candidate.sum - sizes[count]};
+            return {items.first(count), candidate.sum - size};
         row = candidate;
     }
-    return {sizes.size(), row.sum};
+    return {items, row.sum};
 }
 
-/// Lays a row along the short side of the free area and takes its space away.
-void place(std::span<const double> sizes, const Row& row, double fraction, Area& free,
-           std::span<TreemapRect> rects)
+/// Adds a row's rectangles along the short side of the free area and takes their
+/// space away.
+void place(const Row& row, double fraction, Area& free, std::vector<TreemapRect>& rects)
 {
     const bool isColumn = free.isWide();
     const double thickness = free.longSide() * fraction;
     const double shortSide = free.shortSide();
     double x = free.x;
     double y = free.y;
-    for (std::size_t i = 0; i < row.count; ++i) {
-        const double length = shortSide * (sizes[i] / row.sum);
-        rects[i].x = x;
-        rects[i].y = y;
-        rects[i].width = isColumn ? thickness : length;
-        rects[i].height = isColumn ? length : thickness;
+    SiblingURLs urls(row.items);
+    for (const FileNode* node : row.items) {
+        const double length = shortSide * (sizeOf(*node) / row.sum);
+        rects.push_back(
+            {urls.next(*node), x, y, isColumn ? thickness : length, isColumn ? length : thickness});
         (isColumn ? y : x) += length;
     }
     (isColumn ? free.x : free.y) += thickness;
     (isColumn ? free.width : free.height) -= thickness;
-}
-
-/// The nodes to be shown: their sizes, and their rectangles without a place.
-struct Items {
-    std::vector<double> sizes;
-    std::vector<TreemapRect> rects;
-};
-
-Items shownItems(std::span<const FileNode> nodes)
-{
-    using detail::NameBlock;
-    const auto isShown = [](const FileNode& node) { return node.allocatedSize() >= 1; };
-    Items items;
-    items.sizes.reserve(nodes.size());
-    items.rects.reserve(nodes.size());
-    // Siblings share one block of names. Its references are counted for many at a
-    // time: one by one, that would take longer than everything else here. So many
-    // nodes are still in the nearest cache when they are copied.
-    constexpr std::ptrdiff_t most = 256;
-    for (auto first = nodes.begin(); first != nodes.end();) {
-        const NameBlock* const names = NameBlock::blockOf(first->url());
-        const auto end = std::find_if(
-            first, first + std::min(most, nodes.end() - first),
-            [names](const FileNode& node) { return NameBlock::blockOf(node.url()) != names; });
-        if (names)
-            names->retain(static_cast<std::uint32_t>(std::count_if(first, end, isShown)));
-        for (; first != end; ++first) {
-            if (!isShown(*first))
-                continue;
-            items.sizes.push_back(static_cast<double>(first->allocatedSize()));
-            items.rects.emplace_back().nodeURL = NameBlock::url(
-                detail::SharedRef<NameBlock>::adopt(names), NameBlock::offsetOf(first->url()));
-        }
-    }
-    return items;
-}
-
-/// Fills the rectangles from the front; how many were placed before the area
-/// was used up.
-std::size_t squarify(std::span<const double> sizes, Area free, std::span<TreemapRect> rects)
-{
-    double total = 0;
-    for (const double size : sizes)
-        total += size;
-    std::size_t placed = 0;
-    while (placed < sizes.size() && free.width > 0 && free.height > 0) {
-        const auto remaining = sizes.subspan(placed);
-        const Row row = nextRow(remaining, total, free);
-        place(remaining, row, row.sum / total, free, rects.subspan(placed));
-        placed += row.count;
-        total -= row.sum;
-    }
-    return placed;
 }
 
 } // namespace
@@ -208,9 +194,26 @@ std::vector<TreemapRect> TreemapLayout::layout(std::span<const FileNode> nodes, 
 {
     if (!(width > 0) || !(height > 0))
         return {};
-    Items items = shownItems(nodes);
-    items.rects.resize(squarify(items.sizes, {0, 0, width, height}, items.rects));
-    return std::move(items.rects);
+    std::vector<const FileNode*> shown;
+    shown.reserve(nodes.size());
+    double total = 0;
+    for (const FileNode& node : nodes) {
+        if (node.allocatedSize() < 1)
+            continue;
+        shown.push_back(&node);
+        total += sizeOf(node);
+    }
+    std::vector<TreemapRect> rects;
+    rects.reserve(shown.size());
+    Area free{0, 0, width, height};
+    // Items that are left when the area is used up get no rectangle.
+    for (Items items(shown); !items.empty() && free.width > 0 && free.height > 0;) {
+        const Row row = nextRow(items, total, free);
+        place(row, row.sum / total, free, rects);
+        total -= row.sum;
+        items = items.subspan(row.items.size());
+    }
+    return rects;
 }
 
 const TreemapRect* TreemapLayout::hitTest(double x, double y,
