@@ -4,48 +4,33 @@
 #include "Brisalon/Theme/Theme.h"
 
 #include <QGuiApplication>
-#include <QPalette>
 #include <QQuickStyle>
 
 #include <utility>
 
 namespace brisalon {
 
-namespace {
-
-/// The dark look for what is not drawn by this program's own views: the folder
-/// panel where the desktop has none.
-QPalette darkPalette()
-{
-    QPalette palette(Theme::elevated(), Theme::panel());
-    palette.setColor(QPalette::Base, Theme::well());
-    palette.setColor(QPalette::AlternateBase, Theme::panel());
-    palette.setColor(QPalette::Highlight, Theme::accent());
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(role, Qt::white);
-        palette.setColor(QPalette::Disabled, role, Theme::muted());
-    }
-    return palette;
-}
-
-} // namespace
-
 void BrisalonApp::prepare()
 {
     QCoreApplication::setOrganizationName("Brisalon");
     QCoreApplication::setApplicationName("Brisalon");
     QGuiApplication::setDesktopFileName("brisalon");
-    QGuiApplication::setPalette(darkPalette());
     QGuiApplication::setFont(Theme::system(Theme::body()));
-    QQuickStyle::setStyle("Basic");
+    QQuickStyle::setStyle("Fusion");
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     chooseGraphics();
 }
 
-BrisalonApp::BrisalonApp(DefaultsStore& store, ScanTask::Scan scan, FolderPanel* panel)
+BrisalonApp::BrisalonApp(Surroundings surroundings)
     : folderPanel_(engine_),
-      state_(store, panel ? *panel : folderPanel_, std::move(scan))
+      state_({
+          .defaults = surroundings.defaults,
+          .folderPanel = surroundings.folderPanel ? *surroundings.folderPanel : folderPanel_,
+          .workspace = surroundings.workspace,
+          .fileAccess = surroundings.fileAccess,
+          .snapshots = std::move(surroundings.snapshots),
+          .scan = std::move(surroundings.scan),
+      })
 {
     engine_.addImportPath("qrc:/qt/qml");
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Brisalon/App/AppState.h"
-#include "Brisalon/Platform/DefaultsStore.h"
 #include "Brisalon/Platform/QuickFolderPanel.h"
 
 #include <QPointer>
@@ -15,15 +14,23 @@ namespace brisalon {
 /// Also what tools and tests start, so that they see the program itself.
 class BrisalonApp {
 public:
-    /// The names under which the desktop knows the application, the look that
-    /// windows without a style of ours get, and the way that Qt Quick draws. Once,
-    /// after the QGuiApplication was made and before a BrisalonApp.
+    /// The names under which the desktop knows the application, its font, and the
+    /// way that Qt Quick draws. Once, after the QGuiApplication was made and before
+    /// a BrisalonApp.
     static void prepare();
 
-    /// The store outlives the application. `scan` stands in for the scanner's, and
-    /// `panel` for the desktop's folder panel, in tests.
-    explicit BrisalonApp(DefaultsStore& store, ScanTask::Scan scan = {},
-                         FolderPanel* panel = nullptr);
+    /// What the application works with; all of it outlives the application. The
+    /// optional parts stand in for the scanner's and the desktop's in tests.
+    struct Surroundings {
+        DefaultsStore& defaults;
+        Workspace& workspace;
+        const FileAccess& fileAccess;
+        SnapshotService snapshots = {};
+        ScanTask::Scan scan = {};
+        FolderPanel* folderPanel = nullptr;
+    };
+
+    explicit BrisalonApp(Surroundings surroundings);
     ~BrisalonApp();
     BrisalonApp(const BrisalonApp&) = delete;
     BrisalonApp& operator=(const BrisalonApp&) = delete;

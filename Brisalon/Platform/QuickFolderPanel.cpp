@@ -25,6 +25,7 @@ void QuickFolderPanel::open(const char* confirmTitle, std::function<void(const F
         // model: whatever asks for a folder gets the same one.
         QQmlComponent component(&engine_);
         component.setData("import QtQuick\n"
+                          "import QtQuick.Controls\n"
                           "import QtQuick.Dialogs\n"
                           "FolderDialog { modality: Qt.ApplicationModal }",
                           QUrl());
