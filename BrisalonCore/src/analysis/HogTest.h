@@ -2,7 +2,6 @@
 
 #include "BrisalonCore/HogKind.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -27,24 +26,33 @@ struct HogTest {
     /// mere part of a component of the path. Texts are lower-case ASCII: of all
     /// other characters only U+212A lowers into one of those. U+0130 lowers to
     /// "i" and a combining dot, which would matter to a text that ends in "i".
-    /// Components have two bytes or more, since names are looked up by two.
+    /// Components are looked up by their two bytes at either end, so they have two
+    /// or more, and the outermost is no k, which may be three bytes in a name.
     constexpr bool isWellFormed() const
     {
-        const bool isPath = where == Where::pathContains;
-        std::size_t length = isPath ? 2 : 0; // of the component so far
-        for (const char c : text) {
+        for (const char c : text)
             if (c < ' ' || c > '~' || (c >= 'A' && c <= 'Z'))
                 return false;
-            if (c != '/')
-                ++length;
-            else if (isPath && length >= 2)
-                length = 0;
-            else
-                return false;
-        }
-        if (isPath && (!text.starts_with('/') || text.size() < 2))
+        if (text.ends_with('i'))
             return false;
-        return !text.ends_with('i') && (length >= 2 || (isPath && length == 0));
+        if (where != Where::pathContains)
+            return isComponent(text);
+        if (!text.starts_with('/'))
+            return false;
+        std::string_view rest = text.substr(1);
+        for (auto end = rest.find('/'); end != std::string_view::npos; end = rest.find('/')) {
+            if (!isComponent(rest.substr(0, end)))
+                return false;
+            rest.remove_prefix(end + 1);
+        }
+        return isComponent(rest) || (rest.empty() && text.size() > 1);
+    }
+
+private:
+    static constexpr bool isComponent(std::string_view part)
+    {
+        return part.size() >= 2 && part.find('/') == std::string_view::npos &&
+               part.front() != 'k' && part.back() != 'k';
     }
 };
 

@@ -180,19 +180,15 @@ private:
     static void admit(Set bit, char outermost, char next, char kelvinByte, Table& outer,
                       Table& inner)
     {
-        const auto admitInto = [&](Table& table, char wanted) {
-            for (std::size_t i = 0; i < table.size(); ++i)
-                if (lowered(static_cast<char>(i)) == wanted)
-                    table[i] |= bit;
-            if (wanted == 'k')
-                table[byte(kelvinByte)] |= bit;
-        };
-        admitInto(outer, outermost);
-        if (outermost != 'k')
-            admitInto(inner, next);
-        else // of several bytes perhaps, so the next one may be its own
-            for (Set& set : inner)
-                set |= bit;
+        for (std::size_t i = 0; i < outer.size(); ++i) {
+            const char c = lowered(static_cast<char>(i));
+            if (c == outermost)
+                outer[i] |= bit;
+            if (c == next)
+                inner[i] |= bit;
+        }
+        if (next == 'k')
+            inner[byte(kelvinByte)] |= bit;
     }
 
     Table first_{};
