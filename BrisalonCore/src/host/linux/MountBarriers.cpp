@@ -269,8 +269,8 @@ bool showsFolderAbove(const Mount& mount, const MountTree& tree)
 {
     bool result = false;
     tree.follow(mount.point, [&](std::string_view folder, const Mount* through) {
-        if (through && through != &mount && folder != mount.point &&
-            through->device == mount.device && through->location(folder) == mount.root)
+        if (through && through != &mount && through->device == mount.device &&
+            through->location(folder) == mount.root)
             result = true;
     });
     return result;
