@@ -1,4 +1,6 @@
 #include "Brisalon/Interface/BrisalonApp.h"
+#include "Brisalon/Platform/DesktopFileAccess.h"
+#include "Brisalon/Platform/DesktopWorkspace.h"
 #include "Brisalon/Platform/SettingsDefaultsStore.h"
 
 #include <QGuiApplication>
@@ -8,6 +10,8 @@ int main(int argc, char* argv[])
     QGuiApplication application(argc, argv);
     brisalon::BrisalonApp::prepare();
     brisalon::SettingsDefaultsStore store;
-    brisalon::BrisalonApp brisalon(store);
+    brisalon::DesktopWorkspace workspace;
+    const brisalon::DesktopFileAccess fileAccess;
+    brisalon::BrisalonApp brisalon({store, workspace, fileAccess});
     return brisalon.open() ? QGuiApplication::exec() : 1;
 }

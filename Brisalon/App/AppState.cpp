@@ -1,8 +1,7 @@
-#include "Brisalon/App/AppState.h"
+#include "Brisalon/App/AppStateFields.h"
 
 #include "Brisalon/App/DisplayText.h"
 #include "Brisalon/Platform/DefaultsStore.h"
-#include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/FolderPanel.h"
 #include "Brisalon/Platform/HomeFolder.h"
 #include "Brisalon/Services/FullDiskAccess.h"
@@ -19,26 +18,6 @@ namespace {
 
 constexpr std::size_t largeFileLimit = 50;
 
-template <typename T>
-bool areEqual(const T& a, const T& b)
-{
-    return a == b;
-}
-
-// A FileNodeValue tells nodes of two trees apart; a field is only announced when
-// the nodes themselves differ. Nodes of one tree share what lies below them, so
-// this visits a subtree only when a node of an older tree is replaced.
-bool areEqual(const FileNodeValue& a, const FileNodeValue& b)
-{
-    return a == b || (a && b && *a == *b);
-}
-
-bool areEqual(const QList<FileNodeValue>& a, const QList<FileNodeValue>& b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const FileNodeValue& x, const FileNodeValue& y) { return areEqual(x, y); });
-}
-
 QString text(std::string_view bytes)
 {
     return displayText(bytes);
@@ -46,17 +25,22 @@ QString text(std::string_view bytes)
 
 } // namespace
 
-AppState::AppState(DefaultsStore& store, FolderPanel& folderPanel, ScanTask::Scan scan,
-                   QObject* parent)
-    : QObject(parent), store_(store), folderPanel_(folderPanel), scan_(std::move(scan)),
-      preferences_(store), hasFullDiskAccess_(FullDiskAccess::isGranted(DesktopFileAccess())),
-      scanRoot_(brisalon::homeFolder()), preferredWelcomeTarget_(ScanTargetPreference::load(store))
+AppState::AppState(AppServices services, QObject* parent)
+    : QObject(parent),
+      services_(std::move(services)),
+      preferences_(services_.defaults),
+      trash_(services_.workspace),
+      hasFullDiskAccess_(FullDiskAccess::isGranted(services_.fileAccess)),
+      scanRoot_(brisalon::homeFolder()),
+      preferredWelcomeTarget_(ScanTargetPreference::load(services_.defaults))
 {
-    if (!scan_)
-        scan_ = [](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                   std::stop_token cancellation) {
+    if (!services_.scan)
+        services_.scan = [](const FileURL& root, const DiskScanner::ProgressCallback& progress,
+                            std::stop_token cancellation) {
             return scanner.scan(root, progress, std::move(cancellation));
         };
+    connect(this, &AppState::hasFullDiskAccessChanged, this, &AppState::shouldShowFDABannerChanged);
+    connect(this, &AppState::fdaJustGrantedChanged, this, &AppState::shouldShowFDABannerChanged);
     connect(this, &AppState::selectedChanged, this, &AppState::selectionChanged);
     connect(this, &AppState::selectedLargeFileIDsChanged, this, &AppState::selectionChanged);
     connect(this, &AppState::largeFilesChanged, this, &AppState::selectionChanged);
@@ -74,18 +58,19 @@ AppState::~AppState()
     tasks_.clear();
 }
 
-template <typename T>
-void AppState::assign(T& field, T value, void (AppState::*changed)())
-{
-    if (areEqual(field, value))
-        return;
-    field = std::move(value);
-    emit(this->*changed)();
-}
-
 void AppState::setSelected(const FileNodeValue& node)
 {
     assign(selected_, node, &AppState::selectedChanged);
+}
+
+void AppState::setStatus(const QString& message)
+{
+    assign(statusMessage_, message, &AppState::statusMessageChanged);
+}
+
+void AppState::setSidebarTab(SidebarTab tab)
+{
+    assign(sidebarTab_, tab, &AppState::sidebarTabChanged);
 }
 
 void AppState::setSelectedLargeFileIDs(std::set<std::string> ids)
@@ -95,7 +80,7 @@ void AppState::setSelectedLargeFileIDs(std::set<std::string> ids)
 
 QString AppState::lastUsedTarget() const
 {
-    if (!ScanTargetPreference::isSaved(store_))
+    if (!ScanTargetPreference::isSaved(services_.defaults))
         return {};
     switch (preferredWelcomeTarget_.kind) {
     case ScanTargetPreference::Kind::home:
@@ -144,8 +129,8 @@ bool AppState::shouldShowMapHint() const
 
 bool AppState::isScanned(const FileURL& root) const
 {
-    return !isScanning_ && tree_
-           && scanRoot_.resolvingSymbolicLinks() == root.resolvingSymbolicLinks();
+    return !isScanning_ && tree_ &&
+           scanRoot_.resolvingSymbolicLinks() == root.resolvingSymbolicLinks();
 }
 
 FileURL AppState::homeFolder() const
@@ -160,21 +145,22 @@ void AppState::startScan(const FileURL& root)
         task->cancel();
 
     assign(scanRoot_, root, &AppState::scanRootChanged);
-    ScanTargetPreference::save(root, store_);
-    assign(preferredWelcomeTarget_, ScanTargetPreference::load(store_),
+    ScanTargetPreference::save(root, services_.defaults);
+    assign(preferredWelcomeTarget_, ScanTargetPreference::load(services_.defaults),
            &AppState::preferredWelcomeTargetChanged);
     emit lastUsedTargetChanged();
     assign(isScanning_, true, &AppState::isScanningChanged);
     assign(scanError_, QString(), &AppState::scanErrorChanged);
     const std::string path = root.path();
-    assign(statusMessage_, "Scanning " + displayPath(path) + "…", &AppState::statusMessageChanged);
+    setStatus("Scanning " + displayPath(path) + "…");
     assign(progress_, ScanProgressValue(ScanProgress{0, path, 0}), &AppState::progressChanged);
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
     if (!isRescan)
         clearMap();
+    assign(lastClean_, {}, &AppState::lastCleanChanged);
 
     tasks_.push_back(std::make_unique<ScanTask>(
-        scan_, ScanTask::Request{root, tree_, largeFileLimit}, *this,
+        services_.scan, ScanTask::Request{root, tree_, largeFileLimit}, *this,
         ScanTask::Handlers{
             [this](const ScanProgress& progress) {
                 assign(progress_, ScanProgressValue(progress), &AppState::progressChanged);
@@ -183,6 +169,7 @@ void AppState::startScan(const FileURL& root)
                 endScan(task, std::move(outcome));
             },
         }));
+    newestTask_ = tasks_.back().get();
 }
 
 void AppState::clearMap()
@@ -200,19 +187,18 @@ void AppState::cancelScan()
     for (const auto& task : tasks_)
         task->cancel();
     assign(isScanning_, false, &AppState::isScanningChanged);
-    assign(statusMessage_, QStringLiteral("Scan cancelled."), &AppState::statusMessageChanged);
+    setStatus(QStringLiteral("Scan cancelled."));
 }
 
 void AppState::endScan(ScanTask& task, ScanTask::Outcome outcome)
 {
-    const auto ended = std::find_if(tasks_.begin(), tasks_.end(),
-                                    [&](const auto& other) { return other.get() == &task; });
-    const bool isNewest = ended == tasks_.end() - 1;
+    const bool isReplaced = &task != newestTask_;
     const bool isCancelled = task.isCancelled();
-    tasks_.erase(ended);
+    std::erase_if(tasks_, [&](const auto& other) { return other.get() == &task; });
 
-    // A task that a newer scan has replaced must not make that one look ended.
-    if (!isNewest)
+    // A task that a newer scan has replaced must not touch what that one shows,
+    // whether it still runs or has ended before.
+    if (isReplaced)
         return;
     if (ScanTask::Finished* const finished = std::get_if<ScanTask::Finished>(&outcome)) {
         if (!isCancelled)
@@ -246,9 +232,10 @@ void AppState::showTree(ScanTask::Finished finished)
     }
     assign(largeFiles_, std::move(finished.largeFiles), &AppState::largeFilesChanged);
     assign(isScanning_, false, &AppState::isScanningChanged);
-    assign(statusMessage_, "Mapped " + node.sizeText() + " in " + node.name(),
-           &AppState::statusMessageChanged);
+    setStatus("Mapped " + node.sizeText() + " in " + node.name());
+    refreshPermission();
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
+    listSnapshots();
 }
 
 void AppState::showFailure(const ScanTask::Outcome& outcome)
@@ -267,66 +254,15 @@ void AppState::showFailure(const ScanTask::Outcome& outcome)
     }
     if (isError)
         assign(scanError_, message, &AppState::scanErrorChanged);
-    assign(statusMessage_, message, &AppState::statusMessageChanged);
+    setStatus(message);
 }
 
 void AppState::pickFolderAndScan()
 {
-    folderPanel_.open("Scan", [model = QPointer<AppState>(this)](const FileURL& folder) {
+    services_.folderPanel.open("Scan", [model = QPointer<AppState>(this)](const FileURL& folder) {
         if (model)
             model->startScan(folder);
     });
-}
-
-void AppState::zoom(const FileNodeValue& node)
-{
-    if (!node.canZoom()) {
-        setSelected(node);
-        return;
-    }
-    assign(current_, node, &AppState::currentChanged);
-    QList<FileNodeValue> crumbs = breadcrumbs_;
-    const auto crumb = std::find_if(crumbs.begin(), crumbs.end(), [&](const FileNodeValue& other) {
-        return other->url() == node->url();
-    });
-    if (crumb == crumbs.end())
-        crumbs.append(node);
-    else
-        crumbs.erase(crumb + 1, crumbs.end());
-    assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
-    setSelected(node);
-    preferences_.setHasSeenMapInteractionHint();
-    emit shouldShowMapHintChanged();
-}
-
-void AppState::zoomUpOneLevel()
-{
-    if (breadcrumbs_.size() >= 2)
-        jumpToBreadcrumb(FileNodeValue(breadcrumbs_.at(breadcrumbs_.size() - 2)));
-}
-
-void AppState::jumpToBreadcrumb(const FileNodeValue& node)
-{
-    if (!node)
-        return;
-    // Kept here, because the caller's value may be one of the list that is cut.
-    const FileNodeValue target = node;
-    QList<FileNodeValue> crumbs = breadcrumbs_;
-    const auto crumb = std::find_if(crumbs.begin(), crumbs.end(), [&](const FileNodeValue& other) {
-        return other->url() == target->url();
-    });
-    if (crumb == crumbs.end())
-        return;
-    crumbs.erase(crumb + 1, crumbs.end());
-    assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
-    assign(current_, target, &AppState::currentChanged);
-    setSelected(target);
-}
-
-void AppState::select(const FileNodeValue& node)
-{
-    setSelected(node);
-    setSelectedLargeFileIDs({});
 }
 
 void AppState::refreshVolume()

@@ -1,26 +1,30 @@
 #pragma once
 
+#include "Brisalon/App/AppServices.h"
 #include "Brisalon/App/CoreValues.h"
 #include "Brisalon/App/ScanTask.h"
+#include "Brisalon/App/SidebarTab.h"
+#include "Brisalon/Services/CleanReport.h"
 #include "Brisalon/Services/ScanTargetPreference.h"
+#include "Brisalon/Services/TrashRequest.h"
+#include "Brisalon/Services/TrashService.h"
 #include "Brisalon/Services/UIPreferences.h"
 #include "BrisalonCore/LargeFileEntry.h"
 
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QtQml/qqml.h>
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 namespace brisalon {
-
-class DefaultsStore;
-class FolderPanel;
 
 /// The one model of the application: all that the window shows, and the operations
 /// that change it. Views read it and call its operations, and keep no copies.
@@ -43,21 +47,34 @@ class AppState : public QObject {
 
     Q_PROPERTY(brisalon::FileNodeValue tree READ tree NOTIFY treeChanged)
     Q_PROPERTY(brisalon::FileNodeValue current READ current NOTIFY currentChanged)
-    Q_PROPERTY(QList<brisalon::FileNodeValue> breadcrumbs READ breadcrumbs
-                   NOTIFY breadcrumbsChanged)
-    Q_PROPERTY(brisalon::FileNodeValue selected READ selected WRITE setSelected
-                   NOTIFY selectedChanged)
+    Q_PROPERTY(
+        QList<brisalon::FileNodeValue> breadcrumbs READ breadcrumbs NOTIFY breadcrumbsChanged)
+    Q_PROPERTY(
+        brisalon::FileNodeValue selected READ selected WRITE setSelected NOTIFY selectedChanged)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     Q_PROPERTY(brisalon::ScanProgressValue progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(QString scanError READ scanError NOTIFY scanErrorChanged)
     Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
-    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess CONSTANT)
+    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
+    Q_PROPERTY(QList<brisalon::LocalSnapshotValue> snapshots READ snapshots NOTIFY snapshotsChanged)
+    Q_PROPERTY(QString snapshotError READ snapshotError NOTIFY snapshotErrorChanged)
+    Q_PROPERTY(bool isTrashPending READ isTrashPending NOTIFY confirmTrashChanged)
+    Q_PROPERTY(brisalon::LocalSnapshotValue confirmSnapshot READ confirmSnapshot WRITE
+                   setConfirmSnapshot NOTIFY confirmSnapshotChanged)
+    Q_PROPERTY(QStringList cleanFailures READ cleanFailures NOTIFY lastCleanChanged)
+    Q_PROPERTY(brisalon::sidebar::SidebarTab sidebarTab READ sidebarTab WRITE setSidebarTab NOTIFY
+                   sidebarTabChanged)
+    Q_PROPERTY(bool fdaJustGranted READ fdaJustGranted WRITE setFDAJustGranted NOTIFY
+                   fdaJustGrantedChanged)
     Q_PROPERTY(brisalon::FileURL scanRoot READ scanRoot NOTIFY scanRootChanged)
     Q_PROPERTY(brisalon::VolumeStatsValue volume READ volume NOTIFY volumeChanged)
     Q_PROPERTY(QString lastUsedTarget READ lastUsedTarget NOTIFY lastUsedTargetChanged)
 
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
     Q_PROPERTY(QString selectedBytesText READ selectedBytesText NOTIFY selectionChanged)
+    Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
+    Q_PROPERTY(QString trashTitle READ trashTitle NOTIFY confirmTrashChanged)
+    Q_PROPERTY(QString trashMessage READ trashMessage NOTIFY confirmTrashChanged)
     Q_PROPERTY(bool shouldShowMapHint READ shouldShowMapHint NOTIFY shouldShowMapHintChanged)
     Q_PROPERTY(bool isHomeScanned READ isHomeScanned NOTIFY scannedTargetChanged)
     Q_PROPERTY(bool isThisMacScanned READ isThisMacScanned NOTIFY scannedTargetChanged)
@@ -69,10 +86,7 @@ public:
     /// A scan folds files below 256 KiB and reports every 400 items.
     static constexpr DiskScanner scanner{.smallFileThreshold = 262'144, .progressEvery = 400};
 
-    /// The store and the panel outlive the model. `scan` stands in for the
-    /// scanner's in tests.
-    AppState(DefaultsStore& store, FolderPanel& folderPanel, ScanTask::Scan scan = {},
-             QObject* parent = nullptr);
+    explicit AppState(AppServices services, QObject* parent = nullptr);
     ~AppState() override;
 
     /// The root of the last successful scan.
@@ -98,6 +112,23 @@ public:
     /// The one line of feedback, until the next.
     const QString& statusMessage() const { return statusMessage_; }
     bool hasFullDiskAccess() const { return hasFullDiskAccess_; }
+    /// Of the startup volume, in the order of the listing.
+    const QList<LocalSnapshotValue>& snapshots() const { return snapshots_; }
+    /// What the last listing complained of.
+    const QString& snapshotError() const { return snapshotError_; }
+    /// A move to the Trash, and the deletion of a snapshot, that wait for the user's
+    /// confirmation; while there is one, the window asks.
+    const std::optional<TrashRequest>& confirmTrash() const { return confirmTrash_; }
+    bool isTrashPending() const { return confirmTrash_.has_value(); }
+    const LocalSnapshotValue& confirmSnapshot() const { return confirmSnapshot_; }
+    void setConfirmSnapshot(const LocalSnapshotValue& snapshot);
+    /// How the last move to the Trash went; absent once a scan has started.
+    const std::optional<CleanReport>& lastClean() const { return lastClean_; }
+    SidebarTab sidebarTab() const { return sidebarTab_; }
+    void setSidebarTab(SidebarTab tab);
+    /// Full Disk Access was granted while the program ran.
+    bool fdaJustGranted() const { return fdaJustGranted_; }
+    void setFDAJustGranted(bool isGranted);
     /// What the last scan was started on, as given; the home folder before any.
     const FileURL& scanRoot() const { return scanRoot_; }
     const VolumeStatsValue& volume() const { return volume_; }
@@ -113,6 +144,12 @@ public:
     /// Ticked large files in the order of `largeFiles`.
     std::vector<LargeFileEntry> selectedLargeFileEntries() const;
     bool hasSelection() const;
+    bool shouldShowFDABanner() const;
+    /// What the window asks before a move to the Trash.
+    QString trashTitle() const;
+    QString trashMessage() const;
+    /// The failures of `lastClean`.
+    QStringList cleanFailures() const;
     /// Whether there is a map and the user has never zoomed into one.
     bool shouldShowMapHint() const;
     /// Whether the map on screen is that target's, and no scan runs.
@@ -138,6 +175,33 @@ public:
     /// A click on the map: selects the node and ends a selection of large files.
     Q_INVOKABLE void select(const brisalon::FileNodeValue& node);
 
+    /// Shows the folder that holds the file, and selects the file. Nothing happens
+    /// when the folder is not part of the tree.
+    void revealLargeFile(const LargeFileEntry& entry);
+    /// Shows the item in the file manager; a protected one only if it exists.
+    Q_INVOKABLE void requestReveal(const brisalon::FileURL& url);
+
+    /// Asks for the ticked large files or else the selected node to be moved to the
+    /// Trash: stores confirmTrash, or says in statusMessage why there is nothing to
+    /// ask. Protected items are left out.
+    Q_INVOKABLE void requestTrashSelected();
+    /// Begins the move that was asked for, and returns; at its end the outcome is in
+    /// lastClean and statusMessage, and if anything moved the folder is scanned anew.
+    Q_INVOKABLE void confirmPendingTrash();
+    Q_INVOKABLE void dismissTrash();
+
+    /// Lists the local snapshots. Like their deletion it holds up the main thread
+    /// while the tool runs, which the service bounds.
+    Q_INVOKABLE void listSnapshots();
+    /// Deletes the snapshot that was asked for; the outcome is in statusMessage.
+    Q_INVOKABLE void confirmPendingSnapshot();
+
+    /// Asks again whether Full Disk Access is granted. The first time that it is
+    /// after it was not, fdaJustGranted says so.
+    Q_INVOKABLE void refreshPermission();
+    /// Keeps the request for Full Disk Access away for seven calendar days.
+    Q_INVOKABLE void dismissFDABanner();
+
     /// Reads the volume of the scanned folder, or the startup volume without a map.
     Q_INVOKABLE void refreshVolume();
 
@@ -152,13 +216,22 @@ signals:
     void progressChanged();
     void scanErrorChanged();
     void statusMessageChanged();
+    void hasFullDiskAccessChanged();
+    void snapshotsChanged();
+    void snapshotErrorChanged();
+    void confirmTrashChanged();
+    void confirmSnapshotChanged();
+    void lastCleanChanged();
     void scanRootChanged();
     void volumeChanged();
+    void sidebarTabChanged();
+    void fdaJustGrantedChanged();
     void preferredWelcomeTargetChanged();
 
     // Of the derived values: sent whenever a field that they read has changed.
     void lastUsedTargetChanged();
     void selectionChanged();
+    void shouldShowFDABannerChanged();
     void shouldShowMapHintChanged();
     void scannedTargetChanged();
 
@@ -170,11 +243,14 @@ private:
     void showTree(ScanTask::Finished finished);
     void showFailure(const ScanTask::Outcome& outcome);
     bool isScanned(const FileURL& root) const;
+    void rebuildBreadcrumbs(const FileNodeValue& target);
+    void setStatus(const QString& message);
+    void setConfirmTrash(std::optional<TrashRequest> request);
+    void endTrash(const CleanReport& report);
 
-    DefaultsStore& store_;
-    FolderPanel& folderPanel_;
-    ScanTask::Scan scan_;
+    AppServices services_;
     UIPreferences preferences_;
+    TrashService trash_;
 
     FileNodeValue tree_;
     FileNodeValue current_;
@@ -187,13 +263,21 @@ private:
     QString scanError_;
     QString statusMessage_;
     bool hasFullDiskAccess_;
+    QList<LocalSnapshotValue> snapshots_;
+    QString snapshotError_;
+    std::optional<TrashRequest> confirmTrash_;
+    LocalSnapshotValue confirmSnapshot_;
+    std::optional<CleanReport> lastClean_;
     FileURL scanRoot_;
     VolumeStatsValue volume_;
+    SidebarTab sidebarTab_ = SidebarTab::largeFiles;
     ScanTargetPreference preferredWelcomeTarget_;
+    bool fdaJustGranted_ = false;
 
-    /// Every task that has not ended, the newest last. Older ones were replaced,
-    /// and may say nothing any more when they end.
+    /// Every task that has not ended. Those before the newest were replaced, and may
+    /// say nothing any more when they end.
     std::vector<std::unique_ptr<ScanTask>> tasks_;
+    const ScanTask* newestTask_ = nullptr;
 };
 
 } // namespace brisalon

@@ -95,8 +95,8 @@ bool operator==(const FileNodeValue& a, const FileNodeValue& b)
     if (a.node_ == b.node_)
         return true;
     // Nodes that share their children compare in constant time.
-    return a.node_ && b.node_ && a.node_->children().data() == b.node_->children().data()
-           && *a.node_ == *b.node_;
+    return a.node_ && b.node_ && a.node_->children().data() == b.node_->children().data() &&
+           *a.node_ == *b.node_;
 }
 
 QString ScanProgressValue::currentPath() const
@@ -122,6 +122,11 @@ QString VolumeStatsValue::freeText() const
 QString VolumeStatsValue::usedText() const
 {
     return stats_ ? ascii(ByteFormat::string(stats_->used())) : QString();
+}
+
+QString LocalSnapshotValue::title() const
+{
+    return snapshot_ ? displayText(LocalSnapshot::formattedDate(snapshot_->dateToken)) : QString();
 }
 
 QString FileURLValue::path() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BrisalonCore/FileNode.h"
+#include "BrisalonCore/LocalSnapshot.h"
 #include "BrisalonCore/ScanProgress.h"
 #include "BrisalonCore/VolumeStats.h"
 
@@ -143,6 +144,31 @@ public:
 
 private:
     std::optional<VolumeStats> stats_;
+};
+
+/// A local snapshot, or none, for QML (value type `localSnapshot`).
+class LocalSnapshotValue {
+    Q_GADGET
+    QML_VALUE_TYPE(localSnapshot)
+
+    Q_PROPERTY(bool isPresent READ isPresent CONSTANT)
+    Q_PROPERTY(QString title READ title CONSTANT)
+
+public:
+    LocalSnapshotValue() = default;
+    LocalSnapshotValue(LocalSnapshot snapshot) : snapshot_(std::move(snapshot)) {}
+
+    explicit operator bool() const { return snapshot_.has_value(); }
+    const LocalSnapshot* operator->() const { return &*snapshot_; }
+
+    bool isPresent() const { return snapshot_.has_value(); }
+    /// When it was made, to the minute.
+    QString title() const;
+
+    friend bool operator==(const LocalSnapshotValue&, const LocalSnapshotValue&) = default;
+
+private:
+    std::optional<LocalSnapshot> snapshot_;
 };
 
 /// FileURL in QML: a value that views hand back to operations unseen.

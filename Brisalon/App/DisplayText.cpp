@@ -14,8 +14,8 @@ QString displayPath(std::string_view path)
     constexpr std::size_t end = longest / 2;
     if (path.size() <= longest)
         return displayText(path);
-    return displayText(path.substr(0, end)) + QChar(0x2026)
-           + displayText(path.substr(path.size() - end));
+    return displayText(path.substr(0, end)) + QChar(0x2026) +
+           displayText(path.substr(path.size() - end));
 }
 
 } // namespace brisalon

@@ -27,9 +27,9 @@ namespace brisalon {
 class ScanTask {
 public:
     /// What walks: DiskScanner::scan of a scanner, or a test's stand-in.
-    using Scan = std::function<ScanResult(const FileURL& root,
-                                          const DiskScanner::ProgressCallback& progress,
-                                          std::stop_token cancellation)>;
+    using Scan =
+        std::function<ScanResult(const FileURL& root, const DiskScanner::ProgressCallback& progress,
+                                 std::stop_token cancellation)>;
 
     struct Finished {
         /// The new tree; the previous one itself when the new one equals it, so

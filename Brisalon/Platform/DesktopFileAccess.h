@@ -9,6 +9,7 @@ class DesktopFileAccess final : public FileAccess {
 public:
     bool hidesPrivatePlaces() const override;
     bool isReadable(const FileURL& url) const override;
+    bool exists(const FileURL& url) const override;
 };
 
 } // namespace brisalon

@@ -18,6 +18,9 @@ public:
 
     /// Whether the program can read the item; false when there is none.
     virtual bool isReadable(const FileURL& url) const = 0;
+
+    /// Whether there is an item of that path, links followed.
+    virtual bool exists(const FileURL& url) const = 0;
 };
 
 } // namespace brisalon

@@ -14,6 +14,7 @@ class MemoryFileAccess final : public FileAccess {
 public:
     bool isHiding = true;
     std::set<std::string> readablePaths;
+    std::set<std::string> existingPaths;
     /// The paths that were asked for, in order.
     mutable std::vector<std::string> asked;
 
@@ -23,6 +24,7 @@ public:
         asked.push_back(url.path());
         return readablePaths.contains(asked.back());
     }
+    bool exists(const FileURL& url) const override { return existingPaths.contains(url.path()); }
 };
 
 } // namespace brisalon

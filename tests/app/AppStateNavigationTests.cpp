@@ -84,7 +84,7 @@ TEST_F(NavigationTest, AJumpToWhatIsNotOnTheWayIsIgnored)
 TEST_F(NavigationTest, TheHintIsGoneForGoodAfterTheFirstZoom)
 {
     state->zoom(outer);
-    AppState next(store, panel);
+    AppState next(services());
     next.startScan(FileURL(tree.at("root")));
     while (next.isScanning())
         letEverythingHappen();
@@ -101,7 +101,7 @@ TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
     EXPECT_EQ(changes, 1);
 
     // The same folder of a tree of its own is the same while all in it is equal.
-    AppState other(store, panel);
+    AppState other(services());
     const auto rescan = [&] {
         other.startScan(FileURL(tree.at("root")));
         while (other.isScanning())

@@ -23,7 +23,7 @@ TEST_F(ScanTest, ANewModelIsIdleAndTouchesNothing)
     EXPECT_FALSE(state->volume());
     EXPECT_TRUE(state->statusMessage().isEmpty());
     EXPECT_EQ(state->scanRoot(), homeFolder());
-    EXPECT_TRUE(state->hasFullDiskAccess());
+    EXPECT_FALSE(state->hasFullDiskAccess());
     EXPECT_EQ(state->lastUsedTarget(), "");
     EXPECT_TRUE(statuses.empty());
 }
@@ -154,9 +154,10 @@ TEST_F(ScanTest, FailuresSayWhyAndOnlyCostAMapThatIsNotTheFolders)
 
 TEST_F(ScanTest, AnUnexpectedErrorIsShownLikeAnyOther)
 {
-    AppState failing(store, panel,
-                     [](const FileURL&, const DiskScanner::ProgressCallback&,
-                        std::stop_token) -> ScanResult { throw std::runtime_error("No memory."); });
+    AppServices without = services();
+    without.scan = [](const FileURL&, const DiskScanner::ProgressCallback&,
+                      std::stop_token) -> ScanResult { throw std::runtime_error("No memory."); };
+    AppState failing(std::move(without));
     failing.startScan(tree.url());
     ASSERT_TRUE(failing.isScanning());
     while (failing.isScanning())
@@ -175,8 +176,8 @@ TEST_F(ScanTest, CancellingIsSeenAtOnceAndAgainWhenTheWalkNotices)
     EXPECT_FALSE(state->isScanning());
     EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
 
-    EXPECT_TRUE(WindowDriver::waitFor(
-        [this] { return state->statusMessage() == "Scan was cancelled."; }));
+    EXPECT_TRUE(
+        WindowDriver::waitFor([this] { return state->statusMessage() == "Scan was cancelled."; }));
     EXPECT_TRUE(state->scanError().isEmpty());
     EXPECT_FALSE(state->tree());
     EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
@@ -221,9 +222,9 @@ TEST_F(ScanTest, AReplacedScanNeverTouchesTheNewerOne)
 
         gate.open();
         waitForEnd();
-        EXPECT_EQ(statuses, (Statuses{"Scanning " + tree.at("first") + "…",
-                                      "Scanning " + tree.at("second") + "…",
-                                      "Mapped 1.0 MB in second"}));
+        EXPECT_EQ(statuses,
+                  (Statuses{"Scanning " + tree.at("first") + "…",
+                            "Scanning " + tree.at("second") + "…", "Mapped 1.0 MB in second"}));
         EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
         EXPECT_EQ(state->tree()->id(), tree.at("second"));
     }

@@ -36,8 +36,8 @@ TEST(FileNodeValueTest, TellsTheSameNodeFromAnEqualOneOfAnotherTree)
 
     // What has no children is compared itself.
     EXPECT_EQ(FileNodeValue(one->children()[0]), FileNodeValue(equal->children()[0]));
-    EXPECT_FALSE(FileNodeValue(one->children()[0])
-                 == FileNodeValue(folderOf("/x", 8)->children()[0]));
+    EXPECT_FALSE(FileNodeValue(one->children()[0]) ==
+                 FileNodeValue(folderOf("/x", 8)->children()[0]));
 }
 
 TEST(FileNodeValueTest, ShowsVeryLongPathsWithoutTheirMiddle)

@@ -6,8 +6,7 @@
 
 namespace brisalon::tests {
 
-ModelFixture::ModelFixture()
-    : state(std::make_unique<AppState>(store, panel, gate.scan()))
+ModelFixture::ModelFixture() : state(std::make_unique<AppState>(services()))
 {
     AppState* const model = state.get();
     QObject::connect(model, &AppState::statusMessageChanged, model,
@@ -15,6 +14,19 @@ ModelFixture::ModelFixture()
     QObject::connect(model, &AppState::isScanningChanged, model,
                      [this, model] { scanningStates.push_back(model->isScanning()); });
     QObject::connect(model, &AppState::treeChanged, model, [this] { ++treeChanges; });
+}
+
+AppServices ModelFixture::services()
+{
+    return {
+        .defaults = store,
+        .folderPanel = panel,
+        .workspace = workspace,
+        .fileAccess = fileAccess,
+        .snapshots = SnapshotService(tools.at("tmutil")),
+        .scan = gate.scan(),
+        .now = [this] { return now; },
+    };
 }
 
 void ModelFixture::scan(const FileURL& root)

@@ -5,10 +5,13 @@
 
 #include "Brisalon/App/AppState.h"
 #include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/Platform/MemoryFileAccess.h"
+#include "Brisalon/Platform/MemoryWorkspace.h"
 #include "Brisalon/tools/driver/ScanGate.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -23,6 +26,9 @@ class ModelFixture : public ::testing::Test {
 protected:
     ModelFixture();
 
+    /// What the models of a test share; the fixture's own is made with it.
+    AppServices services();
+
     /// Scans to the end, whatever that is.
     void scan(const FileURL& root);
     /// Lets the events be handled until no scan runs.
@@ -35,7 +41,12 @@ protected:
     std::vector<std::string> crumbNames() const;
 
     TemporaryTree tree;
+    /// Where the snapshot tool "tmutil" is put, for tests that have one.
+    TemporaryTree tools;
     MemoryDefaultsStore store;
+    MemoryWorkspace workspace;
+    MemoryFileAccess fileAccess;
+    std::chrono::system_clock::time_point now{std::chrono::seconds(1'700'000'000)};
     FakeFolderPanel panel;
     ScanGate gate;
     std::unique_ptr<AppState> state;

@@ -31,7 +31,8 @@ WindowFixture::~WindowFixture()
 
 void WindowFixture::start()
 {
-    app = std::make_unique<BrisalonApp>(store, gate.scan());
+    app = std::make_unique<BrisalonApp>(BrisalonApp::Surroundings{
+        store, workspace, fileAccess, SnapshotService("/missing"), gate.scan()});
     window = app->open();
     ASSERT_NE(window, nullptr);
     driver.emplace(*window);
@@ -42,8 +43,8 @@ void WindowFixture::start()
 
 bool WindowFixture::mapAppears()
 {
-    return WindowDriver::waitFor([this] { return !app->state().isScanning(); })
-           && driver->waitForMap();
+    return WindowDriver::waitFor([this] { return !app->state().isScanning(); }) &&
+           driver->waitForMap();
 }
 
 QString WindowFixture::text(const char* objectName) const
@@ -53,8 +54,7 @@ QString WindowFixture::text(const char* objectName) const
 
 QPoint WindowFixture::block(const std::string& name) const
 {
-    const auto point =
-        driver->block([&](const FileNode& node) { return node.name() == name; });
+    const auto point = driver->block([&](const FileNode& node) { return node.name() == name; });
     EXPECT_TRUE(point) << "no block " << name;
     return point.value_or(QPoint());
 }

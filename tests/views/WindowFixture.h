@@ -3,7 +3,9 @@
 #include "support/TemporaryTree.h"
 
 #include "Brisalon/Interface/BrisalonApp.h"
+#include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/Platform/MemoryWorkspace.h"
 #include "Brisalon/tools/driver/ScanGate.h"
 #include "Brisalon/tools/driver/WindowDriver.h"
 
@@ -36,6 +38,8 @@ protected:
 
     TemporaryTree home;
     MemoryDefaultsStore store;
+    MemoryWorkspace workspace;
+    DesktopFileAccess fileAccess;
     ScanGate gate;
     std::unique_ptr<BrisalonApp> app;
     QQuickWindow* window = nullptr;

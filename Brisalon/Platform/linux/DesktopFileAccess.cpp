@@ -16,4 +16,9 @@ bool DesktopFileAccess::isReadable(const FileURL& url) const
     return ::faccessat(AT_FDCWD, url.path().c_str(), R_OK, AT_EACCESS) == 0;
 }
 
+bool DesktopFileAccess::exists(const FileURL& url) const
+{
+    return ::faccessat(AT_FDCWD, url.path().c_str(), F_OK, 0) == 0;
+}
+
 } // namespace brisalon

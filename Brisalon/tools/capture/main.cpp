@@ -3,8 +3,10 @@
 
 #include "CaptureStates.h"
 
+#include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/HomeFolder.h"
 #include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/Platform/MemoryWorkspace.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -36,7 +38,8 @@ QString listOfStates()
 {
     QString list;
     for (const CaptureState& state : captureStates())
-        list += QStringLiteral("\n  %1  %2").arg(QString(state.name).leftJustified(14), state.meaning);
+        list +=
+            QStringLiteral("\n  %1  %2").arg(QString(state.name).leftJustified(14), state.meaning);
     return list;
 }
 
@@ -67,9 +70,9 @@ Order readOrder(const QStringList& arguments)
     };
 
     Order order;
-    order.folder = parser.isSet(scan) ? FileURL(QFile::encodeName(parser.value(scan)).toStdString())
-                                            .standardized()
-                                      : homeFolder();
+    order.folder = parser.isSet(scan)
+                       ? FileURL(QFile::encodeName(parser.value(scan)).toStdString()).standardized()
+                       : homeFolder();
     const auto states = captureStates();
     const auto named = std::find_if(states.begin(), states.end(), [&](const CaptureState& other) {
         return parser.value(state) == other.name;
@@ -92,16 +95,18 @@ int main(int argc, char* argv[])
 {
     const Order order = readOrder(QStringList(argv, argv + argc));
     qputenv("QT_SCALE_FACTOR", QByteArray::number(order.ratio));
-    const bool hasDisplay = qEnvironmentVariableIsSet("DISPLAY")
-                            || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    const bool hasDisplay =
+        qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     if (!hasDisplay && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
     QGuiApplication application(argc, argv);
     BrisalonApp::prepare();
     MemoryDefaultsStore store;
+    MemoryWorkspace workspace;
+    const DesktopFileAccess fileAccess;
     ScanGate gate;
-    BrisalonApp app(store, gate.scan());
+    BrisalonApp app({store, workspace, fileAccess, {}, gate.scan()});
     QQuickWindow* const window =
         app.open({{"width", order.size.width()}, {"height", order.size.height()}});
     if (!window || !QTest::qWaitForWindowExposed(window))

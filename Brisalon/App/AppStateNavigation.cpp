@@ -1,0 +1,127 @@
+#include "Brisalon/App/AppStateFields.h"
+#include "Brisalon/Platform/FileAccess.h"
+#include "Brisalon/Platform/Workspace.h"
+#include "BrisalonCore/LargeFiles.h"
+#include "BrisalonCore/SkipRules.h"
+
+#include <string_view>
+
+namespace brisalon {
+
+namespace {
+
+QList<FileNodeValue>::iterator crumbOf(QList<FileNodeValue>& crumbs, const FileNodeValue& node)
+{
+    return std::find_if(crumbs.begin(), crumbs.end(),
+                        [&](const FileNodeValue& other) { return other->url() == node->url(); });
+}
+
+std::vector<std::string_view> components(std::string_view path)
+{
+    std::vector<std::string_view> pieces;
+    while (!path.empty()) {
+        const auto slash = path.find('/');
+        if (slash != 0)
+            pieces.push_back(path.substr(0, slash));
+        path.remove_prefix(slash == std::string_view::npos ? path.size() : slash + 1);
+    }
+    return pieces;
+}
+
+} // namespace
+
+void AppState::zoom(const FileNodeValue& node)
+{
+    if (!node.canZoom()) {
+        setSelected(node);
+        return;
+    }
+    assign(current_, node, &AppState::currentChanged);
+    QList<FileNodeValue> crumbs = breadcrumbs_;
+    const auto crumb = crumbOf(crumbs, node);
+    if (crumb == crumbs.end())
+        crumbs.append(node);
+    else
+        crumbs.erase(crumb + 1, crumbs.end());
+    assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
+    setSelected(node);
+    preferences_.setHasSeenMapInteractionHint();
+    emit shouldShowMapHintChanged();
+}
+
+void AppState::zoomUpOneLevel()
+{
+    if (breadcrumbs_.size() >= 2)
+        jumpToBreadcrumb(FileNodeValue(breadcrumbs_.at(breadcrumbs_.size() - 2)));
+}
+
+void AppState::jumpToBreadcrumb(const FileNodeValue& node)
+{
+    if (!node)
+        return;
+    // Kept here, because the caller's value may be one of the list that is cut.
+    const FileNodeValue target = node;
+    QList<FileNodeValue> crumbs = breadcrumbs_;
+    const auto crumb = crumbOf(crumbs, target);
+    if (crumb == crumbs.end())
+        return;
+    crumbs.erase(crumb + 1, crumbs.end());
+    assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
+    assign(current_, target, &AppState::currentChanged);
+    setSelected(target);
+}
+
+void AppState::select(const FileNodeValue& node)
+{
+    setSelected(node);
+    setSelectedLargeFileIDs({});
+}
+
+void AppState::revealLargeFile(const LargeFileEntry& entry)
+{
+    if (!tree_)
+        return;
+    const std::string folderPath = entry.url.deletingLastPathComponent().path();
+    const FileNode* const folder = LargeFiles::find(folderPath, *tree_);
+    if (!folder)
+        return;
+    const FileNodeValue target{FileNode(*folder)};
+    rebuildBreadcrumbs(target);
+    assign(current_, target, &AppState::currentChanged);
+    const FileNode* const file = LargeFiles::find(entry.id(), *tree_);
+    setSelected(file ? FileNodeValue(FileNode(*file)) : target);
+}
+
+void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
+{
+    QList<FileNodeValue> crumbs{tree_};
+    const std::string rootPath = tree_->url().path();
+    const std::string targetPath = target->url().path();
+    const auto rootPieces = components(rootPath);
+    const auto targetPieces = components(targetPath);
+    FileURL url = tree_->url();
+    const FileNode* deepest = &*tree_;
+    for (auto i = std::min(rootPieces.size(), targetPieces.size()); i < targetPieces.size(); ++i) {
+        url = url.appendingPathComponent(targetPieces[i]);
+        // Nearly always a child of the last one; the whole tree is searched if not.
+        const std::string path = url.path();
+        const FileNode* found = deepest->child(path);
+        if (!found)
+            found = LargeFiles::find(path, *tree_);
+        if (!found)
+            continue;
+        deepest = found;
+        crumbs.append(FileNodeValue(FileNode(*found)));
+    }
+    assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
+}
+
+void AppState::requestReveal(const FileURL& url)
+{
+    if (SkipRules::shouldAllowDelete(url) || services_.fileAccess.exists(url))
+        services_.workspace.reveal(url);
+    else
+        setStatus(QStringLiteral("That path is not available."));
+}
+
+} // namespace brisalon

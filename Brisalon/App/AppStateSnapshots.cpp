@@ -1,0 +1,35 @@
+#include "Brisalon/App/AppStateFields.h"
+#include "Brisalon/App/DisplayText.h"
+
+namespace brisalon {
+
+void AppState::listSnapshots()
+{
+    const SnapshotListResult result = services_.snapshots.listLocalSnapshots();
+    QList<LocalSnapshotValue> snapshots;
+    for (const LocalSnapshot& snapshot : result.snapshots)
+        snapshots.append(LocalSnapshotValue(snapshot));
+    assign(snapshots_, std::move(snapshots), &AppState::snapshotsChanged);
+    assign(snapshotError_, displayText(result.errorText.value_or("")),
+           &AppState::snapshotErrorChanged);
+}
+
+void AppState::setConfirmSnapshot(const LocalSnapshotValue& snapshot)
+{
+    assign(confirmSnapshot_, snapshot, &AppState::confirmSnapshotChanged);
+}
+
+void AppState::confirmPendingSnapshot()
+{
+    if (!confirmSnapshot_)
+        return;
+    const std::string token = confirmSnapshot_->dateToken;
+    setConfirmSnapshot({});
+    const auto failure = services_.snapshots.deleteLocalSnapshot(token);
+    if (failure)
+        return setStatus(displayText(*failure));
+    setStatus(displayText("Deleted local snapshot " + token + "."));
+    listSnapshots();
+}
+
+} // namespace brisalon
