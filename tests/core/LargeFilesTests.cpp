@@ -124,6 +124,33 @@ TEST(LargeFiles, FindsByWholePathInPreOrder)
     EXPECT_EQ(LargeFiles::parentPath(url, root), std::nullopt);
 }
 
+TEST(LargeFiles, FindsWhatAComparisonOfEveryPathFinds)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 40; ++round) {
+        // Also nodes that do not lie where their URL says.
+        std::vector<FileNode> children;
+        for (const char* path : {"/n1", "/n1/n2", "n1", "/n1"})
+            children.push_back(randomTree(random, FileURL(path), 3));
+        const FileNode root = FileNodeBuilder::make(FileURL(round % 2 ? "/" : "/n1"), 0,
+                                                    NodeKind::directory, std::move(children));
+        std::vector<const FileNode*> all;
+        const std::function<void(const FileNode&)> collect = [&](const FileNode& node) {
+            all.push_back(&node);
+            for (const FileNode& child : node.children())
+                collect(child);
+        };
+        collect(root);
+        for (const FileNode* node : all)
+            for (const char* suffix : {"", "/", "/n0", "0", "//n0"}) {
+                const std::string path = node->id() + suffix;
+                const auto first = std::ranges::find(all, path, &FileNode::id);
+                ASSERT_EQ(LargeFiles::find(path, root), first == all.end() ? nullptr : *first)
+                    << path;
+            }
+    }
+}
+
 TEST(LargeFiles, SurvivesAnyDepth)
 {
     constexpr int depth = 100'000;
@@ -131,11 +158,13 @@ TEST(LargeFiles, SurvivesAnyDepth)
     for (int i = 0; i < depth; ++i)
         urls.push_back(urls.back().appendingPathComponent("d"));
     FileNode node = FileNodeBuilder::make(FileURL("/deepest"), 9, NodeKind::file);
+    const std::string longest = urls.back().path();
     for (; !urls.empty(); urls.pop_back())
         node = FileNode(urls.back(), "d", 9, NodeKind::directory, HogKind::none, Risk::unknown,
                         {node}, {});
     EXPECT_EQ(LargeFiles::topFiles(node, 50).size(), 1u);
     ASSERT_NE(LargeFiles::find("/deepest", node), nullptr);
+    ASSERT_NE(LargeFiles::find(longest, node), nullptr);
 }
 
 } // namespace

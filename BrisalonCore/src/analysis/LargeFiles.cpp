@@ -1,8 +1,12 @@
 #include "BrisalonCore/LargeFiles.h"
 
+#include "model/NameBlock.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <utility>
+#include <variant>
 
 namespace brisalon {
 
@@ -13,22 +17,26 @@ enum class Visit : std::uint8_t { enter, passOver, stop };
 /// Calls `visit` with the node and everything below it in pre-order, children in
 /// their stored order, until it answers `stop`; the node where it did, or null.
 /// Keeps its own stack, since a tree may be deeper than the thread's.
-template <typename Visitor>
-const FileNode* walkPreOrder(const FileNode& root, Visitor&& visit)
+///
+/// With a node `visit` receives the value of the folder that holds it (of the
+/// root: `outside`) and changes it into the node's own.
+template <typename Value, typename Visitor>
+const FileNode* walkPreOrder(const FileNode& root, Value outside, Visitor&& visit)
 {
-    std::vector<std::span<const FileNode>> pending{{&root, 1}};
+    std::vector<std::pair<std::span<const FileNode>, Value>> pending{{{&root, 1}, outside}};
     while (!pending.empty()) {
-        std::span<const FileNode>& siblings = pending.back();
+        auto& [siblings, folderValue] = pending.back();
         const FileNode& node = siblings.front();
+        Value value = folderValue;
         siblings = siblings.subspan(1);
         if (siblings.empty())
             pending.pop_back();
-        switch (visit(node)) {
+        switch (visit(node, value)) {
         case Visit::stop:
             return &node;
         case Visit::enter:
             if (!node.children().empty())
-                pending.push_back(node.children());
+                pending.emplace_back(node.children(), value);
             break;
         case Visit::passOver:
             break;
@@ -36,6 +44,44 @@ const FileNode* walkPreOrder(const FileNode& root, Visitor&& visit)
     }
     return nullptr;
 }
+
+/// How much of a wanted path a node's own path spells, a slash behind it
+/// included; nothing when what lies in the node cannot have that path.
+struct Spelled {
+    const FileNode* node = nullptr;
+    std::size_t bytes = 0;
+
+    /// From the folder's to that of a node in it; true when the node's path is
+    /// the wanted one. The children of a scanned folder cost a look at their
+    /// names, whatever their depth.
+    bool enter(const FileNode& child, std::string_view wanted)
+    {
+        const FileURL& url = child.url();
+        std::string whole;
+        std::string_view piece;
+        if (node && detail::NameBlock::liesIn(url, node->url())) {
+            node = &child;
+            if (bytes == 0)
+                return false;
+            piece = url.lastPathComponent();
+        } else {
+            node = &child;
+            bytes = 0;
+            whole = url.path();
+            piece = whole;
+        }
+        const std::string_view rest = wanted.substr(bytes);
+        if (rest == piece)
+            return true;
+        if (!rest.starts_with(piece))
+            bytes = 0;
+        else if (piece == "/")
+            bytes = 1;
+        else
+            bytes = rest[piece.size()] == '/' ? bytes + piece.size() + 1 : 0;
+        return false;
+    }
+};
 
 struct Candidate {
     std::int64_t size;
@@ -62,7 +108,7 @@ std::vector<LargeFileEntry> LargeFiles::topFiles(const FileNode& root, std::size
     // A heap of the best so far, the last of them on top.
     std::vector<Candidate> best;
     std::size_t position = 0;
-    walkPreOrder(root, [&](const FileNode& node) {
+    walkPreOrder(root, std::monostate(), [&](const FileNode& node, std::monostate) {
         switch (node.kind().which()) {
         case NodeKind::Case::directory:
             return Visit::enter;
@@ -94,8 +140,8 @@ std::vector<LargeFileEntry> LargeFiles::topFiles(const FileNode& root, std::size
 
 const FileNode* LargeFiles::find(std::string_view path, const FileNode& root)
 {
-    return walkPreOrder(root, [path](const FileNode& node) {
-        return node.url().pathEquals(path) ? Visit::stop : Visit::enter;
+    return walkPreOrder(root, Spelled(), [path](const FileNode& node, Spelled& spelled) {
+        return spelled.enter(node, path) ? Visit::stop : Visit::enter;
     });
 }
 

@@ -191,23 +191,13 @@ struct EqualParents {
     const FileNode* right;
 };
 
-/// Whether `url` names an item directly inside `parent`, by sharing its very
-/// location (not merely an equal path).
-bool liesIn(const FileURL& url, const FileURL& parent) noexcept
-{
-    const NameBlock* names = NameBlock::blockOf(url);
-    if (!names || names->folder().isEmpty())
-        return false;
-    return NameBlock::blockOf(names->folder()) == NameBlock::blockOf(parent) &&
-           NameBlock::offsetOf(names->folder()) == NameBlock::offsetOf(parent);
-}
-
 /// Equality of two URLs below equal parents: for the children of a scanned
 /// folder a comparison of names suffices, which keeps the comparison of deep
 /// trees linear.
 bool equalBelow(const EqualParents& parents, const FileURL& left, const FileURL& right) noexcept
 {
-    if (liesIn(left, parents.left->url()) && liesIn(right, parents.right->url()))
+    if (NameBlock::liesIn(left, parents.left->url()) &&
+        NameBlock::liesIn(right, parents.right->url()))
         return left.lastPathComponent() == right.lastPathComponent();
     return left == right;
 }

@@ -35,6 +35,16 @@ public:
     static std::uint64_t offsetOf(const FileURL& url) noexcept { return url.offset_; }
     static const SharedRef<NameBlock>& refOf(const FileURL& url) noexcept { return url.names_; }
 
+    /// Whether `url` names an item directly inside `folder`, by sharing its very
+    /// location (not merely an equal path), so that its last component is all that
+    /// it adds. True for the children of a scanned folder.
+    static bool liesIn(const FileURL& url, const FileURL& folder) noexcept
+    {
+        const NameBlock* names = blockOf(url);
+        return names && !folder.isEmpty() && blockOf(names->folder_) == blockOf(folder) &&
+               offsetOf(names->folder_) == offsetOf(folder);
+    }
+
 private:
     explicit NameBlock(FileURL folder) noexcept : folder_(static_cast<FileURL&&>(folder)) {}
     ~NameBlock() = default;
