@@ -4,16 +4,21 @@
 #include "Brisalon/tools/driver/WindowDriver.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include <unistd.h>
+
 namespace brisalon::tests {
+
+namespace fs = std::filesystem;
 
 namespace {
 
-std::string contentsOf(const std::filesystem::path& path)
+std::string contentsOf(const fs::path& path)
 {
     std::ifstream stream(path);
     return {std::istreambuf_iterator<char>(stream), {}};
@@ -154,18 +159,42 @@ TEST_F(TrashTest, AModelThatGoesDuringAMoveIsNotCalledAnyMore)
     letEverythingHappen();
 }
 
-TEST_F(TrashTest, RealMovesKeepWhatIsNeededToRestoreAndSpareWhatWasSwapped)
-{
-    const TemporaryTree data;
-    const std::string before = std::getenv("XDG_DATA_HOME");
-    ::setenv("XDG_DATA_HOME", data.path().c_str(), 1);
+/// Moves on the real file system, with a home trash of the test's own.
+class RealTrashTest : public TrashTest {
+protected:
+    RealTrashTest()
+    {
+        ::setenv("XDG_DATA_HOME", data.path().c_str(), 1);
+        state = std::make_unique<AppState>(AppServices{
+            .defaults = store,
+            .folderPanel = panel,
+            .workspace = desktop,
+            .fileAccess = fileAccess,
+            .snapshots = SnapshotService(tools.at("tmutil")),
+        });
+    }
+    ~RealTrashTest() override { ::setenv("XDG_DATA_HOME", before_.c_str(), 1); }
+
+    static std::vector<std::string> namesIn(const fs::path& folder)
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(folder))
+            names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    TemporaryTree data;
     DesktopWorkspace desktop;
-    AppServices real{.defaults = store,
-                     .folderPanel = panel,
-                     .workspace = desktop,
-                     .fileAccess = fileAccess,
-                     .snapshots = SnapshotService(tools.at("tmutil"))};
-    state = std::make_unique<AppState>(std::move(real));
+
+private:
+    std::string before_ = std::getenv("XDG_DATA_HOME");
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(RealTrashTest, KeepsWhatRestoringNeedsAndSparesWhatWasSwapped)
+{
     tree.file("goes.bin", mib);
     tree.file("outside.bin", mib);
     scan(tree.url());
@@ -177,18 +206,34 @@ TEST_F(TrashTest, RealMovesKeepWhatIsNeededToRestoreAndSpareWhatWasSwapped)
     tree.link("big.bin", tree.at("outside.bin"));
     confirmAndWait();
 
-    namespace fs = std::filesystem;
     EXPECT_FALSE(fs::exists(tree.at("goes.bin")));
     EXPECT_TRUE(fs::is_symlink(tree.at("big.bin")));
     EXPECT_TRUE(fs::exists(tree.at("outside.bin")));
     const fs::path trash = fs::path(data.path()) / "Trash";
-    std::vector<std::string> trashed;
-    for (const auto& entry : fs::directory_iterator(trash / "files"))
-        trashed.push_back(entry.path().filename());
-    EXPECT_EQ(trashed, std::vector<std::string>{"goes.bin"});
+    EXPECT_EQ(namesIn(trash / "files"), Names{"goes.bin"});
     const std::string info = contentsOf(trash / "info/goes.bin.trashinfo");
     EXPECT_NE(info.find("Path=" + tree.at("goes.bin")), std::string::npos) << info;
-    ::setenv("XDG_DATA_HOME", before.c_str(), 1);
+    EXPECT_EQ(child(state->tree(), "goes.bin").isPresent(), false) << "scanned again";
+}
+
+TEST_F(RealTrashTest, AnItemStaysOnItsFileSystem)
+{
+    const TemporaryTree volume(TemporaryTree::Storage::memory);
+    if (!volume.isInMemory())
+        GTEST_SKIP() << "mounting a second file system needs rights that are missing here";
+    volume.file("on the volume.bin", mib);
+    volume.file("stays.bin", 2 * mib);
+    scan(volume.url());
+    state->setSelected(child(state->tree(), "on the volume.bin"));
+    state->requestTrashSelected();
+    confirmAndWait();
+
+    const fs::path trash = fs::path(volume.path()) / (".Trash-" + std::to_string(::getuid()));
+    EXPECT_EQ(namesIn(trash / "files"), Names{"on the volume.bin"});
+    const std::string info = contentsOf(trash / "info/on the volume.bin.trashinfo");
+    EXPECT_NE(info.find("Path=on%20the%20volume.bin\n"), std::string::npos) << info;
+    EXPECT_EQ(namesIn(fs::path(data.path()) / "Trash/files"), Names{});
+    EXPECT_TRUE(fs::exists(volume.at("stays.bin")));
 }
 
 } // namespace brisalon::tests
