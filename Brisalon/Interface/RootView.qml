@@ -12,6 +12,12 @@ FocusScope {
 
     Component.onCompleted: appState.refreshVolume()
 
+    SteadyProgress {
+        id: steady
+
+        appState: root.appState
+    }
+
     CornerGradient {
         anchors.fill: parent
         from: Theme.backgroundTop
@@ -30,6 +36,7 @@ FocusScope {
             Layout.preferredWidth: 248
             Layout.fillHeight: true
             appState: root.appState
+            progress: steady.progress
             commands: root.commands
         }
 
@@ -40,11 +47,13 @@ FocusScope {
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 appState: root.appState
+                progress: steady.progress
             }
 
             StatusBar {
                 Layout.fillWidth: true
                 appState: root.appState
+                progress: steady.progress
             }
         }
     }

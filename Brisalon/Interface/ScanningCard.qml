@@ -7,6 +7,7 @@ PanelStyle {
     id: card
 
     required property AppState appState
+    required property scanProgress progress
 
     cornerRadius: 12
     implicitHeight: column.implicitHeight + 24
@@ -40,18 +41,18 @@ PanelStyle {
 
         Column {
             width: parent.width
-            visible: card.appState.progress.isPresent
+            visible: card.progress.isPresent
             spacing: 8
 
             Text {
-                text: card.appState.progress.bytesText
+                text: card.progress.bytesText
                 textFormat: Text.PlainText
                 font: Theme.rounded(Theme.title3, Font.Bold)
                 color: Theme.accent
             }
 
             Text {
-                text: card.appState.progress.visitedText + " items"
+                text: card.progress.visitedText + " items"
                 textFormat: Text.PlainText
                 font: Theme.system(Theme.caption2)
                 color: Theme.muted
@@ -59,7 +60,7 @@ PanelStyle {
 
             Text {
                 width: parent.width
-                text: card.appState.progress.currentPath
+                text: card.progress.currentPath
                 textFormat: Text.PlainText
                 maximumLineCount: 1
                 elide: Text.ElideMiddle

@@ -6,7 +6,7 @@ import Brisalon.Theme
 Item {
     id: view
 
-    required property AppState appState
+    required property scanProgress progress
 
     Column {
         anchors.centerIn: parent
@@ -33,9 +33,9 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(parent.width, 420)
             height: 2 * lineMetrics.height
-            visible: view.appState.progress.isPresent
+            visible: view.progress.isPresent
             horizontalAlignment: Text.AlignHCenter
-            text: view.appState.progress.currentPath
+            text: view.progress.currentPath
             textFormat: Text.PlainText
             wrapMode: Text.WrapAtWordBoundaryOrAnywhere
             maximumLineCount: 2

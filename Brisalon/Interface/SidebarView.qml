@@ -9,6 +9,7 @@ Rectangle {
     id: sidebar
 
     required property AppState appState
+    required property scanProgress progress
     required property AppCommands commands
 
     readonly property bool hasTree: appState.tree.isPresent
@@ -154,6 +155,7 @@ Rectangle {
             Layout.topMargin: 16
             visible: sidebar.appState.isScanning
             appState: sidebar.appState
+            progress: sidebar.progress
         }
 
         SidebarButton {

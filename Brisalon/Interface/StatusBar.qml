@@ -8,9 +8,9 @@ Rectangle {
     id: bar
 
     required property AppState appState
+    required property scanProgress progress
 
     readonly property string statusText: {
-        const progress = appState.progress;
         if (appState.isScanning && progress.isPresent)
             return "Scanning · " + progress.visitedText + " items · " + progress.bytesText;
         return appState.statusMessage || "Ready";

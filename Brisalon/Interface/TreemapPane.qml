@@ -7,6 +7,7 @@ Item {
     id: pane
 
     required property AppState appState
+    required property scanProgress progress
 
     readonly property Component content: {
         if (appState.scanError !== "" && !appState.tree.isPresent)
@@ -98,7 +99,7 @@ Item {
 
         ScanningWelcome {
             objectName: "scanningWelcome"
-            appState: pane.appState
+            progress: pane.progress
         }
     }
 }

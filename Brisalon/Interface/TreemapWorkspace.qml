@@ -7,6 +7,7 @@ ColumnLayout {
     id: workspace
 
     required property AppState appState
+    required property scanProgress progress
 
     spacing: 0
 
@@ -20,5 +21,6 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.fillHeight: true
         appState: workspace.appState
+        progress: workspace.progress
     }
 }

@@ -60,8 +60,8 @@ TEST_F(WindowTest, TheCommandsWorkByTheirShortcutsUnlessAScanRuns)
     gate.holdAfter(0);
     driver->press(Qt::Key_H, controlShift);
     EXPECT_TRUE(app->state().isScanning());
-    const QString status = text("statusText");
-    EXPECT_TRUE(status.startsWith("Scanning · 0 items · ")) << status.toStdString();
+    EXPECT_TRUE(WindowDriver::waitFor(
+        [this] { return text("statusText").startsWith("Scanning · 0 items · "); }));
     driver->press(Qt::Key_M, controlShift);
     EXPECT_EQ(app->state().scanRoot(), home.url()) << "no other scan while one runs";
 
