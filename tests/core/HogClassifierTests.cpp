@@ -222,9 +222,9 @@ TEST(HogClassifier, ATrailCarriedDownAgreesWithASearchOfTheWholePath)
         for (int level = 0; level < 3; ++level) {
             std::string name = paths.next();
             std::erase(name, '/');
-            ASSERT_EQ(trail.classify(name), searched(path + '/' + name)) << path << " / " << name;
+            path.append("/").append(name);
+            ASSERT_EQ(trail.classify(name), searched(path)) << path;
             trail = trail.entering(name);
-            path += '/' + name;
         }
     }
 }

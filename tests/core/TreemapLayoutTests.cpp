@@ -99,6 +99,7 @@ std::vector<Rect> squarifiedByTheBook(const std::vector<double>& sizes, double w
 std::vector<Rect> rectsOf(const std::vector<TreemapRect>& rects)
 {
     std::vector<Rect> result;
+    result.reserve(rects.size());
     for (const TreemapRect& rect : rects)
         result.push_back({rect.x, rect.y, rect.width, rect.height});
     return result;

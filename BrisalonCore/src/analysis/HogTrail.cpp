@@ -252,17 +252,17 @@ private:
 
     void addPath(std::string_view rest, Order order)
     {
-        Fit* last = nullptr;
         Beginnings from = slash;
         for (auto end = rest.find('/'); end != std::string_view::npos; end = rest.find('/')) {
-            last = &step(from, rest.substr(0, end));
-            from = last->to;
+            Fit& folder = step(from, rest.substr(0, end));
             rest.remove_prefix(end + 1);
+            if (rest.empty()) {
+                folder.order = std::min(folder.order, order);
+                return;
+            }
+            from = folder.to;
         }
-        if (rest.empty())
-            last->order = std::min(last->order, order);
-        else
-            marks.add({rest, Fit::How::front, from, 0, order});
+        marks.add({rest, Fit::How::front, from, 0, order});
     }
 
     /// The edge of that name from a node, made when it is missing.

@@ -36,10 +36,9 @@ std::string ByteFormat::string(std::int64_t bytes)
     // rounds as printf does and, unlike it, knows no locale.
     const int places = value >= 10 ? 0 : 1;
     std::array<char, 32> digits; // at most 8388608 TB
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                   std::chars_format::fixed, places)
-                         .ptr;
-    return joined({digits.data(), end}, units[unit]);
+    const std::to_chars_result text = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                                    value, std::chars_format::fixed, places);
+    return joined({digits.data(), text.ptr}, units[unit]);
 }
 
 } // namespace brisalon

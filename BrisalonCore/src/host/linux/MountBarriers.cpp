@@ -100,6 +100,14 @@ constexpr auto typeRows = std::to_array<TypeRow>({
     {"cramfs", Nature::image},
 });
 
+Nature natureOf(std::string_view type)
+{
+    for (const TypeRow& row : typeRows)
+        if (row.type == type)
+            return row.nature;
+    return type.starts_with("fuse.") ? Nature::remote : Nature::disk;
+}
+
 struct Mount {
     int id;
     int parent;
@@ -116,10 +124,7 @@ struct Mount {
 
     Nature nature() const
     {
-        if (type.starts_with("fuse."))
-            return Nature::remote;
-        const auto row = std::ranges::find(typeRows, std::string_view(type), &TypeRow::type);
-        const Nature byType = row != typeRows.end() ? row->nature : Nature::disk;
+        const Nature byType = natureOf(type);
         if (byType != Nature::disk && byType != Nature::image)
             return byType;
         return isLoop() || (byType == Nature::image && hasNoDevice()) ? Nature::view : Nature::disk;
