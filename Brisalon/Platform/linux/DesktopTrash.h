@@ -16,10 +16,10 @@
 
 namespace brisalon {
 
-/// The current user's Trash, as the file managers of the desktop have it (Trash
-/// specification 1.0 of freedesktop.org): the home trash for items on its own
-/// volume, and for those on another one that volume's own trash folder: in the
-/// administrator's ".Trash" where there is one, else ".Trash-UID".
+/// The current user's Trash, as the file managers of the desktop have it (trash
+/// rules 1.0 of freedesktop.org): the home trash for items on its own volume, and
+/// for those on another one that volume's own trash folder: in the administrator's
+/// ".Trash" where there is one, else ".Trash-UID".
 ///
 /// An item moves by a rename within its volume, or not at all. Lives for one
 /// operation, on one thread: what it learns of volumes it does not ask again.

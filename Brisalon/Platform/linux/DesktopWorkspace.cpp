@@ -20,9 +20,6 @@ namespace brisalon {
 
 namespace {
 
-/// How long the file manager may take, which may have to be started first.
-constexpr int revealMilliseconds = 5000;
-
 QByteArray fileAddress(const FileURL& url)
 {
     return QByteArray::fromStdString("file://" + percentEncoded(url.path()));
@@ -75,7 +72,8 @@ void DesktopWorkspace::reveal(const FileURL& item)
         "org.freedesktop.FileManager1", "ShowItems");
     message << QStringList(QString::fromLatin1(fileAddress(item))) << QString();
     auto* const call = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(message, revealMilliseconds), &calls_);
+        QDBusConnection::sessionBus().asyncCall(message, static_cast<int>(patience_.count())),
+        &calls_);
     const FileURL folder = item.deletingLastPathComponent();
     QObject::connect(call, &QDBusPendingCallWatcher::finished, &calls_, [call, folder] {
         if (call->isError())

@@ -14,9 +14,9 @@
 
 namespace brisalon {
 
-/// One trash folder as the desktop has them (Trash specification 1.0 of
-/// freedesktop.org): the items lie in "files", and for each there is a file in
-/// "info" that tells where it came from.
+/// One trash folder as the desktop has them (trash rules 1.0 of freedesktop.org): the
+/// items lie in "files", and for each there is a file in "info" that tells where it
+/// came from.
 class TrashFolder {
 public:
     /// An item in its place, ready to be moved.

@@ -1,0 +1,98 @@
+#include "TrashProbe.h"
+
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include <sys/stat.h>
+
+namespace brisalon::tests {
+
+namespace {
+
+int hexDigit(char digit)
+{
+    return static_cast<int>(std::string("0123456789ABCDEF").find(digit));
+}
+
+/// Nothing for what is not plain characters and escapes.
+std::optional<std::string> decoded(const std::string& text)
+{
+    const std::string plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+                              "-_.!~*'()/";
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (plain.find(text[i]) != std::string::npos) {
+            result += text[i];
+            continue;
+        }
+        if (text[i] != '%' || i + 2 >= text.size() || hexDigit(text[i + 1]) < 0 ||
+            hexDigit(text[i + 2]) < 0)
+            return std::nullopt;
+        result += static_cast<char>(hexDigit(text[i + 1]) * 16 + hexDigit(text[i + 2]));
+        i += 2;
+    }
+    return result;
+}
+
+} // namespace
+
+std::optional<RestoreInfo> restoreInfo(const FileURL& trashed)
+{
+    const std::string root = trashed.deletingLastPathComponent().deletingLastPathComponent().path();
+    const std::string text =
+        readText(root + "/info/" + std::string(trashed.lastPathComponent()) + ".trashinfo");
+    const std::string head = "[Trash Info]\nPath=";
+    const std::string middle = "\nDeletionDate=";
+    const auto pathEnd = text.find(middle);
+    if (!text.starts_with(head) || pathEnd == std::string::npos || !text.ends_with('\n'))
+        return std::nullopt;
+    const auto path = decoded(text.substr(head.size(), pathEnd - head.size()));
+    const std::string rest = text.substr(pathEnd + middle.size());
+    if (!path || rest.find('\n') != rest.size() - 1)
+        return std::nullopt;
+    return RestoreInfo{*path, rest.substr(0, rest.size() - 1)};
+}
+
+bool isJustNow(const std::string& date)
+{
+    std::tm local{};
+    const char* const end = ::strptime(date.c_str(), "%Y-%m-%dT%H:%M:%S", &local);
+    local.tm_isdst = -1;
+    const double age = std::difftime(std::time(nullptr), std::mktime(&local));
+    return end && *end == '\0' && date.size() == 19 && age >= 0 && age < 60;
+}
+
+std::vector<std::string> namesIn(const std::string& path)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(path, error))
+        names.push_back(entry.path().filename().native());
+    return names;
+}
+
+std::uint64_t inodeOf(const std::string& path)
+{
+    struct stat status;
+    return ::lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+bool exists(const std::string& path)
+{
+    return inodeOf(path) != 0;
+}
+
+void writeText(const std::string& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+std::string readText(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace brisalon::tests

@@ -1,0 +1,267 @@
+#include "Brisalon/Platform/linux/DesktopTrash.h"
+
+#include "LoopVolume.h"
+#include "TrashProbe.h"
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brisalon::tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Reason = TrashFailure::Reason;
+
+/// A home on one file system, and a volume that is another.
+class VolumeTrashTest : public ::testing::Test {
+protected:
+    TemporaryTree home;
+    TemporaryTree volume{TemporaryTree::Storage::memory};
+    const std::string user = std::to_string(::getuid());
+    const std::string own = ".Trash-" + user;
+
+    void SetUp() override
+    {
+        if (!volume.isInMemory())
+            GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+        volume.file("items/folder/file", 5'000);
+    }
+
+    /// Each time as a new operation, which knows nothing of volumes yet.
+    std::variant<FileURL, TrashFailure> put(const std::string& path) const
+    {
+        const FileURL url(path);
+        return DesktopTrash(FileURL(home.at("Trash"))).put(TrashItem::record({&url, 1}).front());
+    }
+
+    /// The item went to that trash folder of the volume, and can be restored.
+    void expectMoved(const std::string& item, const std::string& trash) const
+    {
+        const std::string path = volume.at(item);
+        const auto inode = inodeOf(path);
+        const auto result = put(path);
+        const FileURL* const destination = std::get_if<FileURL>(&result);
+        ASSERT_TRUE(destination);
+        EXPECT_EQ(destination->deletingLastPathComponent().path(), volume.at(trash + "/files"));
+        EXPECT_EQ(inodeOf(destination->path()), inode);
+        EXPECT_FALSE(exists(path));
+        const auto info = restoreInfo(*destination);
+        ASSERT_TRUE(info);
+        EXPECT_EQ(info->path, item) << "from the volume's top";
+        EXPECT_TRUE(isJustNow(info->date));
+        struct stat status;
+        ASSERT_EQ(::stat(volume.at(trash).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, 0700U);
+    }
+
+    /// The item stays, and nothing of a trash appears on the volume or at home.
+    void expectLeft(const std::string& item) const
+    {
+        const auto before = namesIn(volume.path());
+        const auto inode = inodeOf(volume.at(item));
+        const auto result = put(volume.at(item));
+        const TrashFailure* const failure = std::get_if<TrashFailure>(&result);
+        ASSERT_TRUE(failure);
+        EXPECT_EQ(failure->reason, Reason::noTrash);
+        EXPECT_EQ(inodeOf(volume.at(item)), inode);
+        EXPECT_EQ(namesIn(volume.path()), before);
+        EXPECT_TRUE(namesIn(home.at("Trash/info")).empty());
+    }
+
+    void shareTrash(mode_t mode) const
+    {
+        volume.folder(".Trash");
+        ASSERT_EQ(::chmod(volume.at(".Trash").c_str(), mode), 0);
+    }
+
+    void remount(unsigned long flags, const char* options) const
+    {
+        ASSERT_EQ(::mount(nullptr, volume.path().c_str(), nullptr, MS_REMOUNT | flags, options), 0);
+    }
+};
+
+TEST_F(VolumeTrashTest, TheUsersOwnFolderAtTheTop)
+{
+    expectMoved("items/folder", own);
+    const std::string odd = "items/a%\n\xff";
+    volume.file(odd);
+    expectMoved(odd, own);
+    EXPECT_EQ(namesIn(volume.at(own + "/info")).size(), 2U);
+    EXPECT_TRUE(namesIn(home.at("Trash/files")).empty());
+}
+
+TEST_F(VolumeTrashTest, TheSharedFolderWhenItIsSticky)
+{
+    shareTrash(01777);
+    expectMoved("items/folder/file", ".Trash/" + user);
+    EXPECT_FALSE(exists(volume.at(own)));
+}
+
+TEST_F(VolumeTrashTest, ASharedFolderThatIsNotSafeIsNotUsed)
+{
+    shareTrash(0777);
+    expectMoved("items/folder/file", own);
+    EXPECT_TRUE(namesIn(volume.at(".Trash")).empty());
+
+    // A link to a safe one neither: whoever made it could make it lead elsewhere.
+    volume.remove(".Trash");
+    volume.folder("elsewhere");
+    ASSERT_EQ(::chmod(volume.at("elsewhere").c_str(), 01777), 0);
+    volume.link(".Trash", "elsewhere");
+    expectMoved("items/folder", own);
+    EXPECT_TRUE(namesIn(volume.at("elsewhere")).empty());
+
+    // The user's part may be a link as well.
+    volume.remove(".Trash");
+    shareTrash(01777);
+    volume.link(".Trash/" + user, "../elsewhere");
+    expectMoved("items", own);
+    EXPECT_TRUE(namesIn(volume.at("elsewhere")).empty());
+}
+
+TEST_F(VolumeTrashTest, NoUsableTrash)
+{
+    volume.folder("elsewhere");
+    volume.link(own, "elsewhere");
+    expectLeft("items/folder/file");
+    EXPECT_TRUE(namesIn(volume.at("elsewhere")).empty());
+
+    volume.remove(own);
+    volume.file(own);
+    expectLeft("items/folder");
+
+    if (::geteuid() == 0) {
+        volume.remove(own);
+        volume.folder(own);
+        ASSERT_EQ(::chown(volume.at(own).c_str(), 12345, 12345), 0);
+        expectLeft("items");
+    }
+}
+
+TEST_F(VolumeTrashTest, AVolumeThatCannotBeWritten)
+{
+    remount(MS_RDONLY, nullptr);
+    expectLeft("items/folder");
+    remount(0, nullptr);
+    expectMoved("items/folder/file", own);
+    remount(MS_RDONLY, nullptr);
+    expectLeft("items/folder");
+    EXPECT_EQ(namesIn(volume.at(own + "/info")).size(), 1U);
+}
+
+TEST_F(VolumeTrashTest, AVolumeWithoutRoomForTheInformation)
+{
+    expectMoved("items/folder/file", own);
+    // First no room for another file, then for what is in it.
+    remount(0, "nr_inodes=100");
+    volume.folder("filling");
+    for (int i = 0; i < 100; ++i)
+        writeText(volume.at("filling/" + std::to_string(i)), "");
+    expectLeft("items/folder");
+    EXPECT_EQ(namesIn(volume.at(own + "/info")).size(), 1U);
+
+    volume.remove("filling");
+    remount(0, "size=64k");
+    writeText(volume.at("filling"), std::string(100'000, 'x'));
+    expectLeft("items/folder");
+    EXPECT_EQ(namesIn(volume.at(own + "/info")).size(), 1U) << "what was begun is taken back";
+}
+
+TEST_F(VolumeTrashTest, NothingThatHoldsAVolumeMoves)
+{
+    volume.folder("mounted/here");
+    ASSERT_EQ(::mount("tmpfs", volume.at("mounted/here").c_str(), "tmpfs", 0, nullptr), 0);
+    volume.file("mounted/here/treasure");
+    for (const char* item : {"mounted/here", "mounted"}) {
+        const auto result = put(volume.at(item));
+        const TrashFailure* const failure = std::get_if<TrashFailure>(&result);
+        ASSERT_TRUE(failure) << item;
+        EXPECT_EQ(*failure, (TrashFailure{Reason::refused, EBUSY})) << item;
+    }
+    EXPECT_TRUE(exists(volume.at("mounted/here/treasure")));
+    // What is in it has a trash of its own there.
+    const auto result = put(volume.at("mounted/here/treasure"));
+    ASSERT_TRUE(std::holds_alternative<FileURL>(result));
+    EXPECT_EQ(std::get<FileURL>(result).path(),
+              volume.at("mounted/here/" + own + "/files/treasure"));
+    ::umount(volume.at("mounted/here").c_str());
+}
+
+TEST_F(VolumeTrashTest, APartOfTheHomesOwnVolumeMountedElsewhere)
+{
+    // The same disk, and yet nothing can be renamed across.
+    home.file("shown/items/file");
+    volume.folder("view");
+    ASSERT_EQ(
+        ::mount(home.at("shown").c_str(), volume.at("view").c_str(), nullptr, MS_BIND, nullptr), 0);
+    const auto result = put(volume.at("view/items/file"));
+    ASSERT_TRUE(std::holds_alternative<FileURL>(result));
+    EXPECT_EQ(std::get<FileURL>(result).path(), volume.at("view/" + own + "/files/file"));
+    const auto info = restoreInfo(std::get<FileURL>(result));
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->path, "items/file");
+    ::umount(volume.at("view").c_str());
+}
+
+TEST_F(VolumeTrashTest, OneOperationOverTwoFileSystems)
+{
+    home.file("items/first");
+    DesktopTrash trash{FileURL(home.at("Trash"))};
+    const std::vector<FileURL> urls{FileURL(home.at("items/first")),
+                                    FileURL(volume.at("items/folder/file")),
+                                    FileURL(home.at("items"))};
+    std::vector<std::string> places;
+    for (const TrashItem& item : TrashItem::record(urls)) {
+        const auto result = trash.put(item);
+        ASSERT_TRUE(std::holds_alternative<FileURL>(result));
+        places.push_back(std::get<FileURL>(result).path());
+    }
+    EXPECT_EQ(places, (std::vector<std::string>{home.at("Trash/files/first"),
+                                                volume.at(own + "/files/file"),
+                                                home.at("Trash/files/items")}));
+}
+
+TEST(LoopVolumeTrashTest, ADiskAsUsersPlugIn)
+{
+    const LoopVolume disk;
+    if (!disk.isMounted())
+        GTEST_SKIP() << "mounting an ext4 image takes the rights of the administrator, "
+                        "mkfs.ext4 and a loop device";
+    const TemporaryTree home;
+    fs::create_directories(disk.at("photos/holiday"));
+    writeText(disk.at("photos/holiday/1.jpg"), "sea");
+    writeText(disk.at("report"), "first");
+    const std::vector<FileURL> urls{FileURL(disk.at("photos")), FileURL(disk.at("report"))};
+    const std::vector<TrashItem> items = TrashItem::record(urls);
+    // ext4 gives the number of the file that went to the next that comes.
+    const auto number = inodeOf(disk.at("report"));
+    do {
+        fs::remove(disk.at("report"));
+        writeText(disk.at("report"), "second");
+    } while (TrashItem::record(urls)[1].identity->birth == items[1].identity->birth);
+    ASSERT_EQ(inodeOf(disk.at("report")), number);
+
+    DesktopTrash trash{FileURL(home.at("Trash"))};
+    const auto moved = trash.put(items[0]);
+    ASSERT_TRUE(std::holds_alternative<FileURL>(moved));
+    EXPECT_EQ(std::get<FileURL>(moved).path(),
+              disk.at(".Trash-" + std::to_string(::getuid()) + "/files/photos"));
+    EXPECT_EQ(readText(std::get<FileURL>(moved).path() + "/holiday/1.jpg"), "sea");
+    const auto left = trash.put(items[1]);
+    ASSERT_TRUE(std::holds_alternative<TrashFailure>(left));
+    EXPECT_EQ(std::get<TrashFailure>(left).reason, Reason::changed);
+    EXPECT_EQ(readText(disk.at("report")), "second");
+}
+
+} // namespace
+
+} // namespace brisalon::tests
