@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <set>
@@ -78,7 +78,6 @@ TEST_F(DesktopTrashTest, NamesOfAnyBytesCanBeRestored)
         "." + std::string(254, 'b'),
         "x." + std::string(253, 'c'),
     };
-    std::set<std::string> inodes;
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
         const std::string path = tree.at("items/" + name);

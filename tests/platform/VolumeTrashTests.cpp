@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <filesystem>
 
-#include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,0 +1,106 @@
+#include "Brisalon/Services/FullDiskAccess.h"
+
+#include "Brisalon/Platform/DesktopBundleInformation.h"
+#include "Brisalon/Platform/DesktopFileAccess.h"
+#include "Brisalon/Platform/HomeFolder.h"
+#include "Brisalon/Platform/MemoryBundleInformation.h"
+#include "Brisalon/Platform/MemoryFileAccess.h"
+#include "Brisalon/Platform/MemoryWorkspace.h"
+
+#include "TrashProbe.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace brisalon::tests {
+
+namespace {
+
+std::vector<std::string> hiddenPlaces()
+{
+    const std::string home = homeFolder().path();
+    return {"/Library/Application Support/com.apple.TCC/TCC.db",
+            home + "/Library/Safari/CloudTabs.db", home + "/Library/Safari/Bookmarks.plist",
+            home + "/Library/Mail"};
+}
+
+TEST(FullDiskAccess, TheFirstReadablePlaceSettlesIt)
+{
+    const std::vector<std::string> places = hiddenPlaces();
+    for (std::size_t readable = 0; readable < places.size(); ++readable) {
+        MemoryFileAccess access;
+        access.readablePaths = {places[readable], "/Library", homeFolder().path()};
+        EXPECT_TRUE(FullDiskAccess::isGranted(access)) << places[readable];
+        EXPECT_EQ(access.asked,
+                  std::vector<std::string>(
+                      places.begin(), places.begin() + static_cast<std::ptrdiff_t>(readable) + 1));
+    }
+    MemoryFileAccess access;
+    EXPECT_FALSE(FullDiskAccess::isGranted(access));
+    EXPECT_EQ(access.asked, places);
+}
+
+TEST(FullDiskAccess, ADesktopThatHidesNothingNeedsNoPermission)
+{
+    MemoryFileAccess access;
+    access.isHiding = false;
+    MemoryWorkspace workspace;
+    EXPECT_TRUE(FullDiskAccess::isGranted(access));
+    FullDiskAccess::openSettings(access, workspace);
+    EXPECT_TRUE(access.asked.empty());
+    EXPECT_TRUE(workspace.addresses.empty());
+    EXPECT_TRUE(FullDiskAccess::isGranted(DesktopFileAccess()));
+}
+
+TEST(FullDiskAccess, OlderSettingsAreAskedForWhenTheNewerDoNotOpen)
+{
+    const std::string newer = "x-apple.systempreferences:com.apple.settings.PrivacySecurity."
+                              "extension?Privacy_AllFiles";
+    const std::string older =
+        "x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles";
+    const MemoryFileAccess access;
+    MemoryWorkspace workspace;
+    FullDiskAccess::openSettings(access, workspace);
+    EXPECT_EQ(workspace.addresses, std::vector{newer});
+
+    workspace.addresses.clear();
+    workspace.refusedAddresses = {newer, older};
+    FullDiskAccess::openSettings(access, workspace);
+    EXPECT_EQ(workspace.addresses, (std::vector{newer, older}));
+}
+
+TEST(FullDiskAccess, TheProgramIsShownInTheFileManager)
+{
+    MemoryBundleInformation bundle;
+    bundle.place = FileURL("/Applications/Brisalon.app");
+    MemoryWorkspace workspace;
+    FullDiskAccess::revealAppInFinder(workspace, bundle);
+    EXPECT_EQ(workspace.revealed, std::vector{bundle.place});
+}
+
+TEST(BundleInformation, OfTheRunningProgram)
+{
+    const DesktopBundleInformation bundle;
+    EXPECT_EQ(bundle.url().lastPathComponent(), "brisalon_platform_tests");
+    EXPECT_TRUE(exists(bundle.url().path()));
+    EXPECT_EQ(bundle.text(BundleInformation::versionKey), "1.0.0");
+    EXPECT_TRUE(bundle.text(BundleInformation::buildKey));
+    EXPECT_FALSE(bundle.text("CFBundleName"));
+}
+
+TEST(FileAccess, WhatTheDesktopLetsRead)
+{
+    const DesktopFileAccess access;
+    const FileURL home = homeFolder();
+    const FileURL item = home.appendingPathComponent("na\xff\nme");
+    EXPECT_FALSE(access.isReadable(item));
+    writeText(item.path(), "");
+    EXPECT_TRUE(access.isReadable(item));
+    EXPECT_TRUE(access.isReadable(home));
+}
+
+} // namespace
+
+} // namespace brisalon::tests

@@ -1,0 +1,119 @@
+#include "Brisalon/Platform/DesktopWorkspace.h"
+
+#include "FileManager.h"
+
+#include <QDesktopServices>
+#include <QList>
+#include <QObject>
+#include <QTest>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+
+namespace brisalon::tests {
+
+namespace {
+
+using Manners = FileManager::Manners;
+
+/// Takes what the desktop would open otherwise.
+class Opener : public QObject {
+    Q_OBJECT
+
+public:
+    Opener()
+    {
+        QDesktopServices::setUrlHandler("file", this, "open");
+        QDesktopServices::setUrlHandler("x-test", this, "open");
+    }
+    ~Opener() override
+    {
+        QDesktopServices::unsetUrlHandler("file");
+        QDesktopServices::unsetUrlHandler("x-test");
+    }
+
+    QList<QByteArray> opened;
+
+public slots:
+    void open(const QUrl& url) { opened.append(url.toEncoded()); }
+};
+
+class RevealTest : public ::testing::Test {
+protected:
+    SessionBus* bus = SessionBus::start();
+    Opener opener;
+    DesktopWorkspace workspace{std::chrono::seconds(20)};
+
+    void SetUp() override
+    {
+        if (!bus)
+            GTEST_SKIP() << "there is no dbus-daemon";
+    }
+    bool waitForOpened()
+    {
+        return QTest::qWaitFor([this] { return !opener.opened.isEmpty(); });
+    }
+};
+
+TEST_F(RevealTest, TheFileManagerIsAskedByTheExactBytes)
+{
+    FileManager manager(*bus, Manners::answers);
+    workspace.reveal(FileURL("/a b/100%\xff\n\xc3\xa9"));
+    EXPECT_TRUE(manager.shown.isEmpty()) << "not before the call returns";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
+    EXPECT_EQ(manager.shown.constFirst(), QStringList("file:///a%20b/100%25%FF%0A%C3%A9"));
+    QTest::qWait(50);
+    EXPECT_EQ(manager.shown.size(), 1);
+    EXPECT_TRUE(opener.opened.isEmpty());
+}
+
+TEST_F(RevealTest, WithoutAFileManagerTheFolderOpens)
+{
+    workspace.reveal(FileURL("/a b/\xff/item"));
+    ASSERT_TRUE(waitForOpened());
+    EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///a%20b/%FF"});
+}
+
+TEST_F(RevealTest, AFileManagerThatRefuses)
+{
+    FileManager manager(*bus, Manners::refuses);
+    workspace.reveal(FileURL("/folder/item"));
+    ASSERT_TRUE(waitForOpened());
+    EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
+    EXPECT_EQ(manager.shown.size(), 1);
+}
+
+TEST_F(RevealTest, AFileManagerThatKeepsSilentIsWaitedForOnlySoLong)
+{
+    FileManager manager(*bus, Manners::keepsSilent);
+    DesktopWorkspace impatient(std::chrono::milliseconds(50));
+    impatient.reveal(FileURL("/folder/item"));
+    ASSERT_TRUE(waitForOpened());
+    EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
+
+    // A program that ends in between opens nothing any more.
+    opener.opened.clear();
+    auto leaving = std::make_unique<DesktopWorkspace>(std::chrono::milliseconds(50));
+    leaving->reveal(FileURL("/folder/item"));
+    leaving.reset();
+    QTest::qWait(120);
+    EXPECT_TRUE(opener.opened.isEmpty());
+}
+
+TEST_F(RevealTest, OnlyAddressesAreOpened)
+{
+    EXPECT_TRUE(workspace.openAddress("x-test:page?Privacy_AllFiles"));
+    EXPECT_EQ(opener.opened, QList<QByteArray>{"x-test:page?Privacy_AllFiles"});
+    for (const char* text : {"", "no address", "/etc/passwd", "http://[broken", "x-test:a b"})
+        EXPECT_FALSE(workspace.openAddress(text)) << text;
+    EXPECT_EQ(opener.opened.size(), 1);
+}
+
+} // namespace
+
+} // namespace brisalon::tests
+
+#include "RevealTests.moc"
