@@ -1,5 +1,6 @@
 #include "host/MountBarriers.h"
 
+#include "BrisalonCore/DiskScanner.h"
 #include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 using namespace brisalon;
 using host::MountBarriers;
@@ -204,8 +206,9 @@ TEST(MountBarriers, OfTheRunningSystem)
 {
     const tests::TemporaryTree tree;
     const std::string odd = "odd \n\t\\#\xff";
-    for (const std::string& name : std::vector<std::string>{
-             "memory", "proc", "again/below", "again/other", "stack", "hidden/proc", odd, "part"})
+    for (const std::string& name :
+         std::vector<std::string>{"memory", "proc", "again/below", "again/other", "stack",
+                                  "hidden/proc", odd, "part", "Inner.app/above", "Outer.app"})
         tree.folder(name);
     const std::string obstacle = withOwnMounts([&] {
         const auto mounted = [&](const char* type, const std::string& name) {
@@ -223,6 +226,8 @@ TEST(MountBarriers, OfTheRunningSystem)
         ASSERT_TRUE(mounted("tmpfs", "stack"));
         ASSERT_TRUE(mounted("proc", "hidden/proc"));
         ASSERT_TRUE(mounted("tmpfs", "hidden"));
+        ASSERT_TRUE(bound(tree.path(), "Inner.app/above"));
+        ASSERT_TRUE(mounted("proc", "Outer.app"));
 
         const MountBarriers barriers = MountBarriers::current(tree.path());
         EXPECT_TRUE(isBarrier(barriers, {"proc"}));
@@ -232,6 +237,19 @@ TEST(MountBarriers, OfTheRunningSystem)
         EXPECT_FALSE(isBarrier(barriers, {"memory"}));
         EXPECT_FALSE(isBarrier(barriers, {"stack"}));
         EXPECT_FALSE(isBarrier(barriers, {"hidden", "proc"}));
+
+        // To a scan they are empty folders.
+        std::int64_t items = 0;
+        const FileNode root = std::get<FileNode>(DiskScanner{0, 0}.scan(
+            tree.url(), [&](const ScanProgress& report) { items = report.visitedCount; }));
+        EXPECT_EQ(items, 11) << "9 folders and 2 inside \"again\"";
+        const FileNode* outer = root.child(tree.at("Outer.app"));
+        ASSERT_NE(outer, nullptr);
+        EXPECT_EQ(outer->kind(), NodeKind::directory);
+        EXPECT_FALSE(outer->canZoom());
+        struct stat status;
+        ASSERT_EQ(::stat(tree.at("Inner.app").c_str(), &status), 0);
+        EXPECT_EQ(root.allocatedSize(), status.st_blocks * 512);
     });
     if (!obstacle.empty())
         GTEST_SKIP() << "needs the right to mount (root): " << obstacle;

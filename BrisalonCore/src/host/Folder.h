@@ -37,8 +37,9 @@ public:
     /// the way there and at its end. Invalid when it cannot be read.
     static OpenFolder at(std::string_view path);
 
-    /// Opens the folder of that name in this one. Never follows a link and never
-    /// triggers an automount. Invalid when it is not a folder or cannot be read.
+    /// Opens the folder of that name in this one. Never follows a link. Invalid when
+    /// it is not a folder or cannot be read. Would trigger an automount: who walks
+    /// keeps away from the places that MountBarriers names.
     OpenFolder child(const char* name) const;
 
     /// Opens the folder that holds this one now.

@@ -199,9 +199,15 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
                               const std::string& pathForSkipping, const OpenFolder& handle,
                               Worker& worker) const
 {
+    const auto* place = folder.mounts ? folder.mounts->child(entry.name) : nullptr;
+    const bool isBarrier = place && place->isBarrier();
     ItemType type = entry.type;
     std::int64_t size = 0;
-    if (type == ItemType::other || type == ItemType::unknown) {
+    if (isBarrier) {
+        // Even a look at its size might hang.
+        if (type == ItemType::unknown)
+            type = ItemType::folder;
+    } else if (type == ItemType::other || type == ItemType::unknown) {
         const auto measure = handle.measure(entry.name);
         // What cannot be measured (any more) counts as an empty file.
         type = measure ? measure->type : ItemType::other;
@@ -213,15 +219,13 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
         return 0;
 
     if (type == ItemType::folder) {
-        const auto* place = folder.mounts ? folder.mounts->child(entry.name) : nullptr;
-        const bool isEntered = !(place && place->isBarrier());
         NodeKind kind = NodeKind::directory;
-        if (isEntered && host::isPackageName(entry.name)) {
+        if (!isBarrier && host::isPackageName(entry.name)) {
             const auto measure = handle.measure(entry.name);
             kind = NodeKind::package;
             size = measure ? measure->allocatedBytes : 0;
         }
-        worker.kept.push_back({appendName(worker.keptNames, entry.name), size, kind, isEntered});
+        worker.kept.push_back({appendName(worker.keptNames, entry.name), size, kind, !isBarrier});
         return 0; // a package's bytes are recorded when it has been measured
     }
     if (size < smallFileThreshold_) {
