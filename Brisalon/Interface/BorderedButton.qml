@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Brisalon.Theme
 
 // A small outlined button that shows a symbol, and says what it does in a tip.

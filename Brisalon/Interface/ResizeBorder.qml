@@ -4,10 +4,6 @@ import Brisalon.Theme
 // The window's edge: a hairline against what lies behind the window, and a narrow
 // band on every side and corner by which its size is changed.
 Item {
-    id: border
-
-    readonly property real band: 5
-
     Rectangle {
         anchors.fill: parent
         color: "transparent"
@@ -17,6 +13,7 @@ Item {
 
     component Edge: MouseArea {
         required property int edges
+        readonly property real band: 5
 
         onPressed: Window.window.startSystemResize(edges)
     }
@@ -24,33 +21,33 @@ Item {
     Edge {
         edges: Qt.TopEdge
         width: parent.width
-        height: border.band
+        height: band
         cursorShape: Qt.SizeVerCursor
     }
     Edge {
         edges: Qt.BottomEdge
         y: parent.height - height
         width: parent.width
-        height: border.band
+        height: band
         cursorShape: Qt.SizeVerCursor
     }
     Edge {
         edges: Qt.LeftEdge
-        width: border.band
+        width: band
         height: parent.height
         cursorShape: Qt.SizeHorCursor
     }
     Edge {
         edges: Qt.RightEdge
         x: parent.width - width
-        width: border.band
+        width: band
         height: parent.height
         cursorShape: Qt.SizeHorCursor
     }
 
     component Corner: Edge {
-        width: 2 * border.band
-        height: 2 * border.band
+        width: 2 * band
+        height: 2 * band
     }
 
     Corner {

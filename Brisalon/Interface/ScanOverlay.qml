@@ -32,9 +32,10 @@ Item {
     Loader {
         anchors.fill: parent
         active: overlay.map
+        // The Loader of Qt 6.4 refuses components that are bound to their context.
         sourceComponent: FrostedCard {
             cornerRadius: 14
-            map: overlay.map
+            map: overlay.map // qmllint disable unqualified
         }
     }
 

@@ -8,6 +8,7 @@ PlainButton {
 
     required property string symbol
     property bool isActive: false
+    readonly property color foreground: isActive ? Theme.text : Theme.textSecondary
 
     cornerRadius: 10
     leftPadding: 12
@@ -21,17 +22,15 @@ PlainButton {
         SymbolImage {
             name: button.symbol
             size: Theme.callout
-            color: label.color
+            color: button.foreground
         }
 
         Text {
-            id: label
-
             Layout.fillWidth: true
             text: button.text
             textFormat: Text.PlainText
             font: Theme.rounded(Theme.callout, button.isActive ? Font.DemiBold : Font.Medium)
-            color: button.isActive ? Theme.text : Theme.textSecondary
+            color: button.foreground
         }
     }
 

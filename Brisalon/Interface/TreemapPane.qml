@@ -3,6 +3,10 @@ import Brisalon.App
 import Brisalon.Theme
 
 // The large area in the middle: the map, or what stands in its place.
+//
+// Its components reach for its ids without being bound to their context, because
+// the Loader of Qt 6.4 refuses bound ones.
+// qmllint disable unqualified
 Item {
     id: pane
 

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Brisalon.Theme
 
 // One of the welcome screen's targets.
@@ -45,21 +46,20 @@ PlainButton {
                     color: Theme.text
                 }
 
-                Rectangle {
-                    implicitWidth: badge.implicitWidth + 16
-                    implicitHeight: badge.implicitHeight + 6
+                T.Label {
                     visible: card.isLastUsed
-                    radius: height / 2
-                    color: Theme.accentSoft
+                    leftPadding: 8
+                    rightPadding: 8
+                    topPadding: 3
+                    bottomPadding: 3
+                    text: "Last used"
+                    textFormat: Text.PlainText
+                    font: Theme.system(10, Font.DemiBold)
+                    color: Theme.accent
 
-                    Text {
-                        id: badge
-
-                        anchors.centerIn: parent
-                        text: "Last used"
-                        textFormat: Text.PlainText
-                        font: Theme.system(10, Font.DemiBold)
-                        color: Theme.accent
+                    background: Rectangle {
+                        radius: height / 2
+                        color: Theme.accentSoft
                     }
                 }
             }

@@ -3,8 +3,6 @@ import Brisalon.Theme
 
 // Close, minimise and zoom. Quiet until the pointer comes near.
 Row {
-    id: controls
-
     spacing: 8
 
     component Control: PlainButton {
@@ -12,6 +10,9 @@ Row {
 
         required property string symbol
         required property color tint
+        property bool isNear: false
+
+        readonly property bool isAwake: isNear || visualFocus
 
         width: 14
         height: 14
@@ -19,13 +20,13 @@ Row {
 
         background: Rectangle {
             radius: control.cornerRadius
-            color: !nearby.hovered && !control.visualFocus ? Theme.faded("white", 0.16)
+            color: !control.isAwake ? Theme.faded("white", 0.16)
                    : control.down ? Qt.darker(control.tint, 1.25) : control.tint
         }
 
         SymbolImage {
             anchors.centerIn: parent
-            visible: nearby.hovered || control.visualFocus
+            visible: control.isAwake
             name: control.symbol
             size: 7
             color: Theme.faded("black", 0.65)
@@ -43,6 +44,7 @@ Row {
         text: "Close"
         symbol: "xmark"
         tint: Theme.danger
+        isNear: nearby.hovered
         onClicked: Window.window.close()
     }
 
@@ -51,6 +53,7 @@ Row {
         text: "Minimise"
         symbol: "minus"
         tint: Theme.amber
+        isNear: nearby.hovered
         onClicked: Window.window.showMinimized()
     }
 
@@ -59,6 +62,7 @@ Row {
         text: "Zoom"
         symbol: "arrow.up.left.and.arrow.down.right"
         tint: Theme.success
+        isNear: nearby.hovered
         onClicked: {
             const window = Window.window;
             if (window.visibility === Window.Maximized)

@@ -52,15 +52,15 @@ void CornerGradient::paint(QPainter* painter)
         const auto fy = static_cast<float>(y);
         for (int x = 0; x < image.width(); ++x) {
             const auto fx = static_cast<float>(x);
-            const float way = reach > 0 ? std::sqrt(fx * fx + fy * fy) / reach
-                                        : fx * stepX + fy * stepY;
+            const float way =
+                reach > 0 ? std::sqrt(fx * fx + fy * fy) / reach : fx * stepX + fy * stepY;
             const float t = std::min(way, 1.f);
             const float threshold = row[static_cast<std::size_t>(x % 4)];
             const auto mix = [&](float a, float b) {
                 return std::min(static_cast<int>(a + t * (b - a) + threshold), 255);
             };
-            line[x] = qRgb(mix(from.red, to.red), mix(from.green, to.green),
-                           mix(from.blue, to.blue));
+            line[x] =
+                qRgb(mix(from.red, to.red), mix(from.green, to.green), mix(from.blue, to.blue));
         }
     }
     painter->drawImage(boundingRect(), image);

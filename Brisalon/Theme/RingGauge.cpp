@@ -66,7 +66,9 @@ void RingGauge::paint(QPainter* painter)
     gradient.setColorAt(1, from_);
     gradient.setColorAt(0, to_);
     painter->setPen(QPen(gradient, lineWidth_, Qt::SolidLine, Qt::RoundCap));
-    const auto sixteenths = [](double degrees) { return static_cast<int>(std::lround(16 * degrees)); };
+    const auto sixteenths = [](double degrees) {
+        return static_cast<int>(std::lround(16 * degrees));
+    };
     painter->drawArc(ring, sixteenths(start), sixteenths(-360 * std::min(fraction_, 1.0)));
 }
 

@@ -123,8 +123,8 @@ QColor Theme::faded(const QColor& color, double opacity)
 
 QFont Theme::system(int size, int weight)
 {
-    static const QStringList families{"Inter", "Inter Variable", "Cantarell", "Noto Sans",
-                                      "DejaVu Sans", "sans-serif"};
+    static const QStringList families{"Inter",     "Inter Variable", "Cantarell",
+                                      "Noto Sans", "DejaVu Sans",    "sans-serif"};
     return font(families, size, weight);
 }
 
@@ -132,8 +132,9 @@ QFont Theme::rounded(int size, int weight)
 {
     // The rounded family is drawn lighter than the interface's own: regular is set
     // in its medium, which its package has as a family, and all above in its bold.
-    static const QStringList regular{"Quicksand Medium", "Quicksand", "Nunito", "Varela Round",
-                                     "Inter", "Noto Sans", "DejaVu Sans", "sans-serif"};
+    static const QStringList regular{"Quicksand Medium", "Quicksand", "Nunito",
+                                     "Varela Round",     "Inter",     "Noto Sans",
+                                     "DejaVu Sans",      "sans-serif"};
     static const QStringList bold = regular.mid(1);
     return weight > QFont::Normal ? font(bold, size, QFont::Bold)
                                   : font(regular, size, QFont::Normal);

@@ -207,9 +207,8 @@ TEST_F(WindowTest, ALongWayScrollsInsteadOfPushingTheButtonsOut)
     ASSERT_TRUE(driver->waitForMap());
     const auto isInWindow = [this](const char* name) {
         const QQuickItem* const item = driver->find(name);
-        return item
-               && QRectF(QPointF(), window->size())
-                      .contains(item->mapRectToScene(item->boundingRect()));
+        return item && QRectF(QPointF(), window->size())
+                           .contains(item->mapRectToScene(item->boundingRect()));
     };
     EXPECT_TRUE(isInWindow("rescanButton"));
     EXPECT_TRUE(isInWindow("selectionSize"));

@@ -32,8 +32,8 @@ bool scanning(Stage& stage)
 bool map(Stage& stage)
 {
     stage.state.startScan(stage.folder);
-    return WindowDriver::waitFor([&] { return !stage.state.isScanning(); })
-           && stage.driver.waitForMap();
+    return WindowDriver::waitFor([&] { return !stage.state.isScanning(); }) &&
+           stage.driver.waitForMap();
 }
 
 using Accepts = bool (*)(const FileNode&);

@@ -51,8 +51,8 @@ bool WindowDriver::waitForMap() const
     return waitFor([this] {
         const QQuickItem* const view = find("treemapView");
         const auto* const map = view ? view->property("map").value<QQuickItem*>() : nullptr;
-        return map && map->property("upToDate").toBool() && view->opacity() == 1
-               && view->scale() == 1;
+        return map && map->property("upToDate").toBool() && view->opacity() == 1 &&
+               view->scale() == 1;
     });
 }
 

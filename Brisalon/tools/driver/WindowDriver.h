@@ -35,8 +35,7 @@ public:
     QPoint centre(const QString& objectName) const;
     /// The middle of the largest block of the map whose node is accepted, in the
     /// window; nothing when there is none.
-    std::optional<QPoint>
-    block(const std::function<bool(const FileNode&)>& isAccepted = {}) const;
+    std::optional<QPoint> block(const std::function<bool(const FileNode&)>& isAccepted = {}) const;
 
     void hover(QPoint point);
     void click(QPoint point);
