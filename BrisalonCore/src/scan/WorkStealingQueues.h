@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <cstddef>
@@ -23,7 +24,7 @@ public:
 
     std::size_t workerCount() const noexcept { return queues_.size(); }
 
-    /// Adds tasks to the worker's own queue.
+    /// Adds tasks to the worker's own queue, from which it must take one next.
     void push(std::size_t worker, std::span<const Task> tasks)
     {
         {
@@ -33,8 +34,9 @@ public:
             unfinished_ += tasks.size();
         }
         ++pushes_;
-        if (sleepers_ > 0)
-            wakeAll();
+        // The worker itself takes one: waking others for that one would only cost
+        // time, in a chain of folders for each of them.
+        wake(std::min<std::size_t>(tasks.size() - 1, sleepers_));
     }
 
     /// The next task for the worker, waiting for one if need be; nothing once
@@ -69,7 +71,7 @@ public:
     void finish()
     {
         if (--unfinished_ == 0)
-            wakeAll();
+            wake(queues_.size());
     }
 
 private:
@@ -98,12 +100,15 @@ private:
         return task;
     }
 
-    void wakeAll()
+    void wake(std::size_t workers)
     {
+        if (workers == 0)
+            return;
         {
             const std::lock_guard lock(sleep_);
         }
-        wake_.notify_all();
+        for (; workers > 0; --workers)
+            wake_.notify_one();
     }
 
     std::vector<Queue> queues_;
