@@ -1,7 +1,5 @@
 #include "Brisalon/Platform/linux/DesktopTrash.h"
 
-#include "Brisalon/Platform/ItemStatus.h"
-
 #include "TrashProbe.h"
 #include "support/TemporaryTree.h"
 
@@ -170,21 +168,6 @@ TEST_F(DesktopTrashTest, PathsBeyondTheLongestOne)
     EXPECT_TRUE(record(url.deletingLastPathComponent()).identity);
 }
 
-/// File systems know times no finer than the kernel's tick: returns when what is made
-/// from now on is younger than what was made before.
-void waitForTheNextBirth(const TemporaryTree& tree)
-{
-    const auto birth = [&tree] {
-        tree.remove("probe");
-        tree.file("probe");
-        return ItemStatus::read(FileURL(tree.at("probe")))->identity.birth;
-    };
-    const auto now = birth();
-    while (now != 0 && birth() == now) {
-    }
-    tree.remove("probe");
-}
-
 /// What may happen between the question and the answer, and what it leaves.
 struct Change {
     const char* name;
@@ -199,7 +182,7 @@ TEST_F(DesktopTrashTest, WhatIsNoLongerTheSameStays)
         {"gone", [](const TemporaryTree& t) { t.remove("folder/item"); }, {}},
         {"another file of its name, which may get the old one's number",
          [](const TemporaryTree& t) {
-             waitForTheNextBirth(t);
+             waitForTheNextBirth(t.path());
              t.remove("folder/item");
              t.file("folder/item");
          },

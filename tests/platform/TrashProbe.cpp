@@ -1,5 +1,7 @@
 #include "TrashProbe.h"
 
+#include "Brisalon/Platform/ItemStatus.h"
+
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -93,6 +95,20 @@ std::string readText(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void waitForTheNextBirth(const std::string& folder)
+{
+    const auto birth = [probe = folder + "/probe"] {
+        std::filesystem::remove(probe);
+        writeText(probe, "");
+        const auto status = ItemStatus::read(FileURL(probe));
+        return status ? status->identity.birth : 0;
+    };
+    const auto now = birth();
+    while (now != 0 && birth() == now) {
+    }
+    std::filesystem::remove(folder + "/probe");
 }
 
 } // namespace brisalon::tests

@@ -34,4 +34,8 @@ bool exists(const std::string& path);
 void writeText(const std::string& path, const std::string& text);
 std::string readText(const std::string& path);
 
+/// File systems know times no finer than the kernel's tick: returns when what is made
+/// in that folder from now on is younger than what was made before.
+void waitForTheNextBirth(const std::string& folder);
+
 } // namespace brisalon::tests

@@ -243,10 +243,9 @@ TEST(LoopVolumeTrashTest, ADiskAsUsersPlugIn)
     const std::vector<TrashItem> items = TrashItem::record(urls);
     // ext4 gives the number of the file that went to the next that comes.
     const auto number = inodeOf(disk.at("report"));
-    do {
-        fs::remove(disk.at("report"));
-        writeText(disk.at("report"), "second");
-    } while (TrashItem::record(urls)[1].identity->birth == items[1].identity->birth);
+    waitForTheNextBirth(disk.at("photos"));
+    fs::remove(disk.at("report"));
+    writeText(disk.at("report"), "second");
     ASSERT_EQ(inodeOf(disk.at("report")), number);
 
     DesktopTrash trash{FileURL(home.at("Trash"))};
