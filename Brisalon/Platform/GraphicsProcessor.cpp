@@ -38,16 +38,16 @@ bool hasGraphicsProcessor()
     const QByteArray name = rendererName();
     static constexpr std::array<std::string_view, 4> emulations{"llvmpipe", "softpipe", "swrast",
                                                                 "software rasterizer"};
-    return !name.isEmpty()
-           && std::none_of(emulations.begin(), emulations.end(), [&](std::string_view emulation) {
-                  return std::string_view(name).find(emulation) != std::string_view::npos;
-              });
+    return !name.isEmpty() &&
+           std::none_of(emulations.begin(), emulations.end(), [&](std::string_view emulation) {
+               return std::string_view(name).find(emulation) != std::string_view::npos;
+           });
 }
 
 void chooseGraphics()
 {
-    const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND")
-                          || qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
+    const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND") ||
+                          qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
     if (!isChosen && !hasGraphicsProcessor())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
