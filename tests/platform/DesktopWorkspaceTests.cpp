@@ -138,15 +138,15 @@ TEST_F(DesktopWorkspaceTest, TenThousandItemsLeaveTheInterfaceAnswering)
     EXPECT_TRUE(namesIn(tree.at("items")).empty());
     EXPECT_EQ(namesIn(tree.at("data/Trash/files")).size(), std::size_t{count});
     EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), std::size_t{count});
-    // Other work on the machine stretches the pauses, but not to a part of the whole
-    // that doing any of it here would take.
-    EXPECT_LT(longest, std::max<qint64>(50, duration / 5)) << duration << " ms in all";
+    // Other work on the machine stretches the pauses; doing this work here would be one
+    // long pause.
+    EXPECT_LT(longest, std::max<qint64>(250, duration / 2)) << duration << " ms in all";
     EXPECT_GT(ticks, 5);
 }
 
 TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
 {
-    constexpr std::size_t count = 3'000;
+    constexpr std::size_t count = 10'000;
     const std::vector<FileURL> urls = manyFiles(count);
     bool isEnded = false;
     workspace->recycle(TrashItem::record(urls),
@@ -158,6 +158,7 @@ TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
 
     EXPECT_FALSE(isEnded);
     const std::vector<std::string> moved = namesIn(tree.at("data/Trash/files"));
+    EXPECT_LT(moved.size(), count);
     EXPECT_EQ(moved.size() + namesIn(tree.at("items")).size(), count) << "nothing is lost";
     EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), moved.size());
     for (const std::string& name : moved)
