@@ -13,9 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -84,16 +86,19 @@ TEST_F(DesktopWorkspaceTest, WhatTheSystemSaysComesFirst)
 {
     tree.file("items/inside");
     tree.file("gone");
-    tree.folder("data/Trash");
-    const TrashRequest request = TrashRequest::make(
-        {FileURL(tree.at("gone")), FileURL(tree.at("data")), FileURL(tree.at("items"))}, 0);
+    tree.folder("data/Trash/info");
+    const TrashRequest request =
+        TrashRequest::make({FileURL(tree.at("gone")), FileURL(tree.at("data")),
+                            FileURL(tree.at("data/Trash/info")), FileURL(tree.at("items"))},
+                           0);
     tree.remove("gone");
-    // The trash cannot hold what it lies in.
+    // The trash cannot hold what it lies in, nor what it needs.
     const CleanReport report = move(request);
     EXPECT_EQ(report.movedCount, 1);
-    EXPECT_EQ(report.failures,
-              (std::vector<std::string>{"data: Invalid argument", "Could not move gone to Trash.",
-                                        "Could not move data to Trash."}));
+    EXPECT_EQ(report.failures, (std::vector<std::string>{
+                                   "data: " + std::generic_category().message(EINVAL),
+                                   "Could not move gone to Trash.", "Could not move data to Trash.",
+                                   "Could not move info to Trash."}));
 }
 
 TEST_F(DesktopWorkspaceTest, AFolderAndWhatIsInIt)
