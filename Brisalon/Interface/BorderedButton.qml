@@ -1,34 +1,72 @@
 import QtQuick
+import QtQuick.Templates as T
 import Brisalon.Theme
 
-// A small outlined button that shows a symbol, and says what it does in a tip.
+// A button with an outline: a symbol, a title or both, as `display` says. One that
+// shows its symbol only says what it does in a tip. A prominent one is filled with
+// its tint, for the step that a view is there for.
 PlainButton {
     id: button
 
-    required property string symbol
+    property string symbol: ""
+    property color tint: Theme.text
+    property bool isProminent: false
+    property bool isSmall: false
 
-    cornerRadius: 7
-    leftPadding: 9
-    rightPadding: 9
-    topPadding: 6
-    bottomPadding: 6
+    readonly property bool showsTitle: display !== T.AbstractButton.IconOnly
+    readonly property color foreground: isProminent ? "white" : tint
+
+    cornerRadius: isSmall ? 6 : 7
+    leftPadding: isSmall ? 8 : showsTitle ? 11 : 9
+    rightPadding: leftPadding
+    topPadding: isSmall ? 4 : 6
+    bottomPadding: topPadding
+    spacing: isSmall ? 4 : 6
+    font: Theme.rounded(isSmall ? Theme.subheadline : Theme.callout, Font.Medium)
     opacity: enabled ? 1 : 0.4
 
-    contentItem: SymbolImage {
-        name: button.symbol
-        size: Theme.callout
-        color: button.hovered ? Theme.text : Theme.textSecondary
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: Math.max(row.implicitHeight, button.isSmall ? 14 : 16)
+
+        Row {
+            id: row
+
+            anchors.centerIn: parent
+            spacing: button.spacing
+
+            SymbolImage {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.symbol !== ""
+                name: button.symbol
+                size: button.font.pixelSize
+                color: button.foreground
+            }
+
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.showsTitle
+                text: button.text
+                textFormat: Text.PlainText
+                font: button.font
+                color: button.foreground
+            }
+        }
     }
 
     background: Rectangle {
+        readonly property color fill: button.isProminent ? button.tint : "white"
+        readonly property real strength: button.down ? 0.14 : button.hovered ? 0.1 : 0.06
+
         radius: button.cornerRadius
-        color: Theme.faded("white", button.down ? 0.14 : button.hovered ? 0.1 : 0.06)
+        color: !button.isProminent ? Theme.faded(fill, strength)
+               : button.down ? Qt.darker(fill, 1.2) : button.hovered ? Qt.lighter(fill, 1.08) : fill
         border.width: 1
         border.color: Theme.stroke
     }
 
     HintTip {
         text: button.text
-        visible: button.hovered && !button.down
+        visible: !button.showsTitle && button.hovered && !button.down
     }
 }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Brisalon.App
 import Brisalon.Theme
 
@@ -29,6 +30,7 @@ Rectangle {
             visible: bar.appState.breadcrumbs.length >= 2
             symbol: "chevron.up"
             text: "Up one level"
+            display: T.AbstractButton.IconOnly
             onClicked: bar.appState.zoomUpOneLevel()
         }
 
@@ -48,6 +50,7 @@ Rectangle {
             objectName: "rescanButton"
             symbol: "arrow.clockwise"
             text: "Rescan"
+            display: T.AbstractButton.IconOnly
             enabled: !bar.appState.isScanning
             onClicked: bar.appState.startScan(bar.appState.scanRoot)
         }
@@ -69,6 +72,18 @@ Rectangle {
                 font: Theme.rounded(Theme.caption, Font.DemiBold)
                 color: Theme.accent
             }
+        }
+
+        BorderedButton {
+            objectName: "trashButton"
+            visible: bar.appState.hasSelection
+            enabled: !bar.appState.isScanning
+            symbol: "trash.fill"
+            text: "Move to Trash"
+            isProminent: true
+            tint: Theme.danger
+            font: Theme.rounded(Theme.callout, Font.DemiBold)
+            onClicked: bar.appState.requestTrashSelected()
         }
     }
 

@@ -43,6 +43,11 @@ FocusScope {
         ColumnLayout {
             spacing: 0
 
+            PermissionBanner {
+                Layout.fillWidth: true
+                appState: root.appState
+            }
+
             TreemapWorkspace {
                 Layout.fillWidth: true
                 Layout.fillHeight: true

@@ -69,20 +69,10 @@ PanelStyle {
             }
         }
 
-        PlainButton {
-            id: cancel
-
+        BorderlessButton {
             objectName: "cancelButton"
             text: "Cancel"
-            cornerRadius: 4
             onClicked: card.appState.cancelScan()
-
-            contentItem: Text {
-                text: cancel.text
-                textFormat: Text.PlainText
-                font: Theme.system(Theme.caption)
-                color: cancel.hovered ? Theme.textSecondary : Theme.muted
-            }
         }
     }
 }

@@ -10,9 +10,13 @@ Rectangle {
     required property AppState appState
     required property scanProgress progress
 
+    readonly property bool showsProgress: appState.isScanning && progress.isPresent
+    readonly property bool showsFailures: !showsProgress && appState.cleanFailures.length > 0
     readonly property string statusText: {
-        if (appState.isScanning && progress.isPresent)
+        if (showsProgress)
             return "Scanning · " + progress.visitedText + " items · " + progress.bytesText;
+        if (showsFailures)
+            return appState.cleanFailures.join(" · ");
         return appState.statusMessage || "Ready";
     }
 
@@ -36,13 +40,22 @@ Rectangle {
             color: bar.appState.isScanning ? Theme.accent : Theme.success
         }
 
+        SymbolImage {
+            objectName: "failureSymbol"
+            visible: bar.showsFailures
+            name: "exclamationmark.triangle.fill"
+            size: Theme.caption
+            color: Theme.amber
+        }
+
         Text {
             objectName: "statusText"
             Layout.fillWidth: true
             text: bar.statusText
             textFormat: Text.PlainText
             maximumLineCount: 1
-            elide: Text.ElideMiddle
+            // Failures are many sentences in a row, of which the first matter most.
+            elide: bar.showsFailures ? Text.ElideRight : Text.ElideMiddle
             font: Theme.rounded(Theme.caption)
             color: Theme.textSecondary
             Accessible.role: Accessible.StaticText
