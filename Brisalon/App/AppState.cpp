@@ -271,4 +271,11 @@ void AppState::refreshVolume()
            &AppState::volumeChanged);
 }
 
+void AppState::appear()
+{
+    refreshPermission();
+    refreshVolume();
+    listSnapshots();
+}
+
 } // namespace brisalon

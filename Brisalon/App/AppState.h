@@ -122,6 +122,7 @@ public:
     bool isTrashPending() const { return confirmTrash_.has_value(); }
     const LocalSnapshotValue& confirmSnapshot() const { return confirmSnapshot_; }
     void setConfirmSnapshot(const LocalSnapshotValue& snapshot);
+    Q_INVOKABLE void dismissSnapshot() { setConfirmSnapshot({}); }
     /// How the last move to the Trash went; absent once a scan has started.
     const std::optional<CleanReport>& lastClean() const { return lastClean_; }
     SidebarTab sidebarTab() const { return sidebarTab_; }
@@ -204,6 +205,10 @@ public:
 
     /// Reads the volume of the scanned folder, or the startup volume without a map.
     Q_INVOKABLE void refreshVolume();
+
+    /// What the window does when it first appears: asks for the permission, reads
+    /// the volume and lists the snapshots, in this order. Starts no scan.
+    Q_INVOKABLE void appear();
 
 signals:
     void treeChanged();

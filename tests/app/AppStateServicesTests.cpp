@@ -42,7 +42,9 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     ASSERT_EQ(state->snapshots().size(), 2);
     EXPECT_EQ(state->snapshots()[0].title(), QString::fromUtf8("2024-01-15 · 12:34"));
 
-    state->confirmPendingSnapshot(); // nothing waits
+    state->setConfirmSnapshot(state->snapshots()[0]);
+    state->dismissSnapshot();
+    state->confirmPendingSnapshot(); // nothing waits any more
     EXPECT_EQ(state->snapshots().size(), 2);
     state->setConfirmSnapshot(state->snapshots()[0]);
     state->confirmPendingSnapshot();
@@ -61,6 +63,30 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     state->setConfirmSnapshot(LocalSnapshot{token, ""});
     state->confirmPendingSnapshot();
     EXPECT_EQ(state->statusMessage(), "Could not delete snapshot 2024-01-15-123456.");
+}
+
+TEST_F(ServicesTest, AppearingAsksForThePermissionThenTheVolumeThenTheSnapshots)
+{
+    std::vector<std::string> order;
+    const auto record = [&](void (AppState::*changed)(), const char* name) {
+        QObject::connect(state.get(), changed, [&order, name] { order.emplace_back(name); });
+    };
+    record(&AppState::hasFullDiskAccessChanged, "permission");
+    record(&AppState::volumeChanged, "volume");
+    record(&AppState::snapshotsChanged, "snapshots");
+    record(&AppState::isScanningChanged, "scan");
+    list("x.2024-01-15-123456.local\n");
+    installTool("exit 1");
+    fileAccess.isHiding = false;
+    state->appear();
+    EXPECT_EQ(order, (std::vector<std::string>{"permission", "volume", "snapshots"}));
+    EXPECT_EQ(state->volume()->total, VolumeStats::read(FileURL("/"))->total);
+    EXPECT_TRUE(statuses.empty());
+
+    const TemporaryTree elsewhere(TemporaryTree::Storage::memory);
+    scan(elsewhere.url());
+    state->appear();
+    EXPECT_EQ(state->volume()->total, VolumeStats::read(elsewhere.url())->total);
 }
 
 TEST_F(ServicesTest, ThePermissionIsNoticedWhenItComesAndWhenItGoes)
