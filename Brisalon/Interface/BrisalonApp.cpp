@@ -4,6 +4,7 @@
 #include "Brisalon/Theme/Theme.h"
 
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickStyle>
 
 #include <utility>
@@ -15,6 +16,7 @@ void BrisalonApp::prepare()
     QCoreApplication::setOrganizationName("Brisalon");
     QCoreApplication::setApplicationName("Brisalon");
     QGuiApplication::setDesktopFileName("brisalon");
+    QGuiApplication::setWindowIcon(QIcon(":/qt/qml/Brisalon/Theme/LogoMark.svg"));
     QGuiApplication::setFont(Theme::system(Theme::body()));
     QQuickStyle::setStyle("Fusion");
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
