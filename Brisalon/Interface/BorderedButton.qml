@@ -54,15 +54,15 @@ PlainButton {
         }
     }
 
-    background: Rectangle {
+    background: ContinuousRectangle {
         readonly property color fill: button.isProminent ? button.tint : "white"
         readonly property real strength: button.down ? 0.14 : button.hovered ? 0.1 : 0.06
 
         radius: button.cornerRadius
         color: !button.isProminent ? Theme.faded(fill, strength)
                : button.down ? Qt.darker(fill, 1.2) : button.hovered ? Qt.lighter(fill, 1.08) : fill
-        border.width: 1
-        border.color: Theme.stroke
+        borderWidth: 1
+        borderColor: Theme.stroke
     }
 
     HintTip {

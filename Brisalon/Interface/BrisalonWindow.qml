@@ -18,6 +18,13 @@ Window {
     color: Theme.windowBackground
     visible: true
 
+    function toggleZoom() {
+        if (visibility === Window.Maximized)
+            showNormal();
+        else
+            showMaximized();
+    }
+
     // For what is not drawn by this program's own views: the folder panel where the
     // desktop has none.
     palette {

@@ -22,7 +22,7 @@ Item {
         height: parent.height + 2 * blur
     }
 
-    Rectangle {
+    ContinuousRectangle {
         anchors.fill: parent
         radius: 14
         visible: !overlay.map

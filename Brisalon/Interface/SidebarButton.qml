@@ -34,11 +34,11 @@ PlainButton {
         }
     }
 
-    background: Rectangle {
+    background: ContinuousRectangle {
         radius: button.cornerRadius
         color: button.isActive ? Theme.accentSoft
                : Theme.faded("white", button.down ? 0.06 : 0)
-        border.width: button.isActive ? 1 : 0
-        border.color: Theme.faded(Theme.accent, 0.35)
+        borderWidth: button.isActive ? 1 : 0
+        borderColor: Theme.faded(Theme.accent, 0.35)
     }
 }

@@ -18,7 +18,7 @@ PlainButton {
     contentItem: RowLayout {
         spacing: 14
 
-        Rectangle {
+        ContinuousRectangle {
             Layout.preferredWidth: 44
             Layout.preferredHeight: 44
             radius: 12
@@ -88,10 +88,10 @@ PlainButton {
         }
     }
 
-    background: Rectangle {
+    background: ContinuousRectangle {
         radius: card.cornerRadius
         color: Theme.panel
-        border.width: card.isLastUsed ? 1.5 : 1
-        border.color: card.isLastUsed ? Theme.faded(Theme.accent, 0.45) : Theme.stroke
+        borderWidth: card.isLastUsed ? 1.5 : 1
+        borderColor: card.isLastUsed ? Theme.faded(Theme.accent, 0.45) : Theme.stroke
     }
 }

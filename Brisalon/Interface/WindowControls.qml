@@ -63,12 +63,6 @@ Row {
         symbol: "arrow.up.left.and.arrow.down.right"
         tint: Theme.success
         isNear: nearby.hovered
-        onClicked: {
-            const window = Window.window;
-            if (window.visibility === Window.Maximized)
-                window.showNormal();
-            else
-                window.showMaximized();
-        }
+        onClicked: (Window.window as BrisalonWindow).toggleZoom()
     }
 }

@@ -1,9 +1,12 @@
 import QtQuick
 
-// Moves the window by its background. The press alone does nothing, so that the
-// window system only takes over once the pointer really drags.
+// Moves the window by its background; a double click on the band at its top, where
+// other windows have their title, zooms it. The press alone does nothing, so that
+// the window system only takes over once the pointer really drags.
 MouseArea {
     id: mover
+
+    readonly property real titleBand: 52
 
     property point pressed: Qt.point(0, 0)
     property bool isMoving: false
@@ -25,11 +28,8 @@ MouseArea {
             window.y += mouse.y - pressed.y;
         }
     }
-    onDoubleClicked: {
-        const window = Window.window;
-        if (window.visibility === Window.Maximized)
-            window.showNormal();
-        else
-            window.showMaximized();
+    onDoubleClicked: mouse => {
+        if (mapToItem(null, mouse.x, mouse.y).y < titleBand)
+            (Window.window as BrisalonWindow).toggleZoom();
     }
 }

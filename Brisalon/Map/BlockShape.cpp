@@ -1,5 +1,7 @@
 #include "Brisalon/Map/BlockShape.h"
 
+#include "Brisalon/Theme/ContinuousRectangle.h"
+
 namespace brisalon {
 
 BlockShape BlockShape::of(const QRectF& cell, double ratio)
@@ -27,8 +29,8 @@ BlockShape BlockShape::of(const QRectF& cell, double ratio)
     shape.top += gap;
     shape.right -= gap;
     shape.bottom -= gap;
-    shape.corner =
-        std::min(radius * cornerScale, std::max(std::min(shape.width(), shape.height()) / 2, 0.0));
+    shape.corner = std::min(radius * continuousCornerScale,
+                            std::max(std::min(shape.width(), shape.height()) / 2, 0.0));
     return shape;
 }
 

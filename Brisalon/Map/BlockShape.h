@@ -19,11 +19,6 @@ struct BlockShape {
     /// How far from the corner point the curve begins, on both edges.
     double corner = 0;
 
-    /// A superellipse of exponent 2.5 must begin this much farther out than a
-    /// circle's arc to cut the corner by the same amount on the diagonal:
-    /// (1 - 2^(-1/2)) / (1 - 2^(-1/2.5)).
-    static constexpr double cornerScale = 1.2098;
-
     /// The shape of the block with that cell (in points) at a device pixel
     /// ratio. The gap is min(short × 0.04, 2) points on every side, the corner
     /// radius min(max(short × 0.08, 4), 10) points, where short is the cell's

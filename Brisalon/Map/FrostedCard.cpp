@@ -1,5 +1,6 @@
 #include "Brisalon/Map/FrostedCard.h"
 
+#include "Brisalon/Theme/ContinuousRectangle.h"
 #include "Brisalon/Theme/Theme.h"
 
 #include <QPainter>
@@ -47,8 +48,7 @@ void FrostedCard::paint(QPainter* painter)
 {
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    QPainterPath shape;
-    shape.addRoundedRect(boundingRect(), cornerRadius_, cornerRadius_);
+    const QPainterPath shape = continuousRectanglePath(boundingRect(), cornerRadius_);
 
     QBrush fill(Theme::panel());
     if (map_) {
@@ -65,8 +65,8 @@ void FrostedCard::paint(QPainter* painter)
     painter->fillPath(shape, Theme::faded(Theme::panel(), tintOpacity));
 
     painter->setPen(QPen(Theme::strokeStrong(), 1));
-    painter->drawRoundedRect(boundingRect().adjusted(0.5, 0.5, -0.5, -0.5), cornerRadius_ - 0.5,
-                             cornerRadius_ - 0.5);
+    painter->drawPath(continuousRectanglePath(boundingRect().adjusted(0.5, 0.5, -0.5, -0.5),
+                                              cornerRadius_ - 0.5));
 }
 
 } // namespace brisalon

@@ -48,7 +48,7 @@ ListView {
             y: 6
             spacing: 6
 
-            Rectangle {
+            ContinuousRectangle {
                 anchors.verticalCenter: parent.verticalCenter
                 width: 10
                 height: 10

@@ -1,5 +1,7 @@
 #include "Brisalon/Theme/LogoMark.h"
 
+#include "Brisalon/Theme/ContinuousRectangle.h"
+
 #include <QBrush>
 #include <QImage>
 #include <QPainter>
@@ -24,7 +26,7 @@ void LogoMark::paint(QPainter* painter)
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     painter->setBrush(QBrush(image));
-    painter->drawRoundedRect(boundingRect(), cornerRadius_, cornerRadius_);
+    painter->drawPath(continuousRectanglePath(boundingRect(), cornerRadius_));
 }
 
 } // namespace brisalon

@@ -2,11 +2,11 @@ import QtQuick
 import Brisalon.Theme
 
 // The background of a panel.
-Rectangle {
+ContinuousRectangle {
     property real cornerRadius: 12
 
     radius: cornerRadius
     color: Theme.panel
-    border.width: 1
-    border.color: Theme.stroke
+    borderWidth: 1
+    borderColor: Theme.stroke
 }

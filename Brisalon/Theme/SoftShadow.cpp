@@ -1,6 +1,7 @@
 #include "Brisalon/Theme/SoftShadow.h"
 
 #include "Brisalon/Theme/BoxBlur.h"
+#include "Brisalon/Theme/ContinuousRectangle.h"
 
 #include <QImage>
 #include <QPainter>
@@ -47,8 +48,8 @@ void SoftShadow::paint(QPainter* painter)
     shape.scale(ratio, ratio);
     shape.setPen(Qt::NoPen);
     shape.setBrush(Qt::black);
-    shape.drawRoundedRect(boundingRect().adjusted(blur_, blur_, -blur_, -blur_), cornerRadius_,
-                          cornerRadius_);
+    shape.drawPath(continuousRectanglePath(boundingRect().adjusted(blur_, blur_, -blur_, -blur_),
+                                           cornerRadius_));
     shape.end();
     boxBlur(coverage, static_cast<int>(std::lround(blur_ * ratio)));
 

@@ -56,6 +56,8 @@ void SymbolImage::setColor(const QColor& color)
 
 void SymbolImage::paint(QPainter* painter)
 {
+    if (name_.isEmpty())
+        return;
     const QString file = QStringLiteral(":/qt/qml/Brisalon/Theme/symbols/%1.svg").arg(name_);
     QSvgRenderer drawing(file);
     if (!drawing.isValid()) {

@@ -11,8 +11,8 @@ namespace brisalon {
 /// Symbols are drawings on a square of 24 units, kept as resources under their
 /// names; only their coverage counts, the colour is put in when they are painted.
 /// `size` is the size of the text that the symbol stands beside, in points; the
-/// item is somewhat larger, as a symbol is beside capitals. An unknown name paints
-/// nothing and warns.
+/// item is somewhat larger, as a symbol is beside capitals. The empty name paints
+/// nothing, and so does an unknown one, which also warns.
 class SymbolImage : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
