@@ -8,6 +8,7 @@
 
 namespace brisalon {
 
+class BundleInformation;
 class DefaultsStore;
 class FileAccess;
 class FolderPanel;
@@ -20,6 +21,7 @@ struct AppServices {
     FolderPanel& folderPanel;
     Workspace& workspace;
     const FileAccess& fileAccess;
+    const BundleInformation& bundle;
     SnapshotService snapshots = {};
     /// Stands in for the scanner's when set.
     ScanTask::Scan scan = {};

@@ -93,13 +93,32 @@ QString AppState::lastUsedTarget() const
     return QStringLiteral("custom");
 }
 
-std::vector<LargeFileEntry> AppState::selectedLargeFileEntries() const
+QList<LargeFileEntry> AppState::selectedLargeFileEntries() const
 {
-    std::vector<LargeFileEntry> entries;
-    std::copy_if(
-        largeFiles_.begin(), largeFiles_.end(), std::back_inserter(entries),
-        [this](const LargeFileEntry& entry) { return selectedLargeFileIDs_.contains(entry.id()); });
+    QList<LargeFileEntry> entries;
+    for (const int row : selectedLargeFileRows())
+        entries.append(largeFiles_[row]);
     return entries;
+}
+
+QList<int> AppState::selectedLargeFileRows() const
+{
+    QList<int> rows;
+    for (int row = 0; row < largeFiles_.size(); ++row) {
+        if (selectedLargeFileIDs_.contains(largeFiles_[row].id()))
+            rows.append(row);
+    }
+    return rows;
+}
+
+void AppState::setSelectedLargeFileRows(const QList<int>& rows)
+{
+    std::set<std::string> ids;
+    for (const int row : rows) {
+        if (row >= 0 && row < largeFiles_.size())
+            ids.insert(largeFiles_[row].id());
+    }
+    setSelectedLargeFileIDs(std::move(ids));
 }
 
 std::int64_t AppState::selectedBytes() const

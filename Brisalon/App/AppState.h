@@ -51,6 +51,7 @@ class AppState : public QObject {
         QList<brisalon::FileNodeValue> breadcrumbs READ breadcrumbs NOTIFY breadcrumbsChanged)
     Q_PROPERTY(
         brisalon::FileNodeValue selected READ selected WRITE setSelected NOTIFY selectedChanged)
+    Q_PROPERTY(QList<brisalon::LargeFileEntry> largeFiles READ largeFiles NOTIFY largeFilesChanged)
     Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
     Q_PROPERTY(brisalon::ScanProgressValue progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(QString scanError READ scanError NOTIFY scanErrorChanged)
@@ -70,6 +71,10 @@ class AppState : public QObject {
     Q_PROPERTY(brisalon::VolumeStatsValue volume READ volume NOTIFY volumeChanged)
     Q_PROPERTY(QString lastUsedTarget READ lastUsedTarget NOTIFY lastUsedTargetChanged)
 
+    Q_PROPERTY(QList<int> selectedLargeFileRows READ selectedLargeFileRows WRITE
+                   setSelectedLargeFileRows NOTIFY selectionChanged)
+    Q_PROPERTY(QList<brisalon::LargeFileEntry> selectedLargeFileEntries READ
+                   selectedLargeFileEntries NOTIFY selectionChanged)
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
     Q_PROPERTY(QString selectedBytesText READ selectedBytesText NOTIFY selectionChanged)
     Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
@@ -98,7 +103,7 @@ public:
     const FileNodeValue& selected() const { return selected_; }
     void setSelected(const FileNodeValue& node);
     /// The 50 largest files of `tree`, largest first.
-    const std::vector<LargeFileEntry>& largeFiles() const { return largeFiles_; }
+    const QList<LargeFileEntry>& largeFiles() const { return largeFiles_; }
     /// The paths ticked in the list of largest files; while there are any, they
     /// and not `selected` are what the selection means.
     const std::set<std::string>& selectedLargeFileIDs() const { return selectedLargeFileIDs_; }
@@ -143,7 +148,11 @@ public:
     std::int64_t selectedBytes() const;
     QString selectedBytesText() const;
     /// Ticked large files in the order of `largeFiles`.
-    std::vector<LargeFileEntry> selectedLargeFileEntries() const;
+    QList<LargeFileEntry> selectedLargeFileEntries() const;
+    /// Where the ticked ones stand in `largeFiles`, ascending. Setting it ticks the
+    /// files of those rows and no others; rows that there are not are ignored.
+    QList<int> selectedLargeFileRows() const;
+    void setSelectedLargeFileRows(const QList<int>& rows);
     bool hasSelection() const;
     bool shouldShowFDABanner() const;
     /// What the window asks before a move to the Trash.
@@ -178,7 +187,7 @@ public:
 
     /// Shows the folder that holds the file, and selects the file. Nothing happens
     /// when the folder is not part of the tree.
-    void revealLargeFile(const LargeFileEntry& entry);
+    Q_INVOKABLE void revealLargeFile(const brisalon::LargeFileEntry& entry);
     /// Shows the item in the file manager; a protected one only if it exists.
     Q_INVOKABLE void requestReveal(const brisalon::FileURL& url);
 
@@ -200,6 +209,10 @@ public:
     /// Asks again whether Full Disk Access is granted. The first time that it is
     /// after it was not, fdaJustGranted says so.
     Q_INVOKABLE void refreshPermission();
+    /// Leads the user to where the permission is given: opens the system's page of
+    /// it, and shows the program in the file manager to be dragged there.
+    Q_INVOKABLE void openSettings();
+    Q_INVOKABLE void revealAppInFinder();
     /// Keeps the request for Full Disk Access away for seven calendar days.
     Q_INVOKABLE void dismissFDABanner();
 
@@ -261,7 +274,7 @@ private:
     FileNodeValue current_;
     QList<FileNodeValue> breadcrumbs_;
     FileNodeValue selected_;
-    std::vector<LargeFileEntry> largeFiles_;
+    QList<LargeFileEntry> largeFiles_;
     std::set<std::string> selectedLargeFileIDs_;
     bool isScanning_ = false;
     ScanProgressValue progress_;

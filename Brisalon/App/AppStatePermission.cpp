@@ -27,6 +27,16 @@ bool AppState::shouldShowFDABanner() const
     return !fdaJustGranted_;
 }
 
+void AppState::openSettings()
+{
+    FullDiskAccess::openSettings(services_.fileAccess, services_.workspace);
+}
+
+void AppState::revealAppInFinder()
+{
+    FullDiskAccess::revealAppInFinder(services_.workspace, services_.bundle);
+}
+
 void AppState::dismissFDABanner()
 {
     // Calendar days: a change of the clocks in between does not shift the hour.

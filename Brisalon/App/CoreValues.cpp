@@ -80,6 +80,11 @@ QString FileNodeValue::riskTitle() const
     return node_ ? ascii(title(node_->risk())) : QString();
 }
 
+QString FileNodeValue::riskSummary() const
+{
+    return ascii(summary(node_ ? node_->risk() : Risk::unknown));
+}
+
 int FileNodeValue::childCount() const
 {
     return node_ ? static_cast<int>(node_->children().size()) : 0;
@@ -97,6 +102,51 @@ bool operator==(const FileNodeValue& a, const FileNodeValue& b)
     // Nodes that share their children compare in constant time.
     return a.node_ && b.node_ && a.node_->children().data() == b.node_->children().data() &&
            *a.node_ == *b.node_;
+}
+
+QString LargeFileEntryValue::name() const
+{
+    return displayText(entry_.name);
+}
+
+QString LargeFileEntryValue::folderName() const
+{
+    return displayText(entry_.url.deletingLastPathComponent().lastPathComponent());
+}
+
+QString LargeFileEntryValue::path() const
+{
+    return displayPath(entry_.url.path());
+}
+
+QString LargeFileEntryValue::sizeText() const
+{
+    return ascii(ByteFormat::string(entry_.allocatedSize));
+}
+
+QString LargeFileEntryValue::hogKind() const
+{
+    return ascii(rawValue(entry_.hogKind));
+}
+
+QString LargeFileEntryValue::hogTitle() const
+{
+    return ascii(title(entry_.hogKind));
+}
+
+QString LargeFileEntryValue::risk() const
+{
+    return ascii(rawValue(entry_.risk));
+}
+
+QString LargeFileEntryValue::riskTitle() const
+{
+    return ascii(title(entry_.risk));
+}
+
+QString LargeFileEntryValue::riskSummary() const
+{
+    return ascii(summary(entry_.risk));
 }
 
 QString ScanProgressValue::currentPath() const

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "BrisalonCore/FileNode.h"
+#include "BrisalonCore/LargeFileEntry.h"
 #include "BrisalonCore/LocalSnapshot.h"
 #include "BrisalonCore/ScanProgress.h"
 #include "BrisalonCore/VolumeStats.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <QtQml/qqml.h>
@@ -32,6 +34,7 @@ class FileNodeValue {
     Q_PROPERTY(QByteArray id READ id CONSTANT)
     Q_PROPERTY(QString name READ name CONSTANT)
     Q_PROPERTY(QString path READ path CONSTANT)
+    Q_PROPERTY(brisalon::FileURL url READ url CONSTANT)
     Q_PROPERTY(qint64 allocatedSize READ allocatedSize CONSTANT)
     Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
     Q_PROPERTY(QString kindTitle READ kindTitle CONSTANT)
@@ -39,6 +42,9 @@ class FileNodeValue {
     Q_PROPERTY(QString hogTitle READ hogTitle CONSTANT)
     Q_PROPERTY(QString risk READ risk CONSTANT)
     Q_PROPERTY(QString riskTitle READ riskTitle CONSTANT)
+    Q_PROPERTY(QString riskSummary READ riskSummary CONSTANT)
+    Q_PROPERTY(bool isAggregate READ isAggregate CONSTANT)
+    Q_PROPERTY(qint64 smallFileCount READ smallFileCount CONSTANT)
     Q_PROPERTY(bool canZoom READ canZoom CONSTANT)
     Q_PROPERTY(int childCount READ childCount CONSTANT)
 
@@ -59,6 +65,7 @@ public:
     /// Name and path, decoded for people.
     QString name() const;
     QString path() const;
+    FileURL url() const { return node_ ? node_->url() : FileURL(); }
     qint64 allocatedSize() const { return node_ ? node_->allocatedSize() : 0; }
     QString sizeText() const;
     QString kindTitle() const;
@@ -68,6 +75,11 @@ public:
     QString hogTitle() const;
     QString risk() const;
     QString riskTitle() const;
+    /// What to consider before removing it.
+    QString riskSummary() const;
+    /// Whether it stands for the small files of a folder, and for how many.
+    bool isAggregate() const { return node_ && node_->kind().isAggregate(); }
+    qint64 smallFileCount() const { return node_ ? node_->kind().count() : 0; }
     bool canZoom() const { return node_ && node_->canZoom(); }
     int childCount() const;
 
@@ -81,6 +93,50 @@ public:
 
 private:
     std::shared_ptr<const FileNode> node_;
+};
+
+/// What QML sees of LargeFileEntry: one row of the list of largest files, with the
+/// same texts as the file's node.
+class LargeFileEntryValue {
+    Q_GADGET
+    QML_VALUE_TYPE(largeFileEntry)
+    QML_FOREIGN(brisalon::LargeFileEntry)
+    QML_EXTENDED(brisalon::LargeFileEntryValue)
+
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(QString folderName READ folderName CONSTANT)
+    Q_PROPERTY(QString path READ path CONSTANT)
+    Q_PROPERTY(brisalon::FileURL url READ url CONSTANT)
+    Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
+    Q_PROPERTY(QString hogKind READ hogKind CONSTANT)
+    Q_PROPERTY(QString hogTitle READ hogTitle CONSTANT)
+    Q_PROPERTY(QString risk READ risk CONSTANT)
+    Q_PROPERTY(QString riskTitle READ riskTitle CONSTANT)
+    Q_PROPERTY(QString riskSummary READ riskSummary CONSTANT)
+
+public:
+    QString name() const;
+    /// The name of the folder that holds the file.
+    QString folderName() const;
+    QString path() const;
+    const FileURL& url() const { return entry_.url; }
+    QString sizeText() const;
+    QString hogKind() const;
+    QString hogTitle() const;
+    QString risk() const;
+    QString riskTitle() const;
+    QString riskSummary() const;
+
+private:
+    LargeFileEntry entry_;
+};
+
+/// Lets QML index and walk the lists of them.
+class LargeFileEntryList {
+    Q_GADGET
+    QML_ANONYMOUS
+    QML_FOREIGN(QList<brisalon::LargeFileEntry>)
+    QML_SEQUENTIAL_CONTAINER(brisalon::LargeFileEntry)
 };
 
 /// A report of a scan, or none, for QML (value type `scanProgress`).

@@ -13,7 +13,8 @@ namespace {
 
 ScanTask::Finished finish(FileNode tree, const ScanTask::Request& request)
 {
-    std::vector<LargeFileEntry> largeFiles = LargeFiles::topFiles(tree, request.largeFileLimit);
+    const auto found = LargeFiles::topFiles(tree, request.largeFileLimit);
+    QList<LargeFileEntry> largeFiles(found.begin(), found.end());
     if (request.previous && *request.previous == tree)
         return {request.previous, std::move(largeFiles)};
     return {FileNodeValue(std::move(tree)), std::move(largeFiles)};

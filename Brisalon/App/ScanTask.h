@@ -4,13 +4,13 @@
 #include "BrisalonCore/DiskScanner.h"
 #include "BrisalonCore/LargeFileEntry.h"
 
+#include <QList>
 #include <QObject>
 
 #include <functional>
 #include <string>
 #include <thread>
 #include <variant>
-#include <vector>
 
 namespace brisalon {
 
@@ -35,7 +35,7 @@ public:
         /// The new tree; the previous one itself when the new one equals it, so
         /// that whoever compares the two need not visit them again.
         FileNodeValue tree;
-        std::vector<LargeFileEntry> largeFiles;
+        QList<LargeFileEntry> largeFiles;
     };
     /// The text is the description of an unexpected error, such as no memory.
     using Outcome = std::variant<Finished, ScanError, TaskCancelled, std::string>;

@@ -127,7 +127,7 @@ TEST_F(NavigationTest, TickedLargeFilesWinOverTheSelectionUntilTheMapIsClicked)
         {tree.at("root/flat.bin"), tree.at("root/outer/inner/deep.bin"), "/nowhere"});
     EXPECT_EQ(state->selectedBytes(), 4 * mib);
     const auto entries = state->selectedLargeFileEntries();
-    ASSERT_EQ(entries.size(), 2u);
+    ASSERT_EQ(entries.size(), 2);
     EXPECT_EQ(entries[0].name, "deep.bin") << "in the list's order";
 
     state->setSelectedLargeFileIDs({"/nowhere"});

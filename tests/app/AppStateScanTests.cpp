@@ -1,7 +1,6 @@
 #include "ModelFixture.h"
 
 #include "Brisalon/Platform/HomeFolder.h"
-#include "Brisalon/tools/driver/WindowDriver.h"
 
 #include <chrono>
 #include <filesystem>
@@ -55,7 +54,7 @@ TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
     EXPECT_FALSE(state->selected());
     EXPECT_TRUE(state->scanError().isEmpty());
     EXPECT_EQ(state->progress()->visitedCount, 4);
-    ASSERT_EQ(state->largeFiles().size(), 2u);
+    ASSERT_EQ(state->largeFiles().size(), 2);
     EXPECT_EQ(state->largeFiles().front().name, "a.mov");
 }
 
@@ -176,8 +175,7 @@ TEST_F(ScanTest, CancellingIsSeenAtOnceAndAgainWhenTheWalkNotices)
     EXPECT_FALSE(state->isScanning());
     EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
 
-    EXPECT_TRUE(
-        WindowDriver::waitFor([this] { return state->statusMessage() == "Scan was cancelled."; }));
+    EXPECT_TRUE(waitFor([this] { return state->statusMessage() == "Scan was cancelled."; }));
     EXPECT_TRUE(state->scanError().isEmpty());
     EXPECT_FALSE(state->tree());
     EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));

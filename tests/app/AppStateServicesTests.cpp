@@ -136,7 +136,7 @@ TEST_F(ServicesTest, RevealsLargeFilesInTheMap)
     tree.file("top.bin", 2 * mib);
     tree.file("a/small", 4 * kib);
     scan(tree.url());
-    ASSERT_EQ(state->largeFiles().size(), 2u);
+    ASSERT_EQ(state->largeFiles().size(), 2);
     state->setSelectedLargeFileIDs({state->largeFiles()[0].id()});
     state->revealLargeFile(state->largeFiles()[0]);
     EXPECT_EQ(crumbNames(),

@@ -1,7 +1,6 @@
 #include "ModelFixture.h"
 
 #include "Brisalon/Platform/DesktopWorkspace.h"
-#include "Brisalon/tools/driver/WindowDriver.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 
 #include <algorithm>
@@ -49,7 +48,7 @@ protected:
     {
         const auto status = state->statusMessage();
         state->confirmPendingTrash();
-        ASSERT_TRUE(WindowDriver::waitFor([&] { return state->statusMessage() != status; }));
+        ASSERT_TRUE(waitFor([&] { return state->statusMessage() != status; }));
         waitForEnd();
     }
 };
@@ -110,7 +109,7 @@ TEST_F(TrashTest, ReportsTheMoveAndScansAgainUnderTheOldMap)
     gate.holdResult();
     state->confirmPendingTrash();
     EXPECT_FALSE(state->isTrashPending());
-    ASSERT_TRUE(WindowDriver::waitFor([&] { return state->isScanning(); }));
+    ASSERT_TRUE(waitFor([&] { return state->isScanning(); }));
     ASSERT_TRUE(gate.waitForScan());
     EXPECT_TRUE(state->tree()) << "the old map stays";
     EXPECT_FALSE(state->lastClean()) << "cleared by the scan";
@@ -153,7 +152,7 @@ TEST_F(TrashTest, AModelThatGoesDuringAMoveIsNotCalledAnyMore)
     state->requestTrashSelected();
     workspace.holdsMoves = true;
     state->confirmPendingTrash();
-    ASSERT_TRUE(WindowDriver::waitFor([&] { return !workspace.requests.empty(); }));
+    ASSERT_TRUE(waitFor([&] { return !workspace.requests.empty(); }));
     state.reset();
     EXPECT_TRUE(workspace.releaseMove());
     letEverythingHappen();
@@ -170,6 +169,7 @@ protected:
             .folderPanel = panel,
             .workspace = desktop,
             .fileAccess = fileAccess,
+            .bundle = bundle,
             .snapshots = SnapshotService(tools.at("tmutil")),
         });
     }

@@ -1,7 +1,5 @@
 #include "ModelFixture.h"
 
-#include "Brisalon/tools/driver/WindowDriver.h"
-
 #include <QTest>
 
 namespace brisalon::tests {
@@ -23,6 +21,7 @@ AppServices ModelFixture::services()
         .folderPanel = panel,
         .workspace = workspace,
         .fileAccess = fileAccess,
+        .bundle = bundle,
         .snapshots = SnapshotService(tools.at("tmutil")),
         .scan = gate.scan(),
         .now = [this] { return now; },
@@ -35,9 +34,14 @@ void ModelFixture::scan(const FileURL& root)
     waitForEnd();
 }
 
+bool ModelFixture::waitFor(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, 20'000);
+}
+
 void ModelFixture::waitForEnd() const
 {
-    ASSERT_TRUE(WindowDriver::waitFor([this] { return !state->isScanning(); }));
+    ASSERT_TRUE(waitFor([this] { return !state->isScanning(); }));
 }
 
 void ModelFixture::letEverythingHappen()

@@ -4,6 +4,7 @@
 #include "support/TemporaryTree.h"
 
 #include "Brisalon/App/AppState.h"
+#include "Brisalon/Platform/MemoryBundleInformation.h"
 #include "Brisalon/Platform/MemoryDefaultsStore.h"
 #include "Brisalon/Platform/MemoryFileAccess.h"
 #include "Brisalon/Platform/MemoryWorkspace.h"
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -31,7 +33,10 @@ protected:
 
     /// Scans to the end, whatever that is.
     void scan(const FileURL& root);
-    /// Lets the events be handled until no scan runs.
+    /// Lets events be handled until the condition holds; false when it does not
+    /// within a generous time.
+    static bool waitFor(const std::function<bool()>& condition);
+    /// The same until no scan runs.
     void waitForEnd() const;
     /// Lets the events be handled for a moment: whatever is still under way and
     /// should have no effect gets the chance to have one.
@@ -46,6 +51,7 @@ protected:
     MemoryDefaultsStore store;
     MemoryWorkspace workspace;
     MemoryFileAccess fileAccess;
+    MemoryBundleInformation bundle;
     std::chrono::system_clock::time_point now{std::chrono::seconds(1'700'000'000)};
     FakeFolderPanel panel;
     ScanGate gate;
