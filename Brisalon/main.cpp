@@ -1,4 +1,5 @@
 #include "Brisalon/Interface/BrisalonApp.h"
+#include "Brisalon/Platform/DesktopBundleInformation.h"
 #include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/DesktopWorkspace.h"
 #include "Brisalon/Platform/SettingsDefaultsStore.h"
@@ -12,6 +13,7 @@ int main(int argc, char* argv[])
     brisalon::SettingsDefaultsStore store;
     brisalon::DesktopWorkspace workspace;
     const brisalon::DesktopFileAccess fileAccess;
-    brisalon::BrisalonApp brisalon({store, workspace, fileAccess});
+    const brisalon::DesktopBundleInformation bundle;
+    brisalon::BrisalonApp brisalon({store, workspace, fileAccess, bundle});
     return brisalon.open() ? QGuiApplication::exec() : 1;
 }

@@ -8,6 +8,8 @@ Item {
 
     required property AppState appState
 
+    signal aboutRequested()
+
     readonly property list<T.Action> scan: [
         T.Action {
             text: "Scan Home Folder"
@@ -34,6 +36,11 @@ Item {
             onTriggered: commands.appState.startScan(commands.appState.scanRoot)
         }
     ]
+
+    readonly property T.Action about: T.Action {
+        text: "About Brisalon"
+        onTriggered: commands.aboutRequested()
+    }
 
     Shortcut {
         sequence: "Escape"

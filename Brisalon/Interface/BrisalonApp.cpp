@@ -25,11 +25,13 @@ void BrisalonApp::prepare()
 
 BrisalonApp::BrisalonApp(Surroundings surroundings)
     : folderPanel_(engine_),
+      product_(surroundings.bundle, surroundings.workspace),
       state_({
           .defaults = surroundings.defaults,
           .folderPanel = surroundings.folderPanel ? *surroundings.folderPanel : folderPanel_,
           .workspace = surroundings.workspace,
           .fileAccess = surroundings.fileAccess,
+          .bundle = surroundings.bundle,
           .snapshots = std::move(surroundings.snapshots),
           .scan = std::move(surroundings.scan),
       })
@@ -47,6 +49,7 @@ QQuickWindow* BrisalonApp::open(const QVariantMap& properties)
 {
     QVariantMap initial = properties;
     initial.insert("appState", QVariant::fromValue(&state_));
+    initial.insert("product", QVariant::fromValue(&product_));
     engine_.setInitialProperties(initial);
     engine_.load(QUrl("qrc:/qt/qml/Brisalon/Interface/BrisalonWindow.qml"));
     if (!engine_.rootObjects().isEmpty())

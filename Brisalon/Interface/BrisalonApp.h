@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Brisalon/App/AppState.h"
+#include "Brisalon/Interface/ProductInformation.h"
 #include "Brisalon/Platform/QuickFolderPanel.h"
 
 #include <QPointer>
@@ -25,6 +26,7 @@ public:
         DefaultsStore& defaults;
         Workspace& workspace;
         const FileAccess& fileAccess;
+        const BundleInformation& bundle;
         SnapshotService snapshots = {};
         ScanTask::Scan scan = {};
         FolderPanel* folderPanel = nullptr;
@@ -44,6 +46,7 @@ public:
 private:
     QQmlApplicationEngine engine_;
     QuickFolderPanel folderPanel_;
+    ProductInformation product_;
     AppState state_;
     QPointer<QQuickWindow> window_;
 };

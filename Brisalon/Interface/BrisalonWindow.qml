@@ -1,5 +1,6 @@
 import QtQuick
 import Brisalon.App
+import Brisalon.Interface
 import Brisalon.Theme
 
 // The one window. It has no frame of the desktop's: its content reaches up to the
@@ -8,6 +9,8 @@ Window {
     id: window
 
     required property AppState appState
+    required property ProductInformation product
+    property bool showAbout: false
 
     title: "Brisalon"
     width: 1280
@@ -47,9 +50,12 @@ Window {
         id: commands
 
         appState: window.appState
+        onAboutRequested: window.showAbout = true
     }
 
     RootView {
+        id: rootView
+
         anchors.fill: parent
         focus: true
         appState: window.appState
@@ -59,5 +65,27 @@ Window {
     ResizeBorder {
         anchors.fill: parent
         visible: window.visibility === Window.Windowed
+    }
+
+    Sheet {
+        id: aboutSheet
+
+        behind: rootView
+        visible: window.showAbout
+        onAboutToHide: window.showAbout = false
+
+        // The Loader of Qt 6.4 refuses components that are bound to their context.
+        // qmllint disable unqualified
+        contentItem: Loader {
+            active: aboutSheet.visible
+            focus: true
+            sourceComponent: AboutView {
+                focus: true
+                appState: window.appState
+                product: window.product
+                onClosed: window.showAbout = false
+            }
+        }
+        // qmllint enable unqualified
     }
 }

@@ -50,7 +50,7 @@ T.Menu {
             Text {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
-                text: entry.action ? entry.action.shortcut : ""
+                text: entry.action?.shortcut ?? ""
                 textFormat: Text.PlainText
                 font: Theme.system(Theme.subheadline)
                 color: Theme.muted
@@ -74,5 +74,22 @@ T.Menu {
     }
     Entry {
         action: menu.commands.scan[3]
+    }
+    T.MenuSeparator {
+        implicitWidth: 230
+        implicitHeight: 11
+
+        contentItem: Item {}
+        background: Rectangle {
+            x: 10
+            y: 5
+            width: parent.width - 20
+            height: 1
+            color: Theme.stroke
+        }
+    }
+    Entry {
+        objectName: "aboutEntry"
+        action: menu.commands.about
     }
 }

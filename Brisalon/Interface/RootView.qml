@@ -10,7 +10,7 @@ FocusScope {
     required property AppState appState
     required property AppCommands commands
 
-    Component.onCompleted: appState.refreshVolume()
+    Component.onCompleted: appState.appear()
 
     SteadyProgress {
         id: steady
@@ -61,5 +61,26 @@ FocusScope {
                 progress: steady.progress
             }
         }
+    }
+
+    ConfirmationDialog {
+        behind: root
+        question: root.appState.isTrashPending ? root.appState.trashTitle : ""
+        explanation: root.appState.trashMessage
+        action: "Move to Trash"
+        symbol: "trash.fill"
+        onConfirmed: root.appState.confirmPendingTrash()
+        onDismissed: root.appState.dismissTrash()
+    }
+
+    ConfirmationDialog {
+        behind: root
+        question: root.appState.confirmSnapshot.isPresent
+                  ? "Delete local Time Machine snapshot?" : ""
+        explanation: "Local snapshots can free a lot of space, but Time Machine will have to recopy that data later. This cannot be undone from Trash."
+        action: "Delete Snapshot"
+        symbol: "clock.arrow.circlepath"
+        onConfirmed: root.appState.confirmPendingSnapshot()
+        onDismissed: root.appState.dismissSnapshot()
     }
 }

@@ -19,6 +19,7 @@ void failOnWarnings(QtMsgType type, const QMessageLogContext&, const QString& me
 WindowFixture::WindowFixture() : realHome_(std::getenv("HOME"))
 {
     ::setenv("HOME", home.path().c_str(), 1);
+    fileAccess.isHiding = false;
     qInstallMessageHandler(failOnWarnings);
 }
 
@@ -32,7 +33,7 @@ WindowFixture::~WindowFixture()
 void WindowFixture::start()
 {
     app = std::make_unique<BrisalonApp>(BrisalonApp::Surroundings{
-        store, workspace, fileAccess, SnapshotService("/missing"), gate.scan()});
+        store, workspace, fileAccess, bundle, snapshots, gate.scan()});
     window = app->open();
     ASSERT_NE(window, nullptr);
     driver.emplace(*window);

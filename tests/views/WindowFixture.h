@@ -3,8 +3,9 @@
 #include "support/TemporaryTree.h"
 
 #include "Brisalon/Interface/BrisalonApp.h"
-#include "Brisalon/Platform/DesktopFileAccess.h"
+#include "Brisalon/Platform/MemoryBundleInformation.h"
 #include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/Platform/MemoryFileAccess.h"
 #include "Brisalon/Platform/MemoryWorkspace.h"
 #include "Brisalon/tools/driver/ScanGate.h"
 #include "Brisalon/tools/driver/WindowDriver.h"
@@ -26,7 +27,7 @@ protected:
     WindowFixture();
     ~WindowFixture() override;
 
-    /// Starts the program; `store` may be filled before.
+    /// Starts the program; what it works with may be set up before.
     void start();
     /// Waits until no scan runs and the map is painted; false when it does not come.
     bool mapAppears();
@@ -39,7 +40,11 @@ protected:
     TemporaryTree home;
     MemoryDefaultsStore store;
     MemoryWorkspace workspace;
-    DesktopFileAccess fileAccess;
+    /// Hides nothing: the permission is as good as granted, unless a test says
+    /// otherwise.
+    MemoryFileAccess fileAccess;
+    MemoryBundleInformation bundle;
+    SnapshotService snapshots{"/missing"};
     ScanGate gate;
     std::unique_ptr<BrisalonApp> app;
     QQuickWindow* window = nullptr;

@@ -115,6 +115,69 @@ bool menu(Stage& stage)
     return true;
 }
 
+bool confirmTrash(Stage& stage)
+{
+    if (!selected(stage))
+        return false;
+    stage.state.requestTrashSelected();
+    return WindowDriver::waitFor([&] { return stage.driver.find("confirmButton") != nullptr; });
+}
+
+bool confirmSnapshot(Stage& stage)
+{
+    if (!map(stage))
+        return false;
+    stage.state.setConfirmSnapshot(LocalSnapshot{"2026-03-14-091500", {}});
+    return WindowDriver::waitFor([&] { return stage.driver.find("confirmButton") != nullptr; });
+}
+
+bool about(Stage& stage)
+{
+    if (!menu(stage) ||
+        !WindowDriver::waitFor([&] { return stage.driver.find("aboutEntry") != nullptr; }))
+        return false;
+    stage.driver.click(stage.driver.centre("aboutEntry"));
+    return WindowDriver::waitFor([&] { return stage.driver.find("aboutView") != nullptr; });
+}
+
+bool aboutHelp(Stage& stage)
+{
+    if (!about(stage))
+        return false;
+    stage.driver.click(stage.driver.centre("aboutHelpButton"));
+    return stage.driver.find("aboutCallout") != nullptr;
+}
+
+void setPermission(Stage& stage, bool isGranted)
+{
+    stage.fileAccess.isHiding = !isGranted;
+    stage.state.refreshPermission();
+}
+
+bool banner(Stage& stage)
+{
+    setPermission(stage, false);
+    return welcome(stage);
+}
+
+bool bannerGranted(Stage& stage)
+{
+    setPermission(stage, false);
+    setPermission(stage, true);
+    return map(stage);
+}
+
+bool welcomeFDA(Stage& stage)
+{
+    setPermission(stage, false);
+    stage.state.dismissFDABanner();
+    // The card moves when the banner goes.
+    return WindowDriver::waitFor([&] {
+        stage.driver.hover(stage.driver.centre("scanThisMacCard"));
+        return stage.driver.find("fdaSection") != nullptr;
+    });
+}
+
 constexpr std::array states{
     CaptureState{"welcome", "the start", welcome},
     CaptureState{"welcome-hover", "the pointer on the second card", welcomeHover},
@@ -127,6 +190,13 @@ constexpr std::array states{
     CaptureState{"zoomed", "the largest folder double-clicked", zoomed},
     CaptureState{"updating", "a rescan, part of the way", updating},
     CaptureState{"empty", "an empty folder", emptyFolder},
+    CaptureState{"confirm-trash", "asking before a move to the Trash", confirmTrash},
+    CaptureState{"confirm-snapshot", "asking before a snapshot is deleted", confirmSnapshot},
+    CaptureState{"about", "the About panel", about},
+    CaptureState{"about-help", "the About panel with its help open", aboutHelp},
+    CaptureState{"banner", "the request for Full Disk Access", banner},
+    CaptureState{"banner-granted", "Full Disk Access was just granted", bannerGranted},
+    CaptureState{"welcome-fda", "the second card without Full Disk Access", welcomeFDA},
     CaptureState{"failure", "a folder that does not exist", failure},
 };
 

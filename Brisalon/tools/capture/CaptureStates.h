@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Brisalon/Interface/BrisalonApp.h"
+#include "Brisalon/Platform/MemoryFileAccess.h"
 #include "Brisalon/tools/driver/ScanGate.h"
 #include "Brisalon/tools/driver/WindowDriver.h"
 #include "BrisalonCore/FileURL.h"
@@ -14,6 +15,8 @@ struct Stage {
     AppState& state;
     ScanGate& gate;
     WindowDriver& driver;
+    /// Hides nothing at first, so that the permission is as good as granted.
+    MemoryFileAccess& fileAccess;
     FileURL folder;
 };
 

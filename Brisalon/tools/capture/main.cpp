@@ -3,9 +3,10 @@
 
 #include "CaptureStates.h"
 
-#include "Brisalon/Platform/DesktopFileAccess.h"
+#include "Brisalon/Platform/DesktopBundleInformation.h"
 #include "Brisalon/Platform/HomeFolder.h"
 #include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "Brisalon/Platform/MemoryFileAccess.h"
 #include "Brisalon/Platform/MemoryWorkspace.h"
 
 #include <QCommandLineParser>
@@ -104,16 +105,18 @@ int main(int argc, char* argv[])
     BrisalonApp::prepare();
     MemoryDefaultsStore store;
     MemoryWorkspace workspace;
-    const DesktopFileAccess fileAccess;
+    MemoryFileAccess fileAccess;
+    fileAccess.isHiding = false;
+    const DesktopBundleInformation bundle;
     ScanGate gate;
-    BrisalonApp app({store, workspace, fileAccess, {}, gate.scan()});
+    BrisalonApp app({store, workspace, fileAccess, bundle, {}, gate.scan()});
     QQuickWindow* const window =
         app.open({{"width", order.size.width()}, {"height", order.size.height()}});
     if (!window || !QTest::qWaitForWindowExposed(window))
         return EXIT_FAILURE;
 
     WindowDriver driver(*window);
-    Stage stage{app.state(), gate, driver, order.folder};
+    Stage stage{app.state(), gate, driver, fileAccess, order.folder};
     if (!order.state->enter(stage)) {
         QTextStream(stderr) << "The window did not get into the state \"" << order.state->name
                             << "\".\n";
