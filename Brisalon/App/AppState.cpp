@@ -179,7 +179,7 @@ void AppState::startScan(const FileURL& root)
     assign(lastClean_, {}, &AppState::lastCleanChanged);
 
     tasks_.push_back(std::make_unique<ScanTask>(
-        services_.scan, ScanTask::Request{root, tree_, largeFileLimit}, *this,
+        services_.scan, ScanTask::Request{root, tree_, largeFileLimit},
         ScanTask::Handlers{
             [this](const ScanProgress& progress) {
                 assign(progress_, ScanProgressValue(progress), &AppState::progressChanged);

@@ -76,6 +76,7 @@ class AppState : public QObject {
     Q_PROPERTY(QList<brisalon::LargeFileEntry> selectedLargeFileEntries READ
                    selectedLargeFileEntries NOTIFY selectionChanged)
     Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
+    Q_PROPERTY(bool hasTickedLargeFiles READ hasTickedLargeFiles NOTIFY selectionChanged)
     Q_PROPERTY(QString selectedBytesText READ selectedBytesText NOTIFY selectionChanged)
     Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
     Q_PROPERTY(QString trashTitle READ trashTitle NOTIFY confirmTrashChanged)
@@ -154,6 +155,7 @@ public:
     QList<int> selectedLargeFileRows() const;
     void setSelectedLargeFileRows(const QList<int>& rows);
     bool hasSelection() const;
+    bool hasTickedLargeFiles() const { return !selectedLargeFileIDs_.empty(); }
     bool shouldShowFDABanner() const;
     /// What the window asks before a move to the Trash.
     QString trashTitle() const;

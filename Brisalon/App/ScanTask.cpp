@@ -2,7 +2,8 @@
 
 #include "BrisalonCore/LargeFiles.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 
 #include <exception>
 #include <utility>
@@ -37,21 +38,37 @@ ScanTask::Outcome run(const ScanTask::Scan& scan, const ScanTask::Request& reque
 
 } // namespace
 
-ScanTask::ScanTask(Scan scan, Request request, QObject& receiver, Handlers handlers)
-    : thread_([this, scan = std::move(scan), request = std::move(request), &receiver,
-               handlers = std::move(handlers)](std::stop_token cancellation) {
-          const auto post = [&receiver](auto call) {
-              QMetaObject::invokeMethod(&receiver, std::move(call), Qt::QueuedConnection);
-          };
-          const auto report = [&](const ScanProgress& progress) {
-              post([progressed = handlers.progressed, progress] { progressed(progress); });
-          };
-          Outcome outcome = run(scan, request, report, std::move(cancellation));
-          post([this, ended = handlers.ended, outcome = std::move(outcome)]() mutable {
-              ended(*this, std::move(outcome));
-          });
+ScanTask::ScanTask(Scan scan, Request request, Handlers handlers)
+    : handlers_(std::move(handlers)),
+      thread_([this, scan = std::move(scan),
+               request = std::move(request)](std::stop_token cancellation) {
+          const auto report = [this](const ScanProgress& progress) { post(progress); };
+          post(run(scan, request, report, std::move(cancellation)));
       })
 {
+}
+
+void ScanTask::post(Report report)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        reports_.push_back(std::move(report));
+    }
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+void ScanTask::customEvent(QEvent*)
+{
+    std::unique_lock lock(mutex_);
+    Report report = std::move(reports_.front());
+    reports_.pop_front();
+    lock.unlock();
+
+    if (const ScanProgress* const progress = std::get_if<ScanProgress>(&report))
+        return handlers_.progressed(*progress);
+    // A copy, because the handler may destroy the task and with it the original.
+    const auto ended = handlers_.ended;
+    ended(*this, std::get<Outcome>(std::move(report)));
 }
 
 } // namespace brisalon

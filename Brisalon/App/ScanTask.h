@@ -7,7 +7,9 @@
 #include <QList>
 #include <QObject>
 
+#include <deque>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <variant>
@@ -18,13 +20,13 @@ namespace brisalon {
 ///
 /// All that takes longer than a frame on a large tree happens on that thread: the
 /// walk, the search for the largest files, the comparison with the previous tree.
-/// What the thread has to say is posted to the receiver's thread, one queued call
-/// for each report, in order, the end last. The receiver outlives the task; calls
-/// still queued when the receiver goes are dropped.
+/// What the thread has to say is handled on the thread that made the task, which
+/// must have an event loop: one event for each report, in order, the end last.
 ///
-/// Used from the receiver's thread. Destruction stops the scan and waits for its
-/// thread, which takes as long as the scanner needs for the item that it is at.
-class ScanTask {
+/// Used from that thread. Destruction stops the scan and waits for its thread, which
+/// takes as long as the scanner needs for the item that it is at; what has not been
+/// handled by then is dropped.
+class ScanTask final : private QObject {
 public:
     /// What walks: DiskScanner::scan of a scanner, or a test's stand-in.
     using Scan =
@@ -48,17 +50,29 @@ public:
     };
     struct Handlers {
         std::function<void(const ScanProgress&)> progressed;
+        /// May destroy the task.
         std::function<void(ScanTask&, Outcome)> ended;
     };
 
     /// Starts at once.
-    ScanTask(Scan scan, Request request, QObject& receiver, Handlers handlers);
+    ScanTask(Scan scan, Request request, Handlers handlers);
 
     /// Asks the scan to stop; it ends soon, in any of the four ways.
     void cancel() { thread_.request_stop(); }
     bool isCancelled() const { return thread_.get_stop_token().stop_requested(); }
 
 private:
+    using Report = std::variant<ScanProgress, Outcome>;
+
+    void post(Report report);
+    void customEvent(QEvent* event) override;
+
+    const Handlers handlers_;
+    std::mutex mutex_;
+    /// What the thread has said and nobody has handled yet; an event is posted for
+    /// each. Guarded by the mutex.
+    std::deque<Report> reports_;
+    /// Last, so that it has ended before what it writes to goes.
     std::jthread thread_;
 };
 

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Brisalon/App/AppState.h"
+
+#include <QAbstractListModel>
+#include <QList>
+#include <QtQml/qqmlregistration.h>
+
+namespace brisalon {
+
+/// The largest files of the last scan as a list of rows, and what clicks and keys on
+/// it do. Which files are ticked is the application's; of its own the list has a
+/// current row, where the keyboard is, and an anchor, where ranges start.
+///
+/// Both are rows of the list as it is: when a scan replaces it, the current row stays
+/// with its file, or near where that was; the anchor, and ticks of files that are
+/// listed no more, are dropped. The anchor also goes when nothing is ticked any more.
+///
+/// Main thread. Without the application's model, which must outlive it, it is empty.
+class LargeFilesModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(brisalon::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged
+                   REQUIRED)
+    /// -1 for none. Announced after every replacement of the rows, too.
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged)
+
+public:
+    /// The roles, by their names in QML.
+    enum Role {
+        entry = Qt::UserRole, ///< the LargeFileEntry
+        isSelected,           ///< whether it is ticked
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    AppState* appState() const { return state_; }
+    void setAppState(AppState* state);
+    int currentRow() const { return currentRow_; }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// A click on a row, with the modifiers (Qt::KeyboardModifiers) that were held:
+    /// without any, ticks only this row and shows its file in the map; with Ctrl,
+    /// ticks or unticks it; with Shift, ticks the rows from the anchor to it and no
+    /// others; with both, those in addition.
+    Q_INVOKABLE void click(int row, int modifiers = 0);
+
+    /// A key (Qt::Key) on the list: Up, Down, Home and End move the current row and
+    /// tick it alone, with Shift the rows from the anchor to it, with Ctrl nothing;
+    /// Space ticks or unticks it; Ctrl+A ticks all; Return shows the current file in
+    /// the map; Escape unticks all; Delete asks for the Trash unless a scan runs.
+    /// False for a key that means nothing here, as Escape and Delete do while
+    /// nothing is ticked.
+    Q_INVOKABLE bool press(int key, int modifiers = 0);
+
+    /// The keyboard comes to the list: without a current row, the first ticked one
+    /// becomes it, or else the first.
+    Q_INVOKABLE void enter();
+
+signals:
+    void appStateChanged();
+    void currentRowChanged();
+
+private:
+    void replaceRows();
+    void updateTicks();
+    void setCurrentRow(int row);
+    void tickOnly(int row);
+    void toggle(int row);
+    void tickRange(int row, bool isAddition);
+    void moveTo(int row, Qt::KeyboardModifiers modifiers);
+    void reveal(int row);
+
+    AppState* state_ = nullptr;
+    QList<LargeFileEntry> files_;
+    /// The ticked rows, ascending.
+    QList<int> ticked_;
+    int currentRow_ = -1;
+    int anchor_ = -1;
+};
+
+} // namespace brisalon
