@@ -32,6 +32,7 @@ ContinuousRectangle {
         spacing: 8
 
         Rectangle {
+            objectName: "stepCircle" + step.number
             Layout.alignment: Qt.AlignTop
             Layout.preferredWidth: 16
             Layout.preferredHeight: 16
@@ -39,7 +40,6 @@ ContinuousRectangle {
             color: Theme.accentSoft
 
             Text {
-                objectName: "stepNumber" + step.number
                 anchors.centerIn: parent
                 text: step.number
                 textFormat: Text.PlainText
@@ -84,7 +84,6 @@ ContinuousRectangle {
                 spacing: 2
 
                 Text {
-                    objectName: "calloutTitle"
                     text: "Full Disk Access"
                     textFormat: Text.PlainText
                     font: Theme.rounded(callout.compact ? Theme.caption : Theme.callout,
@@ -93,7 +92,6 @@ ContinuousRectangle {
                 }
 
                 Text {
-                    objectName: "calloutDetail"
                     Layout.fillWidth: true
                     text: "Without it, Mail, Safari, and much of System Data stay hidden during This Mac scans."
                     textFormat: Text.PlainText

@@ -14,6 +14,7 @@ Rectangle {
     readonly property bool thanks: appState.fdaJustGranted
     readonly property Item content: thanks ? granted : request
 
+    objectName: "permissionBanner"
     visible: thanks || appState.shouldShowFDABanner
     implicitWidth: content.implicitWidth + 40
     implicitHeight: content.implicitHeight + 24
@@ -91,7 +92,6 @@ Rectangle {
             }
 
             ColumnLayout {
-                objectName: "requestTexts"
                 Layout.fillWidth: true
                 spacing: 3
 
