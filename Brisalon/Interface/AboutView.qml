@@ -21,8 +21,6 @@ FocusScope {
     objectName: "aboutView"
     implicitWidth: 420
     implicitHeight: column.implicitHeight + 72
-    Accessible.role: Accessible.Dialog
-    Accessible.name: "About Brisalon"
 
     // Before whatever button has the keyboard: those are pressed with Space here.
     Shortcut {

@@ -71,6 +71,7 @@ Window {
         id: aboutSheet
 
         behind: rootView
+        name: "About Brisalon"
         visible: window.showAbout
         onAboutToHide: window.showAbout = false
 

@@ -11,6 +11,11 @@ T.Popup {
     // What has the keyboard again afterwards: a focus scope, which remembers where
     // in it the keyboard was.
     required property Item behind
+    // What a screen reader calls it.
+    required property string name
+    property string description: ""
+    // What has the keyboard at first, and shows it.
+    property Item initialFocus: contentItem
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
@@ -24,8 +29,23 @@ T.Popup {
 
     // At once, because the keys of an opening sheet belong to it and not to what is
     // behind.
-    onAboutToShow: contentItem.forceActiveFocus(Qt.PopupFocusReason)
+    onVisibleChanged: {
+        if (visible)
+            initialFocus.forceActiveFocus(Qt.TabFocusReason);
+        introduce();
+    }
+    onNameChanged: introduce()
+    onDescriptionChanged: introduce()
     onAboutToHide: behind.forceActiveFocus(Qt.PopupFocusReason)
+
+    // A popup is no item and takes no words; the item that it shows itself with does.
+    function introduce() {
+        if (!visible)
+            return;
+        const shell = contentItem.parent;
+        shell.Accessible.name = name;
+        shell.Accessible.description = description;
+    }
 
     background: Item {
         SoftShadow {
@@ -63,13 +83,6 @@ T.Popup {
             to: 1
             duration: 120
             easing.type: Easing.OutQuad
-        }
-        NumberAnimation {
-            property: "scale"
-            from: 0.97
-            to: 1
-            duration: 160
-            easing.type: Easing.OutCubic
         }
     }
 

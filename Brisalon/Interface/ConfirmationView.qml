@@ -1,0 +1,98 @@
+import QtQuick
+import QtQuick.Templates as T
+import Brisalon.Theme
+
+// The words of a confirmation, with the destructive button before Cancel.
+FocusScope {
+    id: view
+
+    required property string question
+    required property string explanation
+    required property string action
+    required property string symbol
+    readonly property alias cancelButton: cancel
+
+    signal confirmed()
+    signal dismissed()
+
+    implicitHeight: column.implicitHeight
+
+    Column {
+        id: column
+
+        width: parent.width
+        spacing: 20
+
+        Row {
+            width: parent.width
+            spacing: 16
+
+            Rectangle {
+                id: tile
+
+                width: 44
+                height: 44
+                radius: 22
+                color: Theme.faded(Theme.danger, 0.15)
+
+                SymbolImage {
+                    anchors.centerIn: parent
+                    name: view.symbol
+                    size: 18
+                    color: Theme.danger
+                }
+            }
+
+            Column {
+                width: parent.width - tile.width - parent.spacing
+                topPadding: 2
+                spacing: 6
+
+                Text {
+                    objectName: "confirmationTitle"
+                    width: parent.width
+                    text: view.question
+                    textFormat: Text.PlainText
+                    wrapMode: Text.Wrap
+                    font: Theme.rounded(Theme.title3, Font.DemiBold)
+                    color: Theme.text
+                }
+
+                Text {
+                    objectName: "confirmationMessage"
+                    width: parent.width
+                    text: view.explanation
+                    textFormat: Text.PlainText
+                    wrapMode: Text.Wrap
+                    lineHeight: 1.2
+                    font: Theme.system(Theme.callout)
+                    color: Theme.textSecondary
+                }
+            }
+        }
+
+        Row {
+            anchors.right: parent.right
+            spacing: 10
+
+            BorderedButton {
+                objectName: "confirmButton"
+                text: view.action
+                display: T.AbstractButton.TextOnly
+                // Dark enough for white letters.
+                tint: Qt.darker(Theme.danger, 1.35)
+                isProminent: true
+                onClicked: view.confirmed()
+            }
+
+            BorderedButton {
+                id: cancel
+
+                objectName: "cancelConfirmationButton"
+                text: "Cancel"
+                display: T.AbstractButton.TextOnly
+                onClicked: view.dismissed()
+            }
+        }
+    }
+}
