@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Brisalon/App/CoreValues.h"
 #include "BrisalonCore/HogKind.h"
 
 #include <QColor>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 #include <string_view>
 
@@ -12,11 +15,14 @@ namespace brisalon {
 ///
 /// A known hog has a fixed colour for its kind; everything else gets a hue from
 /// its name, so neighbours differ while each keeps its colour from one launch
-/// to the next. Opaque sRGB. No state; any thread.
-class NodeColor {
-public:
-    NodeColor() = delete;
+/// to the next. Opaque sRGB. No state; any thread. A singleton in QML, which never
+/// sees the bytes of a name and hands over the item instead.
+class NodeColor : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
 
+public:
     /// `name` is the item's name as bytes; it matters for HogKind::none alone.
     static QColor color(HogKind kind, std::string_view name);
 
@@ -24,6 +30,10 @@ public:
     /// from Bernstein's djb2 hash (h × 33 + byte, 64 bits, wrapping) of the
     /// bytes exactly as they are. The empty name has hue 341.
     static QColor hashed(std::string_view name);
+
+    /// The same of an item as QML has it; transparent for none.
+    Q_INVOKABLE static QColor ofNode(const brisalon::FileNodeValue& node);
+    Q_INVOKABLE static QColor ofFile(const brisalon::LargeFileEntry& file);
 };
 
 } // namespace brisalon
