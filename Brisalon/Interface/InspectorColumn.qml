@@ -1,9 +1,92 @@
 import QtQuick
+import QtQuick.Layouts
 import Brisalon.App
+import Brisalon.Theme
 
 // The column at the right: what is selected, and the lists below it.
-Item {
+//
+// Its components reach for its ids without being bound to their context, because
+// the Loader of Qt 6.4 refuses bound ones.
+// qmllint disable unqualified
+Rectangle {
+    id: column
+
     required property AppState appState
 
+    signal zoomRequested(node: fileNode)
+
     implicitWidth: 380
+    color: Theme.panel
+
+    // Here and not in the list, which comes and goes with its tab.
+    LargeFilesModel {
+        id: largestFiles
+
+        appState: column.appState
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        InspectPanel {
+            objectName: "inspectPanel"
+            Layout.fillWidth: true
+            appState: column.appState
+            onZoomRequested: node => column.zoomRequested(node)
+        }
+
+        Rectangle {
+            objectName: "inspectorDivider"
+            Layout.fillWidth: true
+            Layout.preferredHeight: 1
+            color: Theme.stroke
+        }
+
+        SegmentedPicker {
+            objectName: "inspectorPicker"
+            Layout.fillWidth: true
+            Layout.leftMargin: 16
+            Layout.rightMargin: 16
+            Layout.topMargin: 12
+            Layout.bottomMargin: 12
+            title: "Inspector"
+            // In the order of SidebarTab.
+            segments: ["Largest", "Snapshots"]
+            current: column.appState.sidebarTab
+            onPicked: index => column.appState.sidebarTab = index
+        }
+
+        Loader {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            sourceComponent: [largeFiles, snapshots][column.appState.sidebarTab]
+        }
+    }
+
+    Component {
+        id: largeFiles
+
+        LargeFilesSidebar {
+            objectName: "largeFilesSidebar"
+            appState: column.appState
+            files: largestFiles
+        }
+    }
+
+    Component {
+        id: snapshots
+
+        SnapshotPanel {
+            objectName: "snapshotPanel"
+            appState: column.appState
+        }
+    }
+
+    Rectangle {
+        objectName: "inspectorEdge"
+        width: 1
+        height: parent.height
+        color: Theme.stroke
+    }
 }

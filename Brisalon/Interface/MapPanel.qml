@@ -12,14 +12,20 @@ PanelStyle {
 
     required property AppState appState
 
-    // Whether the next change of level is one that the user saw coming by zooming
-    // in on the map itself: it is animated, all others happen at once.
+    // Whether the next change of level is one that the user asked for by zooming
+    // in: it is animated, all others happen at once.
     property bool isZooming: false
     property TreemapView view: null
 
     cornerRadius: 18
 
     Component.onCompleted: showLevel()
+
+    function zoom(node: fileNode) {
+        isZooming = true;
+        appState.zoom(node);
+        isZooming = false;
+    }
 
     // Every level has a view of its own, so that nothing of the pointer's state
     // survives from one level to the next; a rescan of a level keeps its view.
@@ -65,6 +71,7 @@ PanelStyle {
         }
 
         HogLegend {
+            objectName: "hogLegend"
             Layout.fillWidth: true
             level: panel.appState.current
         }
@@ -82,11 +89,7 @@ PanelStyle {
             selectedID: panel.appState.selected.id
 
             onSelectRequested: node => panel.appState.select(node)
-            onZoomRequested: node => {
-                panel.isZooming = true;
-                panel.appState.zoom(node);
-                panel.isZooming = false;
-            }
+            onZoomRequested: node => panel.zoom(node)
 
             states: [
                 State {

@@ -21,9 +21,16 @@ Item {
         return appState.isScanning ? scanning : welcome;
     }
 
+    // Zooms in as the user does it on the map.
+    function zoom(node: fileNode) {
+        const panel = loader.item as MapPanel;
+        panel?.zoom(node);
+    }
+
     Rectangle {
         id: well
 
+        objectName: "well"
         anchors.fill: parent
         anchors.margins: 16
         color: Theme.well
@@ -86,6 +93,7 @@ Item {
         id: map
 
         MapPanel {
+            objectName: "mapPanel"
             appState: pane.appState
         }
     }

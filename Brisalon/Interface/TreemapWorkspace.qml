@@ -42,6 +42,8 @@ Item {
         }
 
         TreemapPane {
+            id: pane
+
             objectName: "treemapPane"
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -59,6 +61,7 @@ Item {
         anchors.bottom: parent.bottom
         width: workspace.shownInspectorWidth
         appState: workspace.appState
+        onZoomRequested: node => pane.zoom(node)
     }
 
     // Wider than the line that is seen, so that it is easy to catch.

@@ -1,0 +1,182 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Map
+import Brisalon.Theme
+
+// The largest files of the last scan. Some of them can be ticked, to be looked at
+// or moved to the Trash together.
+ColumnLayout {
+    id: sidebar
+
+    required property AppState appState
+    required property LargeFilesModel files
+
+    spacing: 10
+
+    RowLayout {
+        Layout.fillWidth: true
+        Layout.topMargin: 4
+        Layout.leftMargin: 16
+        Layout.rightMargin: 16
+
+        SectionLabel {
+            Layout.fillWidth: true
+            title: "Largest files"
+        }
+
+        DigitText {
+            objectName: "tickedSize"
+            visible: sidebar.appState.hasTickedLargeFiles
+            text: sidebar.appState.selectedBytesText
+            font: Theme.rounded(Theme.caption, Font.Bold)
+            color: Theme.accent
+        }
+    }
+
+    Text {
+        objectName: "noLargeFiles"
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        Layout.leftMargin: 16
+        Layout.rightMargin: 16
+        Layout.bottomMargin: 12
+        visible: list.count === 0
+        text: "Run a scan to list the biggest files here."
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        font: Theme.system(Theme.callout)
+        color: Theme.muted
+    }
+
+    ListView {
+        id: list
+
+        // Whether the keyboard and not the pointer was used last, so that it must be
+        // seen where the keyboard is.
+        property bool isKeyed: true
+
+        objectName: "largeFilesList"
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        Layout.bottomMargin: 12
+        visible: count > 0
+        clip: true
+        topMargin: 1
+        bottomMargin: 1
+        spacing: 4
+        boundsBehavior: Flickable.StopAtBounds
+        model: sidebar.files
+        currentIndex: sidebar.files.currentRow
+        keyNavigationEnabled: false
+        highlightMoveDuration: 0
+        activeFocusOnTab: true
+        Accessible.role: Accessible.List
+        Accessible.name: "Largest files"
+
+        ThinScrollBar.vertical: ThinScrollBar {}
+
+        onActiveFocusChanged: {
+            if (activeFocus)
+                sidebar.files.enter();
+            else
+                isKeyed = true;
+        }
+        Keys.onPressed: event => {
+            event.accepted = sidebar.files.press(event.key, event.modifiers);
+            isKeyed = true;
+        }
+
+        delegate: ListRowStyle {
+            id: row
+
+            required property largeFileEntry entry
+            required property int index
+
+            objectName: "largeFile" + index
+            x: 16
+            width: ListView.view.width - 32
+            isHovered: pointer.containsMouse
+            Accessible.role: Accessible.ListItem
+            Accessible.name: entry.name + ", " + entry.folderName + ", " + entry.sizeText
+            Accessible.selectable: true
+            Accessible.selected: isSelected
+            Accessible.focusable: true
+            Accessible.onPressAction: sidebar.files.click(index)
+
+            contentItem: RowLayout {
+                spacing: 12
+
+                ContinuousRectangle {
+                    objectName: "colorBar"
+                    Layout.preferredWidth: 4
+                    Layout.preferredHeight: 36
+                    Layout.topMargin: 4
+                    Layout.bottomMargin: 4
+                    radius: 4
+                    color: NodeColor.ofFile(row.entry)
+                }
+
+                ColumnLayout {
+                    spacing: 3
+
+                    Text {
+                        objectName: "fileName"
+                        Layout.fillWidth: true
+                        text: row.entry.name
+                        textFormat: Text.PlainText
+                        maximumLineCount: 1
+                        elide: Text.ElideMiddle
+                        font: Theme.rounded(Theme.callout, Font.Medium)
+                        color: Theme.text
+                        Accessible.ignored: true
+                    }
+
+                    Text {
+                        objectName: "folderName"
+                        Layout.fillWidth: true
+                        text: row.entry.folderName
+                        textFormat: Text.PlainText
+                        maximumLineCount: 1
+                        elide: Text.ElideMiddle
+                        font: Theme.system(Theme.caption2)
+                        color: Theme.muted
+                        Accessible.ignored: true
+                    }
+                }
+
+                DigitText {
+                    objectName: "fileSize"
+                    text: row.entry.sizeText
+                    font: Theme.rounded(Theme.caption, Font.DemiBold)
+                    color: Theme.textSecondary
+                    Accessible.ignored: true
+                }
+            }
+
+            MouseArea {
+                id: pointer
+
+                anchors.fill: parent
+                hoverEnabled: true
+                onClicked: mouse => {
+                    sidebar.files.click(row.index, mouse.modifiers);
+                    list.forceActiveFocus(Qt.MouseFocusReason);
+                    list.isKeyed = false;
+                }
+            }
+
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: 1
+                visible: row.activeFocus && list.isKeyed
+                radius: 8
+                color: "transparent"
+                border.width: 2
+                border.color: Theme.faded(Theme.accent, 0.9)
+            }
+        }
+    }
+}

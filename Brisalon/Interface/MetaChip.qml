@@ -1,0 +1,37 @@
+import QtQuick
+import Brisalon.Theme
+
+// A fact with its label, in a capsule.
+Rectangle {
+    id: chip
+
+    required property string label
+    required property string value
+
+    implicitWidth: row.implicitWidth + 20
+    implicitHeight: row.implicitHeight + 12
+    radius: height / 2
+    color: Theme.elevated
+
+    Row {
+        id: row
+
+        x: 10
+        y: 6
+        spacing: 6
+
+        Text {
+            text: chip.label
+            textFormat: Text.PlainText
+            font: Theme.system(Theme.caption2, Font.DemiBold)
+            color: Theme.muted
+        }
+
+        Text {
+            text: chip.value
+            textFormat: Text.PlainText
+            font: Theme.system(Theme.caption)
+            color: Theme.textSecondary
+        }
+    }
+}

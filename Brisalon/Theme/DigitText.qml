@@ -1,0 +1,48 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+
+// A line of text whose digits are all equally wide, so that numbers line up below
+// one another and do not jitter while they change. The fonts of the interface have
+// digits of different widths, and no way to ask them for others.
+Item {
+    id: line
+
+    property string text
+    property font font
+    property color color
+
+    implicitWidth: row.implicitWidth
+    implicitHeight: row.implicitHeight
+    baselineOffset: metrics.ascent
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
+
+    FontMetrics {
+        id: metrics
+
+        font: line.font
+    }
+
+    Row {
+        id: row
+
+        readonly property real digitWidth: metrics.advanceWidth("0")
+
+        Repeater {
+            model: line.text.split("")
+
+            Text {
+                required property string modelData
+
+                width: /\d/.test(modelData) ? row.digitWidth : implicitWidth
+                horizontalAlignment: Text.AlignHCenter
+                text: modelData
+                textFormat: Text.PlainText
+                font: line.font
+                color: line.color
+                Accessible.ignored: true
+            }
+        }
+    }
+}
