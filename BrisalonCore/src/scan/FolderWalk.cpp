@@ -68,17 +68,23 @@ FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& led
 
 std::optional<FileNode> FolderWalk::run()
 {
+    // Before any thread starts: their buffers are the one thing that a worker cannot
+    // do without.
+    std::vector<Worker> workers(workerCount_);
+    for (std::size_t index = 0; index < workerCount_; ++index)
+        workers[index].index = index;
     const Task rootTask{nullptr, 0, 0};
     queues_.push(0, {&rootTask, 1});
     {
         std::vector<std::jthread> helpers;
         try {
             while (helpers.size() + 1 < workerCount_)
-                helpers.emplace_back([this, index = helpers.size() + 1] { work(index); });
+                helpers.emplace_back(
+                    [this, &worker = workers[helpers.size() + 1]] { work(worker); });
         } catch (const std::system_error&) {
             // No more threads are to be had: those that run do the work.
         }
-        work(0);
+        work(workers[0]);
     }
     if (failure_)
         std::rethrow_exception(failure_);
@@ -87,11 +93,9 @@ std::optional<FileNode> FolderWalk::run()
     return rootNode_;
 }
 
-void FolderWalk::work(std::size_t index) noexcept
+void FolderWalk::work(Worker& worker) noexcept
 {
-    Worker worker;
-    worker.index = index;
-    while (const auto task = queues_.take(index)) {
+    while (const auto task = queues_.take(worker.index)) {
         visit(*task, worker);
         queues_.finish();
     }

@@ -35,7 +35,7 @@ public:
                std::stop_token cancellation);
 
     /// Walks with the calling thread and as many more as help. Nothing when the
-    /// walk noticed its cancellation. Throws what the ledger throws.
+    /// walk noticed its cancellation. Throws what the ledger throws, and bad_alloc.
     std::optional<FileNode> run();
 
 private:
@@ -67,7 +67,7 @@ private:
         std::vector<Task> tasks;
     };
 
-    void work(std::size_t index) noexcept;
+    void work(Worker& worker) noexcept;
     void visit(const Task& task, Worker& worker);
 
     /// Reads a folder and makes its nodes; leaves a task for each subfolder.
