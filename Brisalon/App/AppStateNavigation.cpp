@@ -4,6 +4,7 @@
 #include "BrisalonCore/LargeFiles.h"
 #include "BrisalonCore/SkipRules.h"
 
+#include <span>
 #include <string_view>
 
 namespace brisalon {
@@ -99,19 +100,17 @@ void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
     const std::string targetPath = target->url().path();
     const auto rootPieces = components(rootPath);
     const auto targetPieces = components(targetPath);
-    FileURL url = tree_->url();
-    const FileNode* deepest = &*tree_;
+    // Node by node and by the last components alone: no path is composed on the way,
+    // which would take the square of a tree's depth.
+    std::span<const FileNode> level = tree_->children();
     for (auto i = std::min(rootPieces.size(), targetPieces.size()); i < targetPieces.size(); ++i) {
-        url = url.appendingPathComponent(targetPieces[i]);
-        // Nearly always a child of the last one; the whole tree is searched if not.
-        const std::string path = url.path();
-        const FileNode* found = deepest->child(path);
-        if (!found)
-            found = LargeFiles::find(path, *tree_);
-        if (!found)
-            continue;
-        deepest = found;
+        const auto found = std::ranges::find(level, targetPieces[i], [](const FileNode& node) {
+            return node.url().lastPathComponent();
+        });
+        if (found == level.end())
+            break;
         crumbs.append(FileNodeValue(FileNode(*found)));
+        level = found->children();
     }
     assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
 }

@@ -2,6 +2,8 @@
 
 #include "ModelFixture.h"
 
+#include "BrisalonCore/FileNodeBuilder.h"
+
 #include <QDateTime>
 
 #include <condition_variable>
@@ -154,6 +156,28 @@ TEST_F(ServicesTest, RevealsLargeFilesInTheMap)
     EXPECT_EQ(state->selected().name(), "a");
     state->revealLargeFile({FileURL("/elsewhere/x"), "x", 1, HogKind::none, Risk::unknown});
     EXPECT_EQ(state->current().name(), "a") << "not part of the tree: nothing happens";
+}
+
+TEST_F(ServicesTest, RevealsAFileInATreeOfAbsurdDepth)
+{
+    constexpr int depth = 5000;
+    std::vector<FileURL> urls{FileURL("/d")};
+    for (int level = 0; level < depth; ++level)
+        urls.push_back(urls.back().appendingPathComponent("d"));
+    FileNode node = FileNodeBuilder::make(urls.back(), mib, NodeKind::file);
+    for (int level = depth - 1; level >= 0; --level)
+        node = FileNodeBuilder::make(urls[static_cast<std::size_t>(level)], mib,
+                                     NodeKind::directory, {node});
+    AppServices deep = services();
+    deep.scan = [node](const FileURL&, const DiskScanner::ProgressCallback&,
+                       std::stop_token) -> ScanResult { return node; };
+    state = std::make_unique<AppState>(std::move(deep));
+    scan(urls.front());
+    state->revealLargeFile(state->largeFiles().first());
+    ASSERT_EQ(state->breadcrumbs().size(), depth);
+    EXPECT_TRUE(state->breadcrumbs().last()->url() == urls[depth - 1]);
+    EXPECT_EQ(state->current(), state->breadcrumbs().last());
+    EXPECT_TRUE(state->selected()->url() == urls.back());
 }
 
 TEST_F(ServicesTest, RevealsItemsInTheFileManager)
