@@ -259,7 +259,8 @@ TEST_F(DesktopTrashTest, TheTrashItselfStays)
 {
     tree.file("items/first");
     const FileURL trashed = put(item("items/first"));
-    for (const char* path : {"data/Trash", "data/Trash/files", "data/Trash/info"})
+    for (const char* path : {"data", "data/Trash", "data/Trash/files", "data/Trash/info",
+                             "data/Trash/files/first", "data/Trash/info/first.trashinfo"})
         EXPECT_EQ(refuse(item(path)).reason, Reason::refused) << path;
     EXPECT_TRUE(restoreInfo(trashed));
     EXPECT_EQ(infoNames().size(), 1U);

@@ -110,9 +110,6 @@ std::variant<FileURL, TrashFailure> DesktopTrash::put(const TrashItem& item)
     if (!item.identity || !place)
         return TrashFailure{Reason::changed};
     source.folder = place->folder.get();
-    const auto status = FileStatus::read(source.folder, source.name.c_str());
-    if (!status || status->item.identity != source.wanted)
-        return TrashFailure{Reason::changed};
     // Whoever empties the Trash would empty that volume.
     if (holdsMount(path))
         return TrashFailure{Reason::refused, EBUSY};

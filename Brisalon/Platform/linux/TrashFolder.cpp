@@ -74,6 +74,7 @@ std::optional<TrashFolder> TrashFolder::open(Descriptor root, const FileURL& pat
         return std::nullopt;
     trash.filesURL_ = path.appendingPathComponent("files");
     trash.mount_ = files->mount;
+    trash.filesIdentity_ = files->item.identity;
     trash.infoIdentity_ = info->item.identity;
     // Some file systems count characters and allow more bytes, none forbids these.
     trash.longestName_ = NAME_MAX - infoSuffix.size();
@@ -83,8 +84,11 @@ std::optional<TrashFolder> TrashFolder::open(Descriptor root, const FileURL& pat
 std::variant<FileURL, TrashFailure> TrashFolder::take(const Source& source) const
 {
     using Reason = TrashFailure::Reason;
-    // Without this folder nothing here could be restored.
-    if (source.wanted == infoIdentity_)
+    // Without the folder of information nothing here could be restored; nor could an
+    // item that is here already, or that loses its information, if it moved again.
+    const auto folder = FileStatus::read(source.folder, "");
+    if (!folder || source.wanted == infoIdentity_ || folder->item.identity == filesIdentity_ ||
+        folder->item.identity == infoIdentity_)
         return TrashFailure{Reason::refused, EBUSY};
 
     constexpr unsigned mostTries = 100;

@@ -52,6 +52,7 @@ private:
     Descriptor info_;
     FileURL filesURL_;
     MountIdentity mount_;
+    ItemIdentity filesIdentity_;
     ItemIdentity infoIdentity_;
     std::size_t longestName_ = 0;
 };
