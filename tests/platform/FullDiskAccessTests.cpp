@@ -8,6 +8,7 @@
 #include "Brisalon/Platform/MemoryWorkspace.h"
 
 #include "TrashProbe.h"
+#include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
 
@@ -99,6 +100,19 @@ TEST(FileAccess, WhatTheDesktopLetsRead)
     writeText(item.path(), "");
     EXPECT_TRUE(access.isReadable(item));
     EXPECT_TRUE(access.isReadable(home));
+
+    EXPECT_TRUE(access.exists(FileURL("/")));
+    EXPECT_TRUE(access.exists(home));
+    EXPECT_FALSE(access.exists(home.appendingPathComponent("missing/item")));
+    const TemporaryTree tree;
+    const std::string name(200, 'd');
+    tree.chain(".", name, 30, 0);
+    tree.link("link", "missing");
+    FileURL deep = tree.url();
+    for (int level = 0; level < 30; ++level)
+        deep = deep.appendingPathComponent(name);
+    EXPECT_TRUE(access.exists(deep)) << "longer than any path that the system takes";
+    EXPECT_FALSE(access.exists(FileURL(tree.at("link")))) << "what a link leads to counts";
 }
 
 } // namespace

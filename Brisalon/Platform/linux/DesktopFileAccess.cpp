@@ -1,9 +1,28 @@
 #include "Brisalon/Platform/DesktopFileAccess.h"
 
+#include "Brisalon/Platform/linux/ReachedFolder.h"
+
+#include <string>
+
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace brisalon {
+
+namespace {
+
+/// By way of the containing folder, because a path may be longer than the system
+/// takes in one piece.
+bool canAccess(const FileURL& url, int mode)
+{
+    const FileURL parent = url.deletingLastPathComponent().resolvingSymbolicLinks();
+    const auto folder = ReachedFolder::at(parent.path());
+    const std::string name(url.lastPathComponent());
+    return folder && ::faccessat(folder->folder.get(), name.empty() ? "." : name.c_str(), mode,
+                                 AT_EACCESS) == 0;
+}
+
+} // namespace
 
 bool DesktopFileAccess::hidesPrivatePlaces() const
 {
@@ -13,12 +32,12 @@ bool DesktopFileAccess::hidesPrivatePlaces() const
 
 bool DesktopFileAccess::isReadable(const FileURL& url) const
 {
-    return ::faccessat(AT_FDCWD, url.path().c_str(), R_OK, AT_EACCESS) == 0;
+    return canAccess(url, R_OK);
 }
 
 bool DesktopFileAccess::exists(const FileURL& url) const
 {
-    return ::faccessat(AT_FDCWD, url.path().c_str(), F_OK, 0) == 0;
+    return canAccess(url, F_OK);
 }
 
 } // namespace brisalon
