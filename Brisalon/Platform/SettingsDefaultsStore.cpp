@@ -28,8 +28,11 @@ void SettingsDefaultsStore::write(std::string_view key, const QVariant& value)
 std::optional<std::string> SettingsDefaultsStore::text(std::string_view key) const
 {
     const QVariant value = read(key);
-    // A QString becomes UTF-8 here, and a QByteArray stays as it is.
-    return value.isValid() ? std::optional(value.toByteArray().toStdString()) : std::nullopt;
+    // A QString becomes UTF-8 here, and a QByteArray stays as it is. In a damaged file
+    // there may be lists.
+    const bool isText =
+        value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray;
+    return isText ? std::optional(value.toByteArray().toStdString()) : std::nullopt;
 }
 
 std::optional<double> SettingsDefaultsStore::number(std::string_view key) const

@@ -26,7 +26,9 @@ ScanTargetPreference ScanTargetPreference::load(const DefaultsStore& store)
     if (kind == thisMacText)
         return {Kind::thisMac, {}};
     if (kind == customText) {
-        if (const std::optional<std::string> path = store.text(rootPathKey))
+        // Only absolute paths are ever saved.
+        const std::optional<std::string> path = store.text(rootPathKey);
+        if (path && path->starts_with('/'))
             return {Kind::customFolder, FileURL(*path)};
     }
     return {};

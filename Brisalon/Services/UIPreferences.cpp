@@ -2,6 +2,8 @@
 
 #include "Brisalon/Platform/DefaultsStore.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string_view>
 
 namespace brisalon {
@@ -18,9 +20,12 @@ using Seconds = std::chrono::duration<double>;
 std::optional<UIPreferences::Date> UIPreferences::fdaBannerDismissedUntil() const
 {
     const std::optional<double> seconds = store_.number(dismissedUntilKey);
-    if (!seconds)
+    if (!seconds || std::isnan(*seconds))
         return std::nullopt;
-    return Date(std::chrono::duration_cast<Date::duration>(Seconds(*seconds)));
+    // What lies beyond the clock, as in a damaged file, is its end.
+    constexpr double end = std::chrono::floor<std::chrono::seconds>(Date::duration::max()).count();
+    return Date(std::chrono::duration_cast<Date::duration>(
+        Seconds(std::clamp(*seconds, -end, end - 1024))));
 }
 
 void UIPreferences::setFDABannerDismissedUntil(std::optional<Date> date)

@@ -11,6 +11,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
 
 namespace brisalon::tests {
 
@@ -65,6 +70,48 @@ TYPED_TEST(PreferencesTest, WhatCannotBeUnderstoodIsHome)
     }
     defaults.setText("fdaBannerDismissedUntil", "tomorrow");
     EXPECT_FALSE(UIPreferences(defaults).fdaBannerDismissedUntil());
+    const UIPreferences preferences(defaults);
+    defaults.setNumber("fdaBannerDismissedUntil", std::nan(""));
+    EXPECT_FALSE(preferences.fdaBannerDismissedUntil());
+    for (const double far : {1e300, std::numeric_limits<double>::infinity(), 9.3e9}) {
+        defaults.setNumber("fdaBannerDismissedUntil", far);
+        EXPECT_GT(preferences.fdaBannerDismissedUntil(), std::chrono::system_clock::now()) << far;
+        defaults.setNumber("fdaBannerDismissedUntil", -far);
+        EXPECT_LT(preferences.fdaBannerDismissedUntil(), std::chrono::system_clock::now()) << far;
+    }
+}
+
+TEST(SettingsDefaultsStore, ADamagedFileIsSurvivedAndMended)
+{
+    const TemporaryTree tree;
+    const std::string file = QSettings().fileName().toStdString();
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+    const std::string contents[] = {
+        std::string("\xff\x00\x01[[[\n=\n\x80", 9),
+        "[General]\nlastScanTargetKind=cus",
+        "[General]\nlastScanTargetKind=custom\nlastScanRootPath=/a, /b\n",
+        "[General]\nlastScanTargetKind=custom\nlastScanRootPath=@Variant(\\0\\0",
+        "",
+    };
+    for (const std::string& damage : contents) {
+        SCOPED_TRACE(damage);
+        std::ofstream(file, std::ios::binary) << damage;
+        SettingsDefaultsStore store;
+        EXPECT_EQ(ScanTargetPreference::load(store).kind, Kind::home);
+        ScanTargetPreference::save(tree.url(), store);
+        EXPECT_EQ(ScanTargetPreference::load(store).folder, tree.url());
+        std::ifstream stream(file);
+        const std::string written{std::istreambuf_iterator<char>(stream), {}};
+        EXPECT_NE(written.find("lastScanTargetKind=custom"), std::string::npos);
+    }
+    // A file that cannot be written costs nothing but the memory of it.
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    SettingsDefaultsStore store;
+    ScanTargetPreference::save(tree.url(), store);
+    ScanTargetPreference::load(store);
+    EXPECT_TRUE(std::filesystem::is_directory(file));
+    std::filesystem::remove(file);
 }
 
 TYPED_TEST(PreferencesTest, AFolderWhoseNameIsNoTextComesBackExactly)
