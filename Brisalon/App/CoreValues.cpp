@@ -181,7 +181,7 @@ QString LocalSnapshotValue::title() const
 
 QString FileURLValue::path() const
 {
-    return displayText(url_.path());
+    return displayPath(url_.path());
 }
 
 } // namespace brisalon

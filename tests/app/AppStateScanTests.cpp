@@ -165,6 +165,18 @@ TEST_F(ScanTest, AnUnexpectedErrorIsShownLikeAnyOther)
     EXPECT_EQ(failing.statusMessage(), "No memory.");
 }
 
+TEST_F(ScanTest, AScanThatItsTaskEndsEarlyIsCancelledAndNoError)
+{
+    AppServices ending = services();
+    ending.scan = [](const FileURL&, const DiskScanner::ProgressCallback&,
+                     std::stop_token) -> ScanResult { return TaskCancelled{}; };
+    state = std::make_unique<AppState>(std::move(ending));
+    scan(tree.url());
+    EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
+    EXPECT_TRUE(state->scanError().isEmpty());
+    EXPECT_FALSE(state->tree());
+}
+
 TEST_F(ScanTest, CancellingIsSeenAtOnceAndAgainWhenTheWalkNotices)
 {
     tree.file("a.bin", mib);
