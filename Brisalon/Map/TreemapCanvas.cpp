@@ -1,5 +1,6 @@
 #include "Brisalon/Map/TreemapCanvas.h"
 
+#include "Brisalon/Map/MapAccessible.h"
 #include "Brisalon/Map/MapSceneNode.h"
 #include "Brisalon/Map/TooltipPlacement.h"
 #include "Brisalon/Theme/BoxBlur.h"
@@ -44,6 +45,7 @@ std::string_view bytes(const QByteArray& text)
 
 TreemapCanvas::TreemapCanvas(QQuickItem* parent) : QQuickItem(parent), restingPoint_(nowhere)
 {
+    MapAccessible::install();
     setFlag(ItemHasContents);
     setAcceptHoverEvents(true);
     setAcceptedMouseButtons(Qt::LeftButton);
@@ -217,36 +219,48 @@ void TreemapCanvas::mouseDoubleClickEvent(QMouseEvent* event)
 
 void TreemapCanvas::keyPressEvent(QKeyEvent* event)
 {
-    std::optional<Qt::Edge> edge;
+    const std::size_t count = laidOut().count();
+    // Without a selection on this level the keys begin at the largest block.
+    const auto beyond = [&](Qt::Edge edge) {
+        return selected_ ? level_->neighbor(*selected_, edge) : std::optional<std::size_t>(0);
+    };
+    std::optional<std::size_t> next;
     switch (event->key()) {
     case Qt::Key_Left:
-        edge = Qt::LeftEdge;
+        next = beyond(Qt::LeftEdge);
         break;
     case Qt::Key_Right:
-        edge = Qt::RightEdge;
+        next = beyond(Qt::RightEdge);
         break;
     case Qt::Key_Up:
-        edge = Qt::TopEdge;
+        next = beyond(Qt::TopEdge);
         break;
     case Qt::Key_Down:
-        edge = Qt::BottomEdge;
+        next = beyond(Qt::BottomEdge);
+        break;
+    case Qt::Key_Home:
+        next = 0;
+        break;
+    case Qt::Key_End:
+        next = count - 1;
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (selected_)
             emit zoomRequested(selectedNode());
         return;
+    case Qt::Key_Escape:
+        if (selected_)
+            emit selectRequested({});
+        else
+            event->ignore();
+        return;
     default:
         event->ignore();
         return;
     }
     setFocusVisible(true);
-    if (laidOut().count() == 0)
-        return;
-    // Without a selection on this level the keys begin at the largest block.
-    const auto next =
-        selected_ ? level_->neighbor(*selected_, *edge) : std::optional<std::size_t>(0);
-    if (next)
+    if (next && count > 0)
         emit selectRequested(FileNodeValue(level_->node(*next)));
 }
 

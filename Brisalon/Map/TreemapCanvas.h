@@ -62,8 +62,14 @@ public:
     QPointF hoverPoint() const { return hoverPoint_; }
     QPointF tooltipPosition() const;
     FileNodeValue selectedNode() const;
+    /// The position on this level of the selected block.
+    std::optional<std::size_t> selectedBlock() const { return selected_; }
     bool isUpToDate() const;
     bool isFocusVisible() const { return focusVisible_; }
+
+    /// The level's blocks as they are shown, laid out if they have not been since
+    /// the level or the size changed. Valid until either changes.
+    const MapLevel& laidOut();
 
     /// A blurred picture of the map as it is shown now, and the area that it is of,
     /// in points; at a fraction of the map's resolution, to be drawn stretched.
@@ -85,7 +91,9 @@ signals:
     /// The map looks different: another picture, hover or selection.
     void appearanceChanged();
 
-    /// A click on a block, or an arrow key that moved to it.
+    /// A click on a block, or a key that moved to it: an arrow, Home for the largest
+    /// block, End for the smallest. No node: Escape, which ends a selection on this
+    /// level.
     void selectRequested(const brisalon::FileNodeValue& node);
     /// A double click on a block, whose first click has selected it, or the Return
     /// key on the selected one.
@@ -113,7 +121,6 @@ private:
         double milliseconds;
     };
 
-    const MapLevel& laidOut();
     void levelOrSizeChanged();
     void hover(QHoverEvent* event);
     void hoverBlockAt(QPointF point);

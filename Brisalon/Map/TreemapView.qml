@@ -21,12 +21,9 @@ Item {
         focus: true
         // While a transition scales the view.
         smooth: view.scale !== 1
-        Accessible.role: Accessible.Graphic
-        Accessible.name: "Map of " + level.name
-        Accessible.description: selectedNode.isPresent
-            ? selectedNode.name + ", " + selectedNode.kindTitle + ", " + selectedNode.sizeText
-            : ""
-        Accessible.focusable: true
+        // This makes it known; what it says of itself and of its blocks comes from the
+        // map.
+        Accessible.role: Accessible.List
 
         onSelectRequested: node => view.selectRequested(node)
         onZoomRequested: node => view.zoomRequested(node)
