@@ -1,0 +1,72 @@
+#include "Rendered.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace brisalon::tests {
+
+namespace {
+
+using Accepts = std::function<bool(const QQuickItem&)>;
+
+const QQuickItem* search(const QQuickItem& item, const Accepts& accepts)
+{
+    if (!item.isVisible())
+        return nullptr;
+    const QList<QQuickItem*> children = item.childItems();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        if (const QQuickItem* const found = search(**child, accepts))
+            return found;
+    }
+    return accepts(item) ? &item : nullptr;
+}
+
+Accepts showsText(const QString& text)
+{
+    return [text](const QQuickItem& item) {
+        return item.inherits("QQuickText") && item.property("text").toString() == text;
+    };
+}
+
+// The item itself, which what it shows may be larger or smaller than.
+QRectF boxOf(const QQuickItem* item)
+{
+    return item ? item->mapRectToScene(QRectF(0, 0, item->width(), item->height())) : QRectF();
+}
+
+} // namespace
+
+const QQuickItem* Rendered::item(const Accepts& isIt) const
+{
+    return search(*window_.contentItem(), isIt);
+}
+
+QRectF Rendered::box(const char* objectName) const
+{
+    const QQuickItem* const found =
+        item([&](const QQuickItem& other) { return other.objectName() == objectName; });
+    EXPECT_NE(found, nullptr) << "no " << objectName;
+    return boxOf(found);
+}
+
+QRectF Rendered::textBox(const QString& text) const
+{
+    const QQuickItem* const found = item(showsText(text));
+    EXPECT_NE(found, nullptr) << "no text " << text.toStdString();
+    return boxOf(found);
+}
+
+void Rendered::expectText(const QString& text, const QFont& font, const QColor& color) const
+{
+    const QQuickItem* const found = item(showsText(text));
+    ASSERT_NE(found, nullptr) << "no text " << text.toStdString();
+    const auto shown = found->property("font").value<QFont>();
+    EXPECT_EQ(shown.pixelSize(), font.pixelSize()) << text.toStdString();
+    EXPECT_EQ(shown.weight(), font.weight()) << text.toStdString();
+    EXPECT_EQ(shown.families(), font.families()) << text.toStdString();
+    EXPECT_EQ(shown.letterSpacing(), font.letterSpacing()) << text.toStdString();
+    EXPECT_EQ(found->property("color").value<QColor>().rgba(), color.rgba()) << text.toStdString();
+}
+
+} // namespace brisalon::tests

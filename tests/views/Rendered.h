@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QString>
+
+#include <functional>
+
+namespace brisalon::tests {
+
+/// What the window shows, measured. An item counts only while it is visible; of
+/// several the one on top. Lengths are in points, places in the window.
+class Rendered {
+public:
+    /// The window outlives this.
+    explicit Rendered(const QQuickWindow& window) : window_(window) {}
+
+    /// Where the item of that name, or of that text, is; nowhere without it, which
+    /// fails the test.
+    QRectF box(const char* objectName) const;
+    QRectF textBox(const QString& text) const;
+
+    /// Expects a text to be shown in this font (size, weight, design, spacing) and
+    /// colour.
+    void expectText(const QString& text, const QFont& font, const QColor& color) const;
+
+private:
+    const QQuickItem* item(const std::function<bool(const QQuickItem&)>& isIt) const;
+
+    const QQuickWindow& window_;
+};
+
+} // namespace brisalon::tests
