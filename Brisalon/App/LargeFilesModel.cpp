@@ -49,9 +49,8 @@ void LargeFilesModel::replaceRows()
     int row = -1;
     if (current) {
         const auto same =
-            std::find_if(files.begin(), files.end(), [&](const LargeFileEntry& other) {
-                return other.url == current->url;
-            });
+            std::find_if(files.begin(), files.end(),
+                         [&](const LargeFileEntry& other) { return other.url == current->url; });
         row = same != files.end() ? static_cast<int>(same - files.begin())
                                   : std::min(currentRow_, static_cast<int>(files.size()) - 1);
     }

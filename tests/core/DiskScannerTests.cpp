@@ -155,7 +155,7 @@ void fillAtRandom(const TemporaryTree& tree, unsigned seed, int items)
 TEST(DiskScanner, AgreesWithThePlainestWalkOnRandomTrees)
 {
     for (unsigned seed = 1; seed <= 6; ++seed) {
-        TemporaryTree tree;
+        const TemporaryTree tree(TemporaryTree::Storage::memory);
         fillAtRandom(tree, seed, 900);
         for (const std::int64_t threshold : {0 * kib, 8 * kib, 256 * kib}) {
             const Scan scan(tree.url(), threshold, 7);
