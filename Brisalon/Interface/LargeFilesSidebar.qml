@@ -71,13 +71,19 @@ ColumnLayout {
         model: sidebar.files
         currentIndex: sidebar.files.currentRow
         keyNavigationEnabled: false
-        highlightMoveDuration: 0
+        highlightFollowsCurrentItem: false
         activeFocusOnTab: true
         Accessible.role: Accessible.List
         Accessible.name: "Largest files"
 
         ThinScrollBar.vertical: ThinScrollBar {}
 
+        // What is ticked changes the height of the panel above, and so of the list.
+        onHeightChanged: {
+            if (activeFocus)
+                positionViewAtIndex(currentIndex, ListView.Contain);
+        }
+        onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)
         onActiveFocusChanged: {
             if (activeFocus)
                 sidebar.files.enter();
@@ -94,6 +100,7 @@ ColumnLayout {
 
             required property largeFileEntry entry
             required property int index
+            required isSelected
 
             objectName: "largeFile" + index
             x: 16

@@ -22,8 +22,9 @@ Item {
     function pick(index: int) {
         if (index < 0 || index >= segments.length)
             return;
-        picked(index);
+        // First, because the one that has the keyboard must stay within its reach.
         repeater.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+        picked(index);
     }
 
     ContinuousRectangle {

@@ -24,18 +24,25 @@ Item {
         font: line.font
     }
 
+    // The metrics above round a digit to whole pixels, which looks spaced out.
+    Text {
+        id: tenZeros
+
+        visible: false
+        text: "0000000000"
+        font: line.font
+    }
+
     Row {
         id: row
 
-        readonly property real digitWidth: metrics.advanceWidth("0")
-
         Repeater {
-            model: line.text.split("")
+            model: line.text.match(/\d|\D+/g)
 
             Text {
                 required property string modelData
 
-                width: /\d/.test(modelData) ? row.digitWidth : implicitWidth
+                width: /\d/.test(modelData) ? tenZeros.implicitWidth / 10 : implicitWidth
                 horizontalAlignment: Text.AlignHCenter
                 text: modelData
                 textFormat: Text.PlainText
