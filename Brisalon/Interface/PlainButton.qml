@@ -10,7 +10,8 @@ T.AbstractButton {
     // The rounding of the button's own outline, which the focus ring follows.
     property real cornerRadius: 8
 
-    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    // Whole, so that what is drawn in pieces has no seams.
+    implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     hoverEnabled: true
     Accessible.name: text
