@@ -1,5 +1,6 @@
 #include "CaptureStates.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <array>
@@ -75,6 +76,62 @@ bool selected(Stage& stage)
     if (block)
         stage.driver.click(*block);
     return block.has_value();
+}
+
+bool inspectorHog(Stage& stage)
+{
+    const auto block = blockOfMap(stage, isHog);
+    if (block)
+        stage.driver.click(*block);
+    return block.has_value();
+}
+
+bool largeFiles(Stage& stage)
+{
+    if (!map(stage) || !stage.driver.find("largeFile0"))
+        return false;
+    stage.driver.click(stage.driver.centre("largeFile0"));
+    return stage.driver.waitForMap();
+}
+
+bool multiSelection(Stage& stage)
+{
+    if (!map(stage))
+        return false;
+    for (const char* const row : {"largeFile0", "largeFile2", "largeFile3"}) {
+        // The first tick changes what stands above the list.
+        if (!stage.driver.find(row) || !stage.driver.settle())
+            return false;
+        stage.driver.click(stage.driver.centre(row), Qt::ControlModifier);
+    }
+    return true;
+}
+
+/// The list of snapshots, as a tool that runs these lines of the shell prints it.
+bool snapshotsOf(Stage& stage, const char* lines)
+{
+    if (!map(stage))
+        return false;
+    QFile tool(QString::fromStdString(stage.snapshotTool));
+    if (!tool.open(QFile::WriteOnly) || tool.write("#!/bin/sh\n") < 0 || tool.write(lines) < 0 ||
+        !tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        return false;
+    tool.close();
+    stage.state.listSnapshots();
+    stage.driver.click(stage.driver.centre("segmentSnapshots"));
+    return stage.driver.find("snapshotPanel") != nullptr;
+}
+
+bool noSnapshots(Stage& stage)
+{
+    return snapshotsOf(stage, "true\n");
+}
+
+bool snapshots(Stage& stage)
+{
+    return snapshotsOf(stage, "echo 2026-03-14-091500\n"
+                              "echo 2026-03-14-101502\n"
+                              "echo 2026-03-15-000000\n");
 }
 
 bool zoomed(Stage& stage)
@@ -187,6 +244,11 @@ constexpr std::array states{
     CaptureState{"hover", "the pointer on the largest folder", hover},
     CaptureState{"tooltip", "the pointer on the largest hog", tooltip},
     CaptureState{"selected", "the largest folder clicked", selected},
+    CaptureState{"inspector-hog", "the largest hog clicked", inspectorHog},
+    CaptureState{"large-files", "the largest file clicked in the list", largeFiles},
+    CaptureState{"multi-selection", "three large files ticked", multiSelection},
+    CaptureState{"no-snapshots", "the list of snapshots, of which there are none", noSnapshots},
+    CaptureState{"snapshots", "the list of snapshots", snapshots},
     CaptureState{"zoomed", "the largest folder double-clicked", zoomed},
     CaptureState{"updating", "a rescan, part of the way", updating},
     CaptureState{"empty", "an empty folder", emptyFolder},

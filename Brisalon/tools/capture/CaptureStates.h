@@ -7,6 +7,7 @@
 #include "BrisalonCore/FileURL.h"
 
 #include <span>
+#include <string>
 
 namespace brisalon::capture {
 
@@ -17,6 +18,8 @@ struct Stage {
     WindowDriver& driver;
     /// Hides nothing at first, so that the permission is as good as granted.
     MemoryFileAccess& fileAccess;
+    /// Where the tool that lists snapshots is looked for; there is none at first.
+    std::string snapshotTool;
     FileURL folder;
 };
 

@@ -12,6 +12,7 @@
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QImage>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextStream>
 
@@ -108,15 +109,18 @@ int main(int argc, char* argv[])
     MemoryFileAccess fileAccess;
     fileAccess.isHiding = false;
     const DesktopBundleInformation bundle;
+    const QTemporaryDir tools;
+    const std::string snapshotTool = tools.filePath("snapshots").toStdString();
     ScanGate gate;
-    BrisalonApp app({store, workspace, fileAccess, bundle, {}, gate.scan()});
+    BrisalonApp app(
+        {store, workspace, fileAccess, bundle, SnapshotService(snapshotTool), gate.scan()});
     QQuickWindow* const window =
         app.open({{"width", order.size.width()}, {"height", order.size.height()}});
     if (!window || !QTest::qWaitForWindowExposed(window))
         return EXIT_FAILURE;
 
     WindowDriver driver(*window);
-    Stage stage{app.state(), gate, driver, fileAccess, order.folder};
+    Stage stage{app.state(), gate, driver, fileAccess, snapshotTool, order.folder};
     if (!order.state->enter(stage)) {
         QTextStream(stderr) << "The window did not get into the state \"" << order.state->name
                             << "\".\n";

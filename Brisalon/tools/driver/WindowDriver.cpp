@@ -3,6 +3,7 @@
 #include "Brisalon/App/CoreValues.h"
 #include "BrisalonCore/TreemapLayout.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
@@ -56,6 +57,13 @@ bool WindowDriver::waitForMap() const
     });
 }
 
+bool WindowDriver::settle() const
+{
+    QSignalSpy frames(&window_, &QQuickWindow::frameSwapped);
+    window_.update();
+    return frames.wait(patience);
+}
+
 QPoint WindowDriver::centre(const QString& objectName) const
 {
     const QQuickItem* const item = find(objectName);
@@ -84,10 +92,10 @@ void WindowDriver::hover(QPoint point)
     QTest::mouseMove(&window_, point);
 }
 
-void WindowDriver::click(QPoint point)
+void WindowDriver::click(QPoint point, Qt::KeyboardModifiers modifiers)
 {
     QTest::mouseMove(&window_, point);
-    QTest::mouseClick(&window_, Qt::LeftButton, Qt::NoModifier, point);
+    QTest::mouseClick(&window_, Qt::LeftButton, modifiers, point);
 }
 
 void WindowDriver::doubleClick(QPoint point)

@@ -31,6 +31,9 @@ public:
     /// animation of levels running.
     bool waitForMap() const;
 
+    /// Waits until what has changed is laid out and drawn; false when no frame comes.
+    bool settle() const;
+
     /// The middle of the item, in the window; the window's corner without one.
     QPoint centre(const QString& objectName) const;
     /// The middle of the largest block of the map whose node is accepted, in the
@@ -38,7 +41,7 @@ public:
     std::optional<QPoint> block(const std::function<bool(const FileNode&)>& isAccepted = {}) const;
 
     void hover(QPoint point);
-    void click(QPoint point);
+    void click(QPoint point, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void doubleClick(QPoint point);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
