@@ -20,6 +20,7 @@ PanelStyle {
         spacing: 14
 
         RingGauge {
+            objectName: "ring"
             width: 56
             height: 56
             lineWidth: 6

@@ -11,6 +11,7 @@ Rectangle {
 
     required property AppState appState
 
+    objectName: "mapHeaderBar"
     visible: appState.tree.isPresent
     implicitHeight: visible ? row.implicitHeight + 24 : 0
     color: Theme.faded(Theme.panel, 0.6)
@@ -56,7 +57,8 @@ Rectangle {
         }
 
         Rectangle {
-            Layout.preferredWidth: chip.implicitWidth + 20
+            objectName: "selectionChip"
+            Layout.preferredWidth: Math.ceil(chip.implicitWidth) + 20
             Layout.preferredHeight: chip.implicitHeight + 10
             visible: bar.appState.hasSelection
             radius: height / 2

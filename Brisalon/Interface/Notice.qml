@@ -16,6 +16,7 @@ Item {
         spacing: 16
 
         Rectangle {
+            objectName: "noticeDisc"
             anchors.horizontalCenter: parent.horizontalCenter
             width: 72
             height: 72
@@ -44,6 +45,7 @@ Item {
             }
 
             Text {
+                objectName: "noticeDetail"
                 anchors.horizontalCenter: parent.horizontalCenter
                 width: Math.min(parent.width, 380)
                 horizontalAlignment: Text.AlignHCenter

@@ -14,6 +14,7 @@ Rectangle {
 
     readonly property bool hasTree: appState.tree.isPresent
 
+    objectName: "sidebar"
     color: Theme.sidebar
 
     WindowMover {
@@ -67,6 +68,7 @@ Rectangle {
             spacing: 12
 
             BrandLogo {
+                objectName: "sidebarLogo"
                 size: 40
                 cornerRadius: 11
             }
@@ -88,6 +90,7 @@ Rectangle {
         }
 
         DiskRingCard {
+            objectName: "diskRingCard"
             Layout.fillWidth: true
             Layout.leftMargin: 16
             Layout.rightMargin: 16
@@ -149,6 +152,7 @@ Rectangle {
         }
 
         ScanningCard {
+            objectName: "scanningCard"
             Layout.fillWidth: true
             Layout.leftMargin: 16
             Layout.rightMargin: 16
@@ -164,6 +168,7 @@ Rectangle {
             Layout.rightMargin: 12
             Layout.topMargin: 8
             visible: sidebar.hasTree && !sidebar.appState.isScanning
+            objectName: "sidebarRescan"
             text: "Rescan"
             symbol: "arrow.clockwise"
             onClicked: sidebar.appState.startScan(sidebar.appState.scanRoot)

@@ -20,6 +20,7 @@ Rectangle {
         return appState.statusMessage || "Ready";
     }
 
+    objectName: "statusBar"
     implicitHeight: row.implicitHeight + 18
     color: Theme.sidebar
 
@@ -34,6 +35,7 @@ Rectangle {
         spacing: 10
 
         Rectangle {
+            objectName: "statusDot"
             Layout.preferredWidth: 6
             Layout.preferredHeight: 6
             radius: 3

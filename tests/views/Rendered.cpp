@@ -39,7 +39,15 @@ QRectF boxOf(const QQuickItem* item)
 
 const QQuickItem* Rendered::item(const Accepts& isIt) const
 {
-    return search(*window_.contentItem(), isIt);
+    return root_ ? search(*root_, isIt) : nullptr;
+}
+
+Rendered Rendered::within(const char* objectName) const
+{
+    const QQuickItem* const found =
+        item([&](const QQuickItem& other) { return other.objectName() == objectName; });
+    EXPECT_NE(found, nullptr) << "no " << objectName;
+    return Rendered(found);
 }
 
 QRectF Rendered::box(const char* objectName) const
@@ -64,7 +72,7 @@ void Rendered::expectText(const QString& text, const QFont& font, const QColor& 
     const auto shown = found->property("font").value<QFont>();
     EXPECT_EQ(shown.pixelSize(), font.pixelSize()) << text.toStdString();
     EXPECT_EQ(shown.weight(), font.weight()) << text.toStdString();
-    EXPECT_EQ(shown.families(), font.families()) << text.toStdString();
+    EXPECT_EQ(shown.families().first(), font.families().first()) << text.toStdString();
     EXPECT_EQ(shown.letterSpacing(), font.letterSpacing()) << text.toStdString();
     EXPECT_EQ(found->property("color").value<QColor>().rgba(), color.rgba()) << text.toStdString();
 }

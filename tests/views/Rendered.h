@@ -15,7 +15,10 @@ namespace brisalon::tests {
 class Rendered {
 public:
     /// The window outlives this.
-    explicit Rendered(const QQuickWindow& window) : window_(window) {}
+    explicit Rendered(const QQuickWindow& window) : root_(window.contentItem()) {}
+
+    /// What the item of that name shows. It outlives the result.
+    Rendered within(const char* objectName) const;
 
     /// Where the item of that name, or of that text, is; nowhere without it, which
     /// fails the test.
@@ -29,7 +32,10 @@ public:
 private:
     const QQuickItem* item(const std::function<bool(const QQuickItem&)>& isIt) const;
 
-    const QQuickWindow& window_;
+    explicit Rendered(const QQuickItem* root) : root_(root) {}
+
+    /// Null for an item that is missing: nothing is found in it.
+    const QQuickItem* root_;
 };
 
 } // namespace brisalon::tests

@@ -1,5 +1,7 @@
 #include "WindowFixture.h"
 
+#include <QTest>
+
 namespace brisalon::tests {
 
 using WindowTest = WindowFixture;
@@ -169,6 +171,41 @@ TEST_F(WindowTest, TheKeyboardAloneScansZoomsInAndGoesUp)
     driver->press(Qt::Key_Right);
     driver->press(Qt::Key_Return);
     EXPECT_EQ(levelName(), "Movies") << "every level's map has it";
+}
+
+TEST_F(WindowTest, FollowsThePointerByHandWhereNoWindowManagerMovesAndResizesIt)
+{
+    start();
+    const auto drag = [this](QPoint from, QPoint by) {
+        QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, from);
+        // In the window's own coordinates, which move along with it.
+        QTest::mouseMove(window, from + by / 2);
+        QTest::mouseMove(window, from + by);
+        QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, from + by);
+    };
+    const QPoint position = window->position();
+    drag(QPoint(40, 600), QPoint(30, 20));
+    EXPECT_NE(window->position(), position);
+
+    const QRect before = window->geometry();
+    drag(QPoint(1279, 400), QPoint(-40, 0));
+    EXPECT_LT(window->width(), before.width());
+    EXPECT_EQ(window->height(), before.height());
+    EXPECT_EQ(window->position(), before.topLeft());
+    drag(QPoint(window->width() - 1, window->height() - 1), QPoint(-600, -400));
+    EXPECT_EQ(window->size(), window->minimumSize());
+    EXPECT_EQ(window->position(), before.topLeft());
+}
+
+TEST_F(WindowTest, ADoubleClickZoomsTheWindowOnItsTopBandOnly)
+{
+    start();
+    driver->doubleClick(QPoint(124, 600));
+    EXPECT_NE(window->visibility(), QWindow::Maximized);
+    driver->doubleClick(QPoint(124, 20));
+    EXPECT_EQ(window->visibility(), QWindow::Maximized);
+    driver->doubleClick(QPoint(124, 20));
+    EXPECT_EQ(window->visibility(), QWindow::Windowed);
 }
 
 TEST_F(WindowTest, NamesAreShownAsTheyAreAndNeverAsMarkup)
