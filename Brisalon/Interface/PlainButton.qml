@@ -15,6 +15,7 @@ T.AbstractButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     hoverEnabled: true
     Accessible.name: text
+    Accessible.onPressAction: clicked()
 
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
