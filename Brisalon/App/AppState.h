@@ -62,7 +62,7 @@ class AppState : public QObject {
     Q_PROPERTY(bool isTrashPending READ isTrashPending NOTIFY confirmTrashChanged)
     Q_PROPERTY(brisalon::LocalSnapshotValue confirmSnapshot READ confirmSnapshot WRITE
                    setConfirmSnapshot NOTIFY confirmSnapshotChanged)
-    Q_PROPERTY(QStringList cleanFailures READ cleanFailures NOTIFY lastCleanChanged)
+    Q_PROPERTY(QString failureText READ failureText NOTIFY lastCleanChanged)
     Q_PROPERTY(brisalon::sidebar::SidebarTab sidebarTab READ sidebarTab WRITE setSidebarTab NOTIFY
                    sidebarTabChanged)
     Q_PROPERTY(bool fdaJustGranted READ fdaJustGranted WRITE setFDAJustGranted NOTIFY
@@ -160,8 +160,8 @@ public:
     /// What the window asks before a move to the Trash.
     QString trashTitle() const;
     QString trashMessage() const;
-    /// The failures of `lastClean`.
-    QStringList cleanFailures() const;
+    /// The failures of `lastClean` on one line; of very many the first.
+    QString failureText() const;
     /// Whether there is a map and the user has never zoomed into one.
     bool shouldShowMapHint() const;
     /// Whether the map on screen is that target's, and no scan runs.

@@ -85,13 +85,21 @@ QString AppState::trashMessage() const
     return message;
 }
 
-QStringList AppState::cleanFailures() const
+QString AppState::failureText() const
 {
-    QStringList texts;
-    if (lastClean_)
-        for (const std::string& failure : lastClean_->failures)
-            texts.append(displayText(failure));
-    return texts;
+    // Of ten thousand failures a line shows no more than the first few.
+    constexpr qsizetype enough = 2'000;
+    QString text;
+    if (!lastClean_)
+        return text;
+    for (const std::string& failure : lastClean_->failures) {
+        if (text.size() > enough)
+            break;
+        if (!text.isEmpty())
+            text += QStringLiteral(" · ");
+        text += displayText(failure);
+    }
+    return text;
 }
 
 } // namespace brisalon

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Brisalon.Theme
 
@@ -25,32 +26,27 @@ PlainButton {
     font: Theme.rounded(isSmall ? Theme.subheadline : Theme.callout, Font.Medium)
     opacity: enabled ? 1 : 0.4
 
-    contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: Math.max(row.implicitHeight, button.isSmall ? 14 : 16)
+    contentItem: RowLayout {
+        spacing: button.spacing
 
-        Row {
-            id: row
+        SymbolImage {
+            Layout.alignment: Qt.AlignCenter
+            visible: button.symbol !== ""
+            name: button.symbol
+            size: button.font.pixelSize
+            color: button.foreground
+        }
 
-            anchors.centerIn: parent
-            spacing: button.spacing
-
-            SymbolImage {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.symbol !== ""
-                name: button.symbol
-                size: button.font.pixelSize
-                color: button.foreground
-            }
-
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                visible: button.showsTitle
-                text: button.text
-                textFormat: Text.PlainText
-                font: button.font
-                color: button.foreground
-            }
+        Text {
+            Layout.fillWidth: true
+            Layout.minimumHeight: button.isSmall ? 14 : 16
+            visible: button.showsTitle
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            text: button.text
+            textFormat: Text.PlainText
+            font: button.font
+            color: button.foreground
         }
     }
 

@@ -11,11 +11,11 @@ ListView {
 
     required property AppState appState
 
-    implicitWidth: contentWidth
     implicitHeight: Math.max(contentItem.childrenRect.height, 24)
     orientation: ListView.Horizontal
     boundsBehavior: Flickable.StopAtBounds
-    clip: contentWidth > width
+    interactive: contentWidth > width
+    clip: interactive
     spacing: 4
     model: appState.breadcrumbs
     keyNavigationEnabled: false

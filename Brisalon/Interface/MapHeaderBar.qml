@@ -38,13 +38,7 @@ Rectangle {
         Breadcrumb {
             objectName: "breadcrumb"
             Layout.fillWidth: true
-            Layout.maximumWidth: implicitWidth
             appState: bar.appState
-        }
-
-        Item {
-            Layout.fillWidth: true
-            Layout.minimumWidth: 0
         }
 
         BorderedButton {

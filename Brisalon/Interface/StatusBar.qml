@@ -11,12 +11,12 @@ Rectangle {
     required property scanProgress progress
 
     readonly property bool showsProgress: appState.isScanning && progress.isPresent
-    readonly property bool showsFailures: !showsProgress && appState.cleanFailures.length > 0
+    readonly property bool showsFailures: !showsProgress && appState.failureText !== ""
     readonly property string statusText: {
         if (showsProgress)
             return "Scanning · " + progress.visitedText + " items · " + progress.bytesText;
         if (showsFailures)
-            return appState.cleanFailures.join(" · ");
+            return appState.failureText;
         return appState.statusMessage || "Ready";
     }
 

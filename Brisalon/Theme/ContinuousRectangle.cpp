@@ -178,7 +178,10 @@ QSGNode* ContinuousRectangle::updatePaintNode(QSGNode* node, UpdatePaintNodeData
     const double ratio = window()->effectiveDevicePixelRatio();
     const Patch patch = paintPatch(*this, ratio);
     const double overhang = patch.overhang / ratio;
-    const QRectF bounds = boundingRect().adjusted(-overhang, -overhang, overhang, overhang);
+    // As wide as painted: pieces that met between two pixels would show a seam.
+    const QRectF bounds =
+        QRectF(0, 0, std::round(width() * ratio) / ratio, std::round(height() * ratio) / ratio)
+            .adjusted(-overhang, -overhang, overhang, overhang);
     const auto across =
         pieces(patch.image.width(), patch.corner, bounds.left(), bounds.width(), ratio);
     const auto down =

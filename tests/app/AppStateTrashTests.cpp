@@ -135,7 +135,7 @@ TEST_F(TrashTest, NothingMovedLeavesTheReportAndItsFirstFailure)
         EXPECT_EQ(state->statusMessage().toStdString(), *error ? error : own);
         ASSERT_TRUE(state->lastClean());
         EXPECT_EQ(state->lastClean()->movedCount, 0);
-        EXPECT_EQ(state->cleanFailures().last().toStdString(), own);
+        EXPECT_EQ(state->failureText().toStdString(), *error ? error + (" · " + own) : own);
         EXPECT_FALSE(state->isScanning());
     }
     scan(tree.url());
