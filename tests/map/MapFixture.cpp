@@ -54,7 +54,7 @@ MapTest::MapTest()
     view_ = window_.rootObject();
     canvas_ = view_->property("map").value<TreemapCanvas*>();
     QObject::connect(canvas_, &TreemapCanvas::selectRequested, [this](const FileNodeValue& node) {
-        requests_.push_back("select " + node->name());
+        requests_.push_back("select " + (node ? node->name() : std::string()));
     });
     QObject::connect(canvas_, &TreemapCanvas::zoomRequested, [this](const FileNodeValue& node) {
         requests_.push_back("zoom " + node->name());

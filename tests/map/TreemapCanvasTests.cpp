@@ -221,7 +221,8 @@ TEST_F(TreemapCanvasTest, TheKeyboardWalksBetweenNeighboursAndZooms)
         requests_.clear();
         QTest::keyClick(&window_, key);
         if (!requests_.empty() && requests_[0].starts_with("select "))
-            canvas_->setSelectedID(id(block(requests_[0].substr(7))));
+            canvas_->setSelectedID(requests_[0] == "select " ? QByteArray()
+                                                             : id(block(requests_[0].substr(7))));
         return requests_.empty() ? std::string() : requests_[0];
     };
     EXPECT_EQ(press(Qt::Key_Return), "");
@@ -234,12 +235,47 @@ TEST_F(TreemapCanvasTest, TheKeyboardWalksBetweenNeighboursAndZooms)
     EXPECT_EQ(press(Qt::Key_Down), "select c");
     EXPECT_EQ(press(Qt::Key_Left), "select a");
     EXPECT_EQ(press(Qt::Key_Return), "zoom a");
+    EXPECT_EQ(press(Qt::Key_End), "select c");
+    EXPECT_EQ(press(Qt::Key_Home), "select a");
+    EXPECT_EQ(press(Qt::Key_Escape), "select ") << "Escape ends the selection";
 
     // The keys go on from what the mouse selects, and the mouse needs no focus ring.
     QTest::mouseClick(&window_, Qt::LeftButton, {}, middle(1));
     EXPECT_FALSE(canvas_->isFocusVisible());
     canvas_->setSelectedID(id(1));
     EXPECT_EQ(press(Qt::Key_Down), "select c");
+}
+
+TEST_F(TreemapCanvasTest, TheKeyboardReachesEveryBlockOfACrowdedLevelThatCanBeSeen)
+{
+    // Every arrow goes over a shared edge to the side that it names.
+    const MapLevel level(crowdedFolder(2'000), {1000, 600});
+    std::vector<bool> reached(level.count(), false);
+    std::vector<std::size_t> pending{0};
+    while (!pending.empty()) {
+        const std::size_t at = pending.back();
+        pending.pop_back();
+        if (reached[at])
+            continue;
+        reached[at] = true;
+        const QRectF from = level.cell(at);
+        for (const Qt::Edge edge : {Qt::LeftEdge, Qt::RightEdge, Qt::TopEdge, Qt::BottomEdge}) {
+            const auto next = level.neighbor(at, edge);
+            if (!next)
+                continue;
+            const QRectF to = level.cell(*next);
+            const double gap = edge == Qt::LeftEdge    ? from.left() - to.right()
+                               : edge == Qt::RightEdge ? to.left() - from.right()
+                               : edge == Qt::TopEdge   ? from.top() - to.bottom()
+                                                       : to.top() - from.bottom();
+            EXPECT_NEAR(gap, 0, 0.01);
+            pending.push_back(*next);
+        }
+    }
+    for (std::size_t block = 0; block < level.count(); ++block) {
+        const bool isLabelled = level.cell(block).width() > 64 && level.cell(block).height() > 28;
+        EXPECT_TRUE(reached[block] || !isLabelled) << block;
+    }
 }
 
 TEST_F(TreemapCanvasTest, TwentyThousandBlocksAreUsable)
