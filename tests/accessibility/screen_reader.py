@@ -1,0 +1,290 @@
+#!/usr/bin/python3
+"""screen_reader.py PROGRAM
+
+Uses the program as somebody does who cannot see it: through the accessibility bus
+that screen readers use, with a keyboard. Starts the program on a display, a session
+bus and with a home folder of its own, walks its tree of accessible items, presses
+buttons and blocks through their actions, and follows the focus. Prints what is wrong
+and exits with 1; with 77, and what is missing, where it cannot run.
+"""
+
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+MISSING = 77
+
+try:
+    import dbus
+except ImportError:
+    print("skipped: needs python3-dbus")
+    sys.exit(MISSING)
+for tool in ("Xvfb", "dbus-daemon", "dbus-monitor", "xdotool"):
+    if not shutil.which(tool):
+        print("skipped: needs", tool)
+        sys.exit(MISSING)
+if not os.path.exists("/usr/share/dbus-1/services/org.a11y.Bus.service"):
+    print("skipped: needs at-spi2-core")
+    sys.exit(MISSING)
+
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+ACTION = "org.a11y.atspi.Action"
+COMPONENT = "org.a11y.atspi.Component"
+ROOT = "/org/a11y/atspi/accessible/root"
+
+# Numbers of the protocol.
+FOCUSABLE, FOCUSED, SELECTED, SHOWING = 11, 12, 23, 25
+UNKNOWN_ROLES = {"unknown", "invalid", "filler", ""}
+
+failures = []
+
+
+def check(holds, what):
+    if not holds:
+        print("FAILED", what)
+        failures.append(what)
+
+
+def wait_for(find, what, seconds=8):
+    """What find() returns as soon as that is something; None after the time."""
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        try:
+            found = find()
+        except dbus.DBusException:
+            # An item that went while it was asked.
+            found = None
+        if found:
+            return found
+        time.sleep(0.05)
+    check(False, what)
+    return None
+
+
+class Item:
+    def __init__(self, bus, reference):
+        self.bus = bus
+        self.key = (str(reference[0]), str(reference[1]))
+        self.proxy = bus.get_object(*self.key, introspect=False)
+
+    def call(self, interface, method, *arguments):
+        return self.proxy.get_dbus_method(method, interface)(*arguments)
+
+    def get(self, interface, name):
+        return self.call("org.freedesktop.DBus.Properties", "Get", interface, name)
+
+    def name(self):
+        return str(self.get(ACCESSIBLE, "Name"))
+
+    def role(self):
+        return str(self.call(ACCESSIBLE, "GetRoleName"))
+
+    def has(self, state):
+        words = self.call(ACCESSIBLE, "GetState")
+        return bool(int(words[state // 32]) >> state % 32 & 1)
+
+    def children(self):
+        return [Item(self.bus, child) for child in self.call(ACCESSIBLE, "GetChildren")]
+
+    def actions(self):
+        if ACTION not in self.call(ACCESSIBLE, "GetInterfaces"):
+            return []
+        return [str(action[0]) for action in self.call(ACTION, "GetActions")]
+
+    def act(self, action):
+        names = self.actions()
+        matches = [i for i, name in enumerate(names) if name.lower() == action.lower()]
+        check(matches, f"'{self.name()}' has no action {action}, only {names}")
+        if matches:
+            self.call(ACTION, "DoAction", dbus.Int32(matches[0]))
+
+    def below(self):
+        """This and everything below it that is on screen."""
+        found = [self]
+        for child in self.children():
+            if child.has(SHOWING):
+                found += child.below()
+        return found
+
+    def find(self, name):
+        return next((item for item in self.below() if item.name() == name), None)
+
+
+class Session:
+    """A display, a session bus and a home folder, with the program in it."""
+
+    def __init__(self, program, folder):
+        self.processes = []
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "LANG": "C.UTF-8",
+            "HOME": folder + "/home",
+            "XDG_CONFIG_HOME": folder + "/settings",
+            "XDG_CACHE_HOME": folder + "/cache",
+            "XDG_RUNTIME_DIR": folder,
+            "QT_QPA_PLATFORM": "xcb",
+            "QT_QUICK_BACKEND": "software",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+        }
+        reading, writing = os.pipe()
+        self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1400x900x24",
+                    "-nolisten", "tcp"], pass_fds=[writing])
+        os.close(writing)
+        with os.fdopen(reading) as number:
+            self.environment["DISPLAY"] = ":" + number.readline().strip()
+
+        # The bus of the session starts the one for accessibility when it is asked for.
+        daemon = self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
+                            stdout=subprocess.PIPE)
+        address = daemon.stdout.readline().decode().strip()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+        session = dbus.bus.BusConnection(address)
+        a11y = session.get_object("org.a11y.Bus", "/org/a11y/bus", introspect=False)
+        address = str(a11y.get_dbus_method("GetAddress", "org.a11y.Bus")())
+        self.bus = dbus.bus.BusConnection(address)
+
+        self.events = os.path.join(folder, "events")
+        with open(self.events, "w") as log:
+            self.start(["dbus-monitor", "--address", address,
+                        "interface='org.a11y.atspi.Event.Object'"], stdout=log)
+        # The program tells only what somebody has asked to hear.
+        Item(self.bus, ("org.a11y.atspi.Registry", "/org/a11y/atspi/registry")).call(
+            "org.a11y.atspi.Registry", "RegisterEvent", "object:state-changed:focused")
+        self.program = self.start([program])
+
+    def start(self, command, **options):
+        process = subprocess.Popen(command, env=self.environment, **options)
+        self.processes.append(process)
+        return process
+
+    def window(self):
+        registry = Item(self.bus, ("org.a11y.atspi.Registry", ROOT))
+        for application in registry.children():
+            for window in application.children():
+                if window.name() == "Brisalon" and window.children():
+                    return window
+        return None
+
+    def press(self, key):
+        subprocess.run(["xdotool", "key", key], env=self.environment, check=True)
+
+    def told_focus(self, item):
+        """Whether an event has said that the item got the focus."""
+        with open(self.events) as log:
+            text = log.read()
+        start = f"path={item.key[1]};"
+        for event in text.split("signal time="):
+            if start in event and 'string "focused"' in event and "int32 1" in event:
+                return True
+        return False
+
+    def end(self):
+        for process in reversed(self.processes):
+            process.terminate()
+        for process in self.processes:
+            try:
+                process.wait(3)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+
+
+def check_names(window, where):
+    for item in window.below():
+        if item.has(FOCUSABLE) or item.actions():
+            check(item.name() != "", f"{where}: a {item.role()} at {item.key[1]} has no name")
+            check(item.role() not in UNKNOWN_ROLES,
+                  f"{where}: '{item.name()}' has the role '{item.role()}'")
+
+
+def fill(home):
+    def file(path, megabytes):
+        path = os.path.join(home, path)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "wb") as out:
+            out.write(b"x" * (megabytes << 20))
+
+    file("node_modules/a.bin", 12)
+    file("node_modules/b.bin", 8)
+    file("disk.iso", 10)
+    file("film.mov", 6)
+
+
+def journey(session):
+    window = wait_for(session.window, "the program's window is on the bus")
+    if not window:
+        return
+    card = wait_for(lambda: window.find("Scan Home folder"), "the card is found")
+    for name in ("Scan This Mac", "Choose folder…", "Close", "Minimise", "Zoom", "Menu"):
+        item = window.find(name)
+        check(item and "button" in item.role(), f"'{name}' is a button")
+    check(window.find("Ready"), "the status can be read")
+    check_names(window, "welcome")
+
+    card.act("Press")
+    map_item = wait_for(lambda: window.find("Map of home"), "the card's press starts the scan")
+    if not map_item:
+        return
+    check(map_item.role() == "list", f"the map is a list, not a {map_item.role()}")
+    for name in ("Home folder", "This Mac", "Rescan"):
+        item = window.find(name)
+        check(item and "button" in item.role(), f"'{name}' is a button")
+    check_names(window, "map")
+
+    blocks = map_item.children()
+    names = [block.name() for block in blocks]
+    check(names == ["node_modules, Folder, 20 MB, node_modules, Review",
+                    "disk.iso, File, 10 MB, Installer, Review",
+                    "film.mov, File, 6.0 MB"], f"the blocks are {names}")
+    check(all(block.role() == "list item" for block in blocks), "the blocks are list items")
+    for i, block in enumerate(blocks):
+        x, y, width, height = block.call(COMPONENT, "GetExtents", dbus.UInt32(0))
+        at = map_item.call(COMPONENT, "GetAccessibleAtPoint", dbus.Int32(x + width // 2),
+                           dbus.Int32(y + height // 2), dbus.UInt32(0))
+        check(str(at[1]) == block.key[1], f"block {i} is found where it is")
+
+    blocks[1].act("SetFocus")
+    wait_for(lambda: blocks[1].has(SELECTED) and blocks[1].has(FOCUSED), "a block gets the focus")
+    check(window.find("Move to Trash"), "the Trash can be reached for what is selected")
+    blocks[2].act("Press")
+    wait_for(lambda: blocks[2].has(SELECTED), "a block's press selects it")
+    check(not blocks[1].has(SELECTED), "one block is selected at a time")
+
+    session.press("Home")
+    wait_for(lambda: blocks[0].has(FOCUSED) and session.told_focus(blocks[0]),
+             "the focus goes to the largest block, and an event says so")
+    session.press("Down")
+    moved = wait_for(lambda: next((b for b in blocks[1:] if b.has(FOCUSED)), None),
+                     "the focus follows an arrow key")
+    if moved:
+        wait_for(lambda: session.told_focus(moved), "an event says where the focus went")
+
+    blocks[0].act("Zoom in")
+    inner = wait_for(lambda: window.find("Map of node_modules"), "a folder can be zoomed into")
+    if inner:
+        wait_for(lambda: [b.name() for b in inner.children()] == [
+            "a.bin, File, 12 MB",
+            "b.bin, File, 8.0 MB"], "its blocks can be read")
+        check_names(window, "zoomed")
+    session.press("BackSpace")
+    wait_for(lambda: window.find("Map of home"), "Backspace goes up again")
+
+
+def main():
+    with tempfile.TemporaryDirectory(prefix="brisalon-reader-") as folder:
+        os.mkdir(folder + "/home")
+        fill(folder + "/home")
+        session = Session(os.path.abspath(sys.argv[1]), folder)
+        try:
+            journey(session)
+            check(session.program.poll() is None, "the program still runs")
+        finally:
+            session.end()
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
