@@ -4,16 +4,16 @@
 #include "Brisalon/Platform/DesktopWorkspace.h"
 #include "Brisalon/Platform/SettingsDefaultsStore.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 int main(int argc, char* argv[])
 {
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     brisalon::BrisalonApp::prepare();
     brisalon::SettingsDefaultsStore store;
     brisalon::DesktopWorkspace workspace;
     const brisalon::DesktopFileAccess fileAccess;
     const brisalon::DesktopBundleInformation bundle;
     brisalon::BrisalonApp brisalon({store, workspace, fileAccess, bundle});
-    return brisalon.open() ? QGuiApplication::exec() : 1;
+    return brisalon.open() ? QApplication::exec() : 1;
 }

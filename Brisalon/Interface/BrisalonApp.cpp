@@ -3,29 +3,44 @@
 #include "Brisalon/Platform/GraphicsProcessor.h"
 #include "Brisalon/Theme/Theme.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QIcon>
-#include <QQuickStyle>
+#include <QPalette>
 
 #include <utility>
 
 namespace brisalon {
 
+namespace {
+
+/// For what is not drawn by the program's own views: the folder panel where the
+/// desktop has none.
+QPalette darkPalette()
+{
+    QPalette palette(Theme::elevated(), Theme::panel());
+    palette.setColor(QPalette::Base, Theme::well());
+    palette.setColor(QPalette::Highlight, Theme::accent());
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, Theme::muted());
+    return palette;
+}
+
+} // namespace
+
 void BrisalonApp::prepare()
 {
     QCoreApplication::setOrganizationName("Brisalon");
     QCoreApplication::setApplicationName("Brisalon");
-    QGuiApplication::setDesktopFileName("brisalon");
-    QGuiApplication::setWindowIcon(QIcon(":/qt/qml/Brisalon/Theme/LogoMark.svg"));
-    QGuiApplication::setFont(Theme::system(Theme::body()));
-    QQuickStyle::setStyle("Fusion");
+    QApplication::setDesktopFileName("brisalon");
+    QApplication::setWindowIcon(QIcon(":/qt/qml/Brisalon/Theme/LogoMark.svg"));
+    QApplication::setFont(Theme::system(Theme::body()));
+    QApplication::setPalette(darkPalette());
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     chooseGraphics();
 }
 
 BrisalonApp::BrisalonApp(Surroundings surroundings)
-    : folderPanel_(engine_),
-      product_(surroundings.bundle, surroundings.workspace),
+    : product_(surroundings.bundle, surroundings.workspace),
       state_({
           .defaults = surroundings.defaults,
           .folderPanel = surroundings.folderPanel ? *surroundings.folderPanel : folderPanel_,

@@ -2,7 +2,7 @@
 
 #include "Brisalon/App/AppState.h"
 #include "Brisalon/Interface/ProductInformation.h"
-#include "Brisalon/Platform/QuickFolderPanel.h"
+#include "Brisalon/Platform/DesktopFolderPanel.h"
 
 #include <QPointer>
 #include <QQmlApplicationEngine>
@@ -16,7 +16,7 @@ namespace brisalon {
 class BrisalonApp {
 public:
     /// The names under which the desktop knows the application, its font, and the
-    /// way that Qt Quick draws. Once, after the QGuiApplication was made and before
+    /// way that Qt Quick draws. Once, after the QApplication was made and before
     /// a BrisalonApp.
     static void prepare();
 
@@ -45,7 +45,7 @@ public:
 
 private:
     QQmlApplicationEngine engine_;
-    QuickFolderPanel folderPanel_;
+    DesktopFolderPanel folderPanel_;
     ProductInformation product_;
     AppState state_;
     QPointer<QQuickWindow> window_;

@@ -28,24 +28,6 @@ Window {
             showMaximized();
     }
 
-    // For what is not drawn by this program's own views: the folder panel where the
-    // desktop has none.
-    palette {
-        window: Theme.panel
-        windowText: "white"
-        base: Theme.well
-        text: "white"
-        button: Theme.elevated
-        buttonText: "white"
-        light: Theme.elevated
-        midlight: Theme.elevated
-        mid: Theme.strokeStrong
-        dark: Theme.strokeStrong
-        highlight: Theme.accent
-        highlightedText: "white"
-        placeholderText: Theme.muted
-    }
-
     AppCommands {
         id: commands
 

@@ -10,7 +10,9 @@ namespace {
 
 void failOnWarnings(QtMsgType type, const QMessageLogContext&, const QString& message)
 {
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    // What the platform without a screen cannot do for windows is no fault of ours.
+    if (type != QtDebugMsg && type != QtInfoMsg &&
+        !message.startsWith("This plugin does not support"))
         ADD_FAILURE() << message.toStdString();
 }
 

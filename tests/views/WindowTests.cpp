@@ -1,5 +1,7 @@
 #include "WindowFixture.h"
 
+#include <QApplication>
+#include <QFileDialog>
 #include <QTest>
 
 namespace brisalon::tests {
@@ -206,6 +208,36 @@ TEST_F(WindowTest, ADoubleClickZoomsTheWindowOnItsTopBandOnly)
     EXPECT_EQ(window->visibility(), QWindow::Maximized);
     driver->doubleClick(QPoint(124, 20));
     EXPECT_EQ(window->visibility(), QWindow::Windowed);
+}
+
+TEST_F(WindowTest, TheFolderPanelScansTheFolderThatItNamesAndNothingWhenDismissed)
+{
+    home.file("Movies/a.mov", 2 * mib);
+    start();
+    const auto panel = [] {
+        QFileDialog* shown = nullptr;
+        for (QWidget* const widget : QApplication::topLevelWidgets())
+            if (auto* const dialog = qobject_cast<QFileDialog*>(widget);
+                dialog && widget->isVisible())
+                shown = dialog;
+        return shown;
+    };
+    driver->press(Qt::Key_O, Qt::ControlModifier);
+    ASSERT_NE(panel(), nullptr);
+    EXPECT_TRUE(panel()->isModal());
+    EXPECT_EQ(panel()->labelText(QFileDialog::Accept), "Scan");
+    EXPECT_EQ(panel()->fileMode(), QFileDialog::Directory);
+    EXPECT_EQ(panel()->directory().path().toStdString(), home.path());
+    panel()->reject();
+    EXPECT_EQ(panel(), nullptr);
+    EXPECT_FALSE(app->state().isScanning());
+
+    app->state().pickFolderAndScan();
+    ASSERT_NE(panel(), nullptr);
+    panel()->selectFile(QString::fromStdString(home.at("Movies")));
+    QMetaObject::invokeMethod(panel(), "accept");
+    ASSERT_TRUE(mapAppears());
+    EXPECT_EQ(app->state().scanRoot().path(), home.at("Movies"));
 }
 
 TEST_F(WindowTest, NamesAreShownAsTheyAreAndNeverAsMarkup)

@@ -2,7 +2,7 @@
 
 #include "Brisalon/Interface/BrisalonApp.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ int main(int argc, char* argv[])
     const brisalon::tests::TestHome home;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
-    const QGuiApplication application(argc, argv);
+    const QApplication application(argc, argv);
     brisalon::BrisalonApp::prepare();
     return RUN_ALL_TESTS();
 }

@@ -10,7 +10,7 @@
 #include "Brisalon/Platform/MemoryWorkspace.h"
 
 #include <QCommandLineParser>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
@@ -102,7 +102,7 @@ int main(int argc, char* argv[])
     if (!hasDisplay && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     BrisalonApp::prepare();
     MemoryDefaultsStore store;
     MemoryWorkspace workspace;
