@@ -22,7 +22,8 @@ void DesktopFolderPanel::open(const char* confirmTitle, std::function<void(const
         dialog_ = new QFileDialog;
         dialog_->setWindowTitle("Choose a folder");
         dialog_->setFileMode(QFileDialog::Directory);
-        dialog_->setOption(QFileDialog::ShowDirsOnly);
+        dialog_->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);
+        dialog_->resize(800, 520);
         dialog_->setWindowModality(Qt::ApplicationModal);
         dialog_->setDirectory(QFile::decodeName(homeFolder().path().c_str()));
         connect(dialog_, &QFileDialog::fileSelected, this, &DesktopFolderPanel::accept);
