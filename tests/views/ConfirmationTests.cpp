@@ -204,7 +204,8 @@ TEST_F(ConfirmationTest, ConfirmingMovesTheItemsAndScansAnew)
     driver->press(Qt::Key_Tab);
     driver->press(Qt::Key_Space);
     ASSERT_TRUE(WindowDriver::waitFor([&] { return state().lastClean().has_value(); }));
-    EXPECT_TRUE(text("statusText").startsWith("The disk says no."));
+    EXPECT_EQ(text("statusText"), "The disk says no. · Could not move Music to Trash.");
+    EXPECT_NE(driver->find("failureSymbol"), nullptr);
     EXPECT_TRUE(stopsAsking());
     EXPECT_TRUE(mapHasFocus());
 }
