@@ -1,0 +1,90 @@
+#include "support/TemporaryTree.h"
+
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace brisalon::tests {
+
+namespace {
+
+constexpr std::int64_t mib = 1024 * 1024;
+
+/// The window in that state as the real program shows it on a display of its own.
+QImage picture(const TemporaryTree& home, const QString& state, const char* variable,
+               const char* backend)
+{
+    const QString file = QString::fromStdString(home.path()) + ".png";
+    QProcess process;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const char* const name : {"QT_QPA_PLATFORM", "QT_QUICK_BACKEND", "QSG_RHI_BACKEND"})
+        environment.remove(name);
+    environment.insert(variable, backend);
+    environment.insert("LIBGL_ALWAYS_SOFTWARE", "1");
+    environment.insert("HOME", QString::fromStdString(home.path()));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start("xvfb-run",
+                  {"-a", "-s", "-screen 0 1280x820x24", BRISALON_CAPTURE, "--scan",
+                   QString::fromStdString(home.path()), "--state", state, "--output", file});
+    const bool hasEnded = process.waitForFinished(60'000);
+    EXPECT_TRUE(hasEnded && process.exitCode() == 0) << process.readAll().toStdString();
+    const QImage image(file);
+    QFile::remove(file);
+    return image;
+}
+
+/// How much of the picture differs by more than the edges of letters do.
+double difference(const QImage& a, const QImage& b)
+{
+    int different = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QColor p = a.pixelColor(x, y);
+            const QColor q = b.pixelColor(x, y);
+            const int most = std::max({std::abs(p.red() - q.red()), std::abs(p.green() - q.green()),
+                                       std::abs(p.blue() - q.blue())});
+            different += most > 12;
+        }
+    }
+    return static_cast<double>(different) / (a.width() * a.height());
+}
+
+} // namespace
+
+class BackendTest : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(BackendTest, OpenGLAndSoftwareShowTheSamePicture)
+{
+    if (QStandardPaths::findExecutable("xvfb-run").isEmpty())
+        GTEST_SKIP() << "needs xvfb-run";
+    TemporaryTree home;
+    home.file("node_modules/a.js", 4 * mib);
+    home.file("setup.iso", 3 * mib);
+    home.file("Movies/c.mov", 6 * mib);
+    const QImage openGL = picture(home, GetParam(), "QSG_RHI_BACKEND", "opengl");
+    const QImage software = picture(home, GetParam(), "QT_QUICK_BACKEND", "software");
+    ASSERT_FALSE(openGL.isNull());
+    ASSERT_EQ(openGL.size(), software.size());
+    // Two empty windows would be alike as well.
+    QImage empty(software.size(), QImage::Format_RGB32);
+    empty.fill(software.pixelColor(software.width() / 2, software.height() - 2));
+    EXPECT_GT(difference(software, empty), 0.02);
+    EXPECT_LT(difference(openGL, software), 0.01);
+}
+
+INSTANTIATE_TEST_SUITE_P(States, BackendTest,
+                         ::testing::Values("welcome", "inspector-hog", "confirm-trash"),
+                         [](const auto& state) {
+                             std::string name = state.param;
+                             std::erase(name, '-');
+                             return name;
+                         });
+
+} // namespace brisalon::tests
