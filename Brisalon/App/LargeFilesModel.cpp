@@ -185,11 +185,6 @@ bool LargeFilesModel::press(int key, int modifiers)
             return false;
         state_->setSelectedLargeFileRows({});
         return true;
-    case Qt::Key_Delete:
-        if (ticked_.isEmpty() || state_->isScanning())
-            return false;
-        state_->requestTrashSelected();
-        return true;
     default:
         return false;
     }

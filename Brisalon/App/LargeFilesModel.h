@@ -51,9 +51,8 @@ public:
     /// A key (Qt::Key) on the list: Up, Down, Home and End move the current row and
     /// tick it alone, with Shift the rows from the anchor to it, with Ctrl nothing;
     /// Space ticks or unticks it; Ctrl+A ticks all; Return shows the current file in
-    /// the map; Escape unticks all; Delete asks for the Trash unless a scan runs.
-    /// False for a key that means nothing here, as Escape and Delete do while
-    /// nothing is ticked.
+    /// the map; Escape unticks all. False for a key that means nothing here, as Escape
+    /// does while nothing is ticked.
     Q_INVOKABLE bool press(int key, int modifiers = 0);
 
     /// The keyboard comes to the list: without a current row, the first ticked one

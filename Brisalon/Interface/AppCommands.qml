@@ -49,6 +49,12 @@ Item {
     }
 
     Shortcut {
+        sequence: "Delete"
+        enabled: commands.appState.hasSelection && !commands.appState.isScanning
+        onActivated: commands.appState.requestTrashSelected()
+    }
+
+    Shortcut {
         sequence: "Backspace"
         onActivated: commands.appState.zoomUpOneLevel()
     }

@@ -123,20 +123,6 @@ TEST_F(LargeFilesModelTest, TheKeyboardMovesTicksAndShows)
     EXPECT_FALSE(files.press(Qt::Key_Tab));
     files.press(Qt::Key_Escape);
     EXPECT_FALSE(files.press(Qt::Key_Escape)) << "with nothing ticked it is somebody else's";
-    EXPECT_FALSE(files.press(Qt::Key_Delete));
-}
-
-TEST_F(LargeFilesModelTest, DeleteAsksForTheTrashUnlessAScanRuns)
-{
-    files.click(1);
-    gate.holdAfter(0);
-    state->startScan(tree.url());
-    EXPECT_FALSE(files.press(Qt::Key_Delete));
-    EXPECT_FALSE(state->isTrashPending());
-    gate.open();
-    waitForEnd();
-    EXPECT_TRUE(files.press(Qt::Key_Delete));
-    EXPECT_TRUE(state->isTrashPending());
 }
 
 TEST_F(LargeFilesModelTest, ARescanKeepsWhatIsStillListedAndNothingElse)
