@@ -18,6 +18,8 @@ ColumnLayout {
     }
 
     ContinuousRectangle {
+        id: well
+
         objectName: "pathWell"
         Layout.fillWidth: true
         implicitHeight: flickable.height + 20
@@ -38,7 +40,13 @@ ColumnLayout {
             interactive: contentHeight > height
             clip: interactive
 
-            ThinScrollBar.vertical: ThinScrollBar {}
+            // Beside the text and not on it.
+            ThinScrollBar.vertical: ThinScrollBar {
+                parent: well
+                x: well.width - width - 1
+                y: flickable.y
+                height: flickable.height
+            }
 
             TextEdit {
                 id: pathText
