@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Brisalon.App
 import Brisalon.Theme
 
@@ -10,7 +11,24 @@ FocusScope {
     required property AppState appState
     required property AppCommands commands
 
+    readonly property Item keyed: Window.activeFocusItem
+    readonly property bool isKeyedHidden: keyed !== null && !keyed.visible
+
     Component.onCompleted: appState.appear()
+
+    // What goes away while the keyboard is on it leaves the keyboard to the map. Later,
+    // because it may come back at once, or leave the keyboard to something else.
+    onIsKeyedHiddenChanged: if (isKeyedHidden) handingOn.start()
+
+    Timer {
+        id: handingOn
+
+        interval: 0
+        onTriggered: {
+            if (root.isKeyedHidden)
+                workspace.takeKeyboard((root.keyed as T.Control)?.visualFocus ?? false);
+        }
+    }
 
     SteadyProgress {
         id: steady
@@ -49,6 +67,8 @@ FocusScope {
             }
 
             TreemapWorkspace {
+                id: workspace
+
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 appState: root.appState

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Brisalon.Map
 import Brisalon.Theme
 
 // A panel over the window that has to be answered before anything else: what lies
@@ -16,6 +17,8 @@ T.Popup {
     property string description: ""
     // What has the keyboard at first, and shows it.
     property Item initialFocus: contentItem
+    // Whether what had the keyboard before showed it.
+    property bool wasKeyed: false
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
@@ -30,13 +33,17 @@ T.Popup {
     // At once, because the keys of an opening sheet belong to it and not to what is
     // behind.
     onVisibleChanged: {
-        if (visible)
+        if (visible) {
+            const item = behind.Window.activeFocusItem;
+            wasKeyed = (item as T.Control)?.visualFocus ?? (item as TreemapCanvas)?.focusVisible
+                ?? false;
             initialFocus.forceActiveFocus(Qt.TabFocusReason);
+        }
         introduce();
     }
     onNameChanged: introduce()
     onDescriptionChanged: introduce()
-    onAboutToHide: behind.forceActiveFocus(Qt.PopupFocusReason)
+    onAboutToHide: behind.forceActiveFocus(wasKeyed ? Qt.TabFocusReason : Qt.PopupFocusReason)
 
     // A popup is no item and takes no words; the item that it shows itself with does.
     function introduce() {

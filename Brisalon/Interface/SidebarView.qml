@@ -51,8 +51,13 @@ Rectangle {
         CommandMenu {
             id: menu
 
+            // Whether the keyboard was seen on its button, where it then returns to.
+            property bool wasKeyed: false
+
             y: menuButton.height + 4
             commands: sidebar.commands
+            onAboutToShow: wasKeyed = menuButton.visualFocus
+            onAboutToHide: if (wasKeyed) menuButton.forceActiveFocus(Qt.TabFocusReason)
         }
     }
 

@@ -27,6 +27,10 @@ Item {
         panel?.zoom(node);
     }
 
+    function takeKeyboard(isSeen: bool) {
+        loader.forceActiveFocus(isSeen ? Qt.TabFocusReason : Qt.OtherFocusReason);
+    }
+
     Rectangle {
         id: well
 

@@ -28,6 +28,11 @@ Item {
             width, maximumInspectorWidth, workspace.width - minimumMapWidth));
     }
 
+    // Brings the keyboard to the map, or to what stands in its place.
+    function takeKeyboard(isSeen: bool) {
+        pane.takeKeyboard(isSeen);
+    }
+
     ColumnLayout {
         objectName: "mapColumn"
         anchors.left: parent.left
