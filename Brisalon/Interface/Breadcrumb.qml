@@ -22,6 +22,13 @@ ListView {
 
     onContentWidthChanged: positionViewAtEnd()
     onWidthChanged: positionViewAtEnd()
+    // The crumbs are made anew; the keyboard, if it was on one, goes to the last.
+    onModelChanged: {
+        if (!activeFocus)
+            return;
+        forceLayout();
+        itemAtIndex(count - 1)?.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+    }
 
     delegate: Row {
         id: crumb
@@ -44,6 +51,9 @@ ListView {
             id: button
 
             objectName: "crumb" + crumb.index
+            // A long name leaves room for others.
+            width: Math.min(implicitWidth, 276)
+            focusPolicy: Qt.TabFocus
             text: crumb.modelData.name
             cornerRadius: height / 2
             leftPadding: 8
@@ -54,7 +64,6 @@ ListView {
             onClicked: breadcrumb.appState.jumpToBreadcrumb(crumb.modelData)
 
             contentItem: Text {
-                width: Math.min(implicitWidth, 260)
                 text: button.text
                 textFormat: Text.PlainText
                 maximumLineCount: 1
