@@ -105,6 +105,14 @@ ColumnLayout {
         boundsBehavior: Flickable.StopAtBounds
         model: panel.appState.snapshots
         keyNavigationEnabled: false
+        // The rows are made anew; the keyboard, if it was on one, goes to the first.
+        onModelChanged: {
+            if (!activeFocus)
+                return;
+            forceLayout();
+            const next = itemAtIndex(0)?.nextItemInFocusChain() ?? refresh;
+            next.forceActiveFocus(Qt.TabFocusReason);
+        }
         Accessible.role: Accessible.List
         Accessible.name: "Local snapshots"
 
