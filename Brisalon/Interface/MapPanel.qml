@@ -38,6 +38,8 @@ PanelStyle {
             return;
         }
         const old = view;
+        const hadFocus = old?.map.activeFocus ?? false;
+        const showedFocus = old?.map.focusVisible ?? false;
         view = levelView.createObject(stage, {
             level: level,
             state: isZooming ? "away" : ""
@@ -48,6 +50,9 @@ PanelStyle {
         } else if (old) {
             old.destroy();
         }
+        // The keyboard stays on the map, and seen if it was.
+        if (hadFocus)
+            view.map.forceActiveFocus(showedFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
     }
 
     Connections {
