@@ -106,16 +106,13 @@ ColumnLayout {
             x: 16
             width: ListView.view.width - 32
             isHovered: pointer.containsMouse
-            Accessible.role: Accessible.ListItem
             Accessible.name: entry.name + ", " + entry.folderName + ", " + entry.sizeText
             Accessible.selectable: true
             Accessible.selected: isSelected
             Accessible.focusable: true
             Accessible.onPressAction: sidebar.files.click(index)
 
-            contentItem: RowLayout {
-                spacing: 12
-
+            content: [
                 ContinuousRectangle {
                     objectName: "colorBar"
                     Layout.preferredWidth: 4
@@ -124,8 +121,7 @@ ColumnLayout {
                     Layout.bottomMargin: 4
                     radius: 4
                     color: NodeColor.ofFile(row.entry)
-                }
-
+                },
                 ColumnLayout {
                     spacing: 3
 
@@ -152,8 +148,7 @@ ColumnLayout {
                         color: Theme.muted
                         Accessible.ignored: true
                     }
-                }
-
+                },
                 DigitText {
                     objectName: "fileSize"
                     text: row.entry.sizeText
@@ -161,7 +156,7 @@ ColumnLayout {
                     color: Theme.textSecondary
                     Accessible.ignored: true
                 }
-            }
+            ]
 
             MouseArea {
                 id: pointer

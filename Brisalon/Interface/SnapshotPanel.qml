@@ -126,8 +126,6 @@ ColumnLayout {
 
             width: ListView.view.width
             implicitHeight: row.implicitHeight + 4
-            Accessible.role: Accessible.ListItem
-            Accessible.name: modelData.title
 
             ListRowStyle {
                 id: row
@@ -136,17 +134,15 @@ ColumnLayout {
                 x: 16
                 y: 2
                 width: parent.width - 32
+                Accessible.name: cell.modelData.title
 
-                contentItem: RowLayout {
-                    spacing: 12
-
+                content: [
                     SymbolImage {
                         objectName: "snapshotSymbol"
                         name: "clock.arrow.circlepath"
                         size: 14
                         color: Theme.danger
-                    }
-
+                    },
                     ColumnLayout {
                         spacing: 2
 
@@ -170,8 +166,7 @@ ColumnLayout {
                             font: Theme.system(Theme.caption2)
                             color: Theme.muted
                         }
-                    }
-
+                    },
                     BorderedButton {
                         objectName: "deleteSnapshotButton"
                         text: "Delete"
@@ -185,7 +180,7 @@ ColumnLayout {
                                 list.positionViewAtIndex(cell.index, ListView.Contain);
                         }
                     }
-                }
+                ]
             }
         }
     }

@@ -10,6 +10,8 @@ T.ScrollBar {
     padding: 2
     minimumSize: 0.1
     visible: size < 1
+    // What it moves follows the keyboard.
+    Accessible.ignored: true
 
     contentItem: Rectangle {
         radius: width / 2

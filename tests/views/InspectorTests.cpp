@@ -373,7 +373,7 @@ TEST_F(InspectorTest, Geometry)
     EXPECT_EQ(first->findChild<QQuickItem*>("colorBar")->property("color").value<QColor>(),
               NodeColor::color(HogKind::none, "beach.mov"));
     const auto background = [](const QQuickItem* item, const char* property) {
-        return item->property("background").value<QQuickItem*>()->property(property);
+        return item->findChild<QQuickItem*>("rowBackground")->property(property);
     };
     EXPECT_EQ(background(first, "color").value<QColor>(), Theme::faded(Theme::elevated(), 0.55));
     EXPECT_EQ(background(first, "borderColor").value<QColor>(), Theme::stroke());
