@@ -15,7 +15,13 @@ T.AbstractButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     hoverEnabled: true
     Accessible.name: text
-    Accessible.onPressAction: clicked()
+    // The controls of Qt 6.4 do not tell that they are disabled, nor keep from being
+    // pressed.
+    Accessible.description: enabled ? "" : "Not available now"
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
 
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
