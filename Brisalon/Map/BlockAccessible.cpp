@@ -77,7 +77,7 @@ QAccessible::State BlockAccessible::state() const
     state.focusable = true;
     state.focused = isSelected && canvas_->hasActiveFocus();
     state.disabled = !canvas_->isEnabled();
-    state.invisible = !canvas_->isVisible();
+    state.invisible = !canvas_->isVisible() || !canvas_->isEnabled();
     return state;
 }
 

@@ -159,7 +159,8 @@ QAccessible::State MapAccessible::state() const
     state.focusable = true;
     state.focused = map->hasActiveFocus() && !map->selectedBlock();
     state.disabled = !map->isEnabled();
-    state.invisible = !map->isVisible();
+    // A map that fades away is disabled; a reader must not meet it beside the next.
+    state.invisible = !map->isVisible() || !map->isEnabled();
     return state;
 }
 
