@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QTextLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace brisalon {
@@ -29,10 +30,13 @@ constexpr RunStyle sizeStyle{10, QFont::Medium, 0.88, 12};
 constexpr RunStyle hogStyle{9, QFont::Bold, 0.92, 11};
 
 /// The dark halo behind the text: how far it reaches and how far below the text it
-/// lies, in points, and its opacity (of 255) where the text is dense.
+/// lies, in points, and its opacity (of 255) where the text is dense. Its blurred
+/// coverage is multiplied, because that of thin strokes is well below a half; on the
+/// lightest block colours, white text needs more.
 constexpr double haloReach = 3;
 constexpr double haloDrop = 0.5;
-constexpr int haloStrength = 150;
+constexpr int haloStrength = 160;
+constexpr int haloGain = 2;
 
 /// A name is one text, whatever characters it has: a line feed in it must not
 /// begin a line of its own.
@@ -181,7 +185,8 @@ void BlockLabel::paint(const std::vector<LabelLine>& lines, MapLayers& layers, d
             const uchar* dark = halo.constScanLine(std::max(y - drop, 0));
             QRgb* to = reinterpret_cast<QRgb*>(layer->scanLine(area.top() + y)) + area.left();
             for (int x = 0; x < area.width(); ++x) {
-                const int light = 255 - scaled(dark[x], haloStrength);
+                const int dense = std::min(haloGain * dark[x], 255);
+                const int light = 255 - scaled(dense, haloStrength);
                 const int through = scaled(255 - qAlpha(from[x]), light);
                 to[x] = qRgb(qRed(from[x]) + scaled(qRed(to[x]), through),
                              qGreen(from[x]) + scaled(qGreen(to[x]), through),
