@@ -9,8 +9,8 @@
 #include "Brisalon/Platform/MemoryFileAccess.h"
 #include "Brisalon/Platform/MemoryWorkspace.h"
 
-#include <QCommandLineParser>
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
