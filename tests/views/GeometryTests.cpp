@@ -172,6 +172,22 @@ TEST_F(GeometryTest, MapWithItsBars)
         .expectText("Installer", Theme::rounded(11, QFont::Medium), Theme::textSecondary());
 }
 
+TEST_F(GeometryTest, ALongNameInTheWayLeavesRoomForOthers)
+{
+    home.file(std::string(250, 'n') + "/Movies/a.mov", mib);
+    start();
+    app->state().startScan(home.url());
+    ASSERT_TRUE(mapAppears());
+    for (int level = 0; level < 2; ++level)
+        app->state().zoom(FileNodeValue(app->state().current()->children()[0]));
+    app->state().select({});
+    ASSERT_TRUE(driver->waitForMap());
+    driver->settle();
+    EXPECT_LE(box("crumb1").width(), 276);
+    for (const char* const crumb : {"crumb0", "crumb1", "crumb2"})
+        EXPECT_TRUE(box("breadcrumb").contains(box(crumb))) << crumb;
+}
+
 TEST_F(GeometryTest, Notices)
 {
     home.folder("empty");
