@@ -50,9 +50,12 @@ PanelStyle {
         } else if (old) {
             old.destroy();
         }
-        // The keyboard stays on the map, and seen if it was.
+        // The keyboard stays on the map, and seen if it was; otherwise the new map is
+        // where it comes to next.
         if (hadFocus)
             view.map.forceActiveFocus(showedFocus ? Qt.TabFocusReason : Qt.OtherFocusReason);
+        else
+            view.map.focus = true;
     }
 
     Connections {
