@@ -142,8 +142,10 @@ class Session:
 
     def begin(self, program):
         reading, writing = os.pipe()
+        # Without a reset, which would come when the bus's launcher, its first client,
+        # leaves, and break the connections of those who come at that moment.
         self.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1400x900x24",
-                    "-nolisten", "tcp"], pass_fds=[writing])
+                    "-nolisten", "tcp", "-noreset"], pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
