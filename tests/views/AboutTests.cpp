@@ -20,6 +20,14 @@ public:
             WindowDriver::waitFor([this] { return driver->find("aboutView")->hasActiveFocus(); }));
     }
 
+    /// Until what lies below the help has moved to its place.
+    void openHelp()
+    {
+        driver->click(driver->centre("aboutHelpButton"));
+        ASSERT_TRUE(appears("aboutCallout"));
+        ASSERT_TRUE(driver->settle());
+    }
+
     bool appears(const char* name) const
     {
         return WindowDriver::waitFor([this, name] { return driver->find(name) != nullptr; });
@@ -46,8 +54,7 @@ TEST_F(AboutTest, EveryWayOutClosesItWhereverTheKeyboardIs)
           &AboutTest::pressEnter, &AboutTest::pressEscape}) {
         for (const char* const focused : {"aboutCloseButton", "aboutLink", "openSettingsButton"}) {
             openAbout();
-            driver->click(driver->centre("aboutHelpButton"));
-            ASSERT_TRUE(appears("aboutCallout"));
+            openHelp();
             driver->find(focused)->forceActiveFocus(Qt::TabFocusReason);
             (this->*leave)();
             EXPECT_FALSE(isShown());
@@ -104,7 +111,7 @@ TEST_F(AboutTest, TheLinkAndTheHelpReachTheDesktop)
     EXPECT_EQ(workspace.addresses, std::vector<std::string>{"https://brisalon.app"});
 
     workspace.addresses.clear();
-    driver->click(driver->centre("aboutHelpButton"));
+    openHelp();
     driver->click(driver->centre("showInFinderButton"));
     EXPECT_EQ(workspace.revealed, std::vector{FileURL("/opt/brisalon")});
     driver->click(driver->centre("openSettingsButton"));
