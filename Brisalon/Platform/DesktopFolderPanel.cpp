@@ -3,12 +3,15 @@
 #include "Brisalon/Platform/HomeFolder.h"
 
 #include <QFile>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QWindow>
 
 #include <utility>
 
 namespace brisalon {
+
+DesktopFolderPanel::DesktopFolderPanel() = default;
 
 DesktopFolderPanel::~DesktopFolderPanel()
 {

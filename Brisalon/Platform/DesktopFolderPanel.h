@@ -2,11 +2,12 @@
 
 #include "Brisalon/Platform/FolderPanel.h"
 
-#include <QFileDialog>
 #include <QObject>
 #include <QPointer>
 
 #include <functional>
+
+class QFileDialog;
 
 namespace brisalon {
 
@@ -16,7 +17,7 @@ class DesktopFolderPanel final : public QObject, public FolderPanel {
     Q_OBJECT
 
 public:
-    DesktopFolderPanel() = default;
+    DesktopFolderPanel();
     ~DesktopFolderPanel() override;
 
     void open(const char* confirmTitle, std::function<void(const FileURL&)> chosen) override;
