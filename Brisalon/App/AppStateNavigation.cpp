@@ -2,6 +2,7 @@
 #include "Brisalon/Platform/FileAccess.h"
 #include "Brisalon/Platform/Workspace.h"
 #include "BrisalonCore/LargeFiles.h"
+#include "BrisalonCore/Paths.h"
 #include "BrisalonCore/SkipRules.h"
 
 #include <span>
@@ -15,18 +16,6 @@ QList<FileNodeValue>::iterator crumbOf(QList<FileNodeValue>& crumbs, const FileN
 {
     return std::find_if(crumbs.begin(), crumbs.end(),
                         [&](const FileNodeValue& other) { return other->url() == node->url(); });
-}
-
-std::vector<std::string_view> components(std::string_view path)
-{
-    std::vector<std::string_view> pieces;
-    while (!path.empty()) {
-        const auto slash = path.find('/');
-        if (slash != 0)
-            pieces.push_back(path.substr(0, slash));
-        path.remove_prefix(slash == std::string_view::npos ? path.size() : slash + 1);
-    }
-    return pieces;
 }
 
 } // namespace
@@ -98,8 +87,8 @@ void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
     QList<FileNodeValue> crumbs{tree_};
     const std::string rootPath = tree_->url().path();
     const std::string targetPath = target->url().path();
-    const auto rootPieces = components(rootPath);
-    const auto targetPieces = components(targetPath);
+    const auto rootPieces = paths::components(rootPath);
+    const auto targetPieces = paths::components(targetPath);
     // Node by node and by the last components alone: no path is composed on the way,
     // which would take the square of a tree's depth.
     std::span<const FileNode> level = tree_->children();

@@ -2,6 +2,8 @@
 
 #include "Brisalon/Platform/HomeFolder.h"
 
+#include "BrisalonCore/Paths.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -34,10 +36,8 @@ std::vector<std::string> currentMountPoints()
 /// of it for the user alone.
 Descriptor openOrMakePath(const std::string& path)
 {
-    for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
-         slash = path.find('/', slash + 1))
-        ::mkdir(path.substr(0, slash).c_str(), 0700);
-    ::mkdir(path.c_str(), 0700);
+    for (const std::string_view folder : paths::way(path))
+        ::mkdir(std::string(folder).c_str(), 0700);
     return Descriptor::open(AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY);
 }
 
@@ -45,7 +45,7 @@ Descriptor openOrMakePath(const std::string& path)
 /// else's will do: whoever owns it could take what is put there.
 Descriptor openOwn(int base, const std::string& name)
 {
-    Descriptor folder = Descriptor::openOrMakeFolder(base, name.c_str());
+    Descriptor folder = openOrMakeFolder(base, name.c_str());
     const auto status = FileStatus::read(folder.get(), "");
     return status && status->owner == ::getuid() ? std::move(folder) : Descriptor();
 }
@@ -54,7 +54,7 @@ Descriptor openOwn(int base, const std::string& name)
 /// link, or a folder in which people could take away each other's items, is none.
 std::optional<TrashFolder> sharedTrash(const ReachedFolder& place, const std::string& user)
 {
-    const Descriptor shared = Descriptor::openFolder(place.top.get(), ".Trash");
+    const Descriptor shared = openFolder(place.top.get(), ".Trash");
     const auto status = FileStatus::read(shared.get(), "");
     if (!status || (status->mode & S_ISVTX) == 0)
         return std::nullopt;
@@ -75,11 +75,6 @@ bool isUnusable(const std::variant<FileURL, TrashFailure>& result)
 {
     const TrashFailure* const failure = std::get_if<TrashFailure>(&result);
     return failure && failure->reason == TrashFailure::Reason::noTrash;
-}
-
-std::string relativeTo(std::string_view top, std::string_view path)
-{
-    return std::string(path.substr(top == "/" ? 1 : top.size() + 1));
 }
 
 } // namespace
@@ -118,7 +113,7 @@ std::variant<FileURL, TrashFailure> DesktopTrash::put(const TrashItem& item)
     if (const TrashFolder* const home = homeFolder(); home && home->mount() == place->mount)
         result = home->take(source);
     if (const TrashFolder* const volume = isUnusable(result) ? volumeFolder(*place) : nullptr) {
-        source.path = relativeTo(place->topPath, path);
+        source.path = paths::relative(path, place->topPath);
         result = volume->take(source);
     }
     return result;
@@ -145,10 +140,8 @@ const TrashFolder* DesktopTrash::volumeFolder(const ReachedFolder& place)
 
 bool DesktopTrash::holdsMount(std::string_view path) const
 {
-    return std::ranges::any_of(mountPoints_, [path](std::string_view point) {
-        return point.starts_with(path) &&
-               (point.size() == path.size() || point[path.size()] == '/');
-    });
+    return std::ranges::any_of(
+        mountPoints_, [path](std::string_view point) { return paths::isWithin(point, path); });
 }
 
 } // namespace brisalon

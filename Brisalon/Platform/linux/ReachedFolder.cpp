@@ -1,36 +1,42 @@
 #include "Brisalon/Platform/linux/ReachedFolder.h"
 
-#include <algorithm>
+#include "BrisalonCore/Paths.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 namespace brisalon {
+
+Descriptor openFolder(int base, const char* path) noexcept
+{
+    return Descriptor::open(base, path, O_PATH | O_DIRECTORY | O_NOFOLLOW);
+}
+
+Descriptor openOrMakeFolder(int base, const char* path) noexcept
+{
+    ::mkdirat(base, path, 0700);
+    return openFolder(base, path);
+}
 
 std::optional<ReachedFolder> ReachedFolder::at(std::string_view path)
 {
     if (!path.starts_with('/'))
         return std::nullopt;
     ReachedFolder result;
-    Descriptor folder = Descriptor::openFolder(AT_FDCWD, "/");
-    std::size_t start = 1;
-    std::size_t end = 0;
-    for (;;) {
-        const auto status = FileStatus::read(folder.get(), "");
+    std::string_view above;
+    for (const std::string_view way : paths::way(path)) {
+        const std::string name(above.empty() ? way : paths::relative(way, above));
+        result.folder = openFolder(result.folder.get(), name.c_str());
+        const auto status = FileStatus::read(result.folder.get(), "");
         if (!status)
             return std::nullopt;
         if (!result.top.isValid() || status->mount != result.mount) {
             result.mount = status->mount;
-            result.top = folder.duplicate();
-            result.topPath = end == 0 ? "/" : path.substr(0, end);
+            result.top = result.folder.duplicate();
+            result.topPath = way;
         }
-        if (start >= path.size())
-            break;
-        end = std::min(path.find('/', start), path.size());
-        folder = Descriptor::openFolder(folder.get(),
-                                        std::string(path.substr(start, end - start)).c_str());
-        start = end + 1;
+        above = way;
     }
-    result.folder = std::move(folder);
     return result;
 }
 

@@ -1,13 +1,21 @@
 #pragma once
 
-#include "Brisalon/Platform/linux/Descriptor.h"
 #include "Brisalon/Platform/linux/FileStatus.h"
+
+#include "BrisalonCore/Descriptor.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace brisalon {
+
+/// The folder of that name in the folder `base`, for reaching what is in it. Never
+/// follows a link at the end of the path. Invalid with the reason in errno.
+Descriptor openFolder(int base, const char* path) noexcept;
+
+/// The same, made for the user alone if there is nothing of that name.
+Descriptor openOrMakeFolder(int base, const char* path) noexcept;
 
 /// A folder that was reached from "/" one step at a time and without following a
 /// link, so that it is certain to be the one at that very path; and the top folder

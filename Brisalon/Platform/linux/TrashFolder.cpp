@@ -1,5 +1,6 @@
 #include "Brisalon/Platform/linux/TrashFolder.h"
 
+#include "Brisalon/Platform/linux/ReachedFolder.h"
 #include "Brisalon/Platform/linux/TrashInfo.h"
 #include "Brisalon/Platform/linux/TrashName.h"
 
@@ -66,8 +67,8 @@ bool writeAll(int handle, std::string_view text)
 std::optional<TrashFolder> TrashFolder::open(Descriptor root, const FileURL& path)
 {
     TrashFolder trash;
-    trash.files_ = Descriptor::openOrMakeFolder(root.get(), "files");
-    trash.info_ = Descriptor::openOrMakeFolder(root.get(), "info");
+    trash.files_ = openOrMakeFolder(root.get(), "files");
+    trash.info_ = openOrMakeFolder(root.get(), "info");
     const auto files = FileStatus::read(trash.files_.get(), "");
     const auto info = FileStatus::read(trash.info_.get(), "");
     if (!files || !info)

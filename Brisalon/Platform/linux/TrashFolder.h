@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Brisalon/Platform/linux/Descriptor.h"
 #include "Brisalon/Platform/linux/FileStatus.h"
 #include "Brisalon/Platform/linux/TrashFailure.h"
 
+#include "BrisalonCore/Descriptor.h"
 #include "BrisalonCore/FileURL.h"
 
 #include <cstddef>

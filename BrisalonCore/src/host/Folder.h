@@ -1,5 +1,7 @@
 #pragma once
 
+#include "BrisalonCore/Descriptor.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -25,13 +27,6 @@ enum class ItemType : std::uint8_t { folder, link, other, unknown };
 class OpenFolder {
 public:
     OpenFolder() noexcept = default;
-    OpenFolder(OpenFolder&& other) noexcept : handle_(std::exchange(other.handle_, -1)) {}
-    OpenFolder& operator=(OpenFolder&& other) noexcept
-    {
-        std::swap(handle_, other.handle_);
-        return *this;
-    }
-    ~OpenFolder();
 
     /// Opens the folder at an absolute path of any length, following links on
     /// the way there and at its end. Invalid when it cannot be read.
@@ -45,10 +40,7 @@ public:
     /// Opens the folder that holds this one now.
     OpenFolder parent() const;
 
-    /// Takes over an open descriptor, or an invalid one.
-    static OpenFolder adopt(int handle) noexcept { return OpenFolder(handle); }
-
-    bool isValid() const noexcept { return handle_ >= 0; }
+    bool isValid() const noexcept { return descriptor_.isValid(); }
     /// What names the folder now; nothing when that cannot be told.
     std::optional<ItemIdentity> identity() const noexcept;
 
@@ -59,11 +51,11 @@ public:
     /// Type and size on disk of the item of that name in this folder; nothing
     /// when they cannot be read. Never follows a link.
     std::optional<Measure> measure(const char* name) const noexcept;
-    int handle() const noexcept { return handle_; }
+    const Descriptor& descriptor() const noexcept { return descriptor_; }
 
 private:
-    explicit OpenFolder(int handle) noexcept : handle_(handle) {}
-    int handle_ = -1;
+    explicit OpenFolder(Descriptor descriptor) noexcept : descriptor_(std::move(descriptor)) {}
+    Descriptor descriptor_;
 };
 
 /// Reads folders' entries through one large buffer, reused from folder to
@@ -89,7 +81,7 @@ public:
 
 private:
     std::unique_ptr<std::byte[]> buffer_;
-    int handle_ = -1;
+    int descriptor_ = -1; ///< lent by the folder
     std::size_t position_ = 0;
     std::size_t filled_ = 0;
 };

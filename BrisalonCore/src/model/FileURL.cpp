@@ -1,5 +1,6 @@
 #include "BrisalonCore/FileURL.h"
 
+#include "BrisalonCore/Paths.h"
 #include "host/Folder.h"
 #include "model/NameBlock.h"
 
@@ -40,26 +41,11 @@ bool isRootPath(std::string_view path) noexcept
     return path == "/";
 }
 
-/// Splits at slashes; empty pieces are left out.
-std::vector<std::string_view> components(std::string_view path)
-{
-    std::vector<std::string_view> pieces;
-    while (!path.empty()) {
-        const auto slash = path.find('/');
-        if (slash != 0)
-            pieces.push_back(path.substr(0, slash));
-        if (slash == std::string_view::npos)
-            break;
-        path.remove_prefix(slash + 1);
-    }
-    return pieces;
-}
-
 std::string absolutePath(const std::string& path)
 {
     if (path.starts_with('/'))
         return path;
-    return host::currentFolder() + '/' + path;
+    return paths::joined(host::currentFolder(), path);
 }
 
 } // namespace
@@ -140,7 +126,8 @@ FileURL FileURL::deletingLastPathComponent() const
 FileURL FileURL::appendingPathComponent(std::string_view component) const
 {
     FileURL result = *this;
-    for (const std::string_view piece : components(component.substr(0, component.find('\0')))) {
+    for (const std::string_view piece :
+         paths::components(component.substr(0, component.find('\0')))) {
         std::string bytes(piece);
         bytes.push_back('\0');
         result = FileURL(NameBlock::make(std::move(result), bytes), 0);
@@ -154,7 +141,7 @@ FileURL FileURL::standardized() const
         return {};
     const std::string whole = absolutePath(path());
     std::vector<std::string_view> kept;
-    for (const std::string_view piece : components(whole)) {
+    for (const std::string_view piece : paths::components(whole)) {
         if (piece == ".")
             continue;
         if (piece != "..")

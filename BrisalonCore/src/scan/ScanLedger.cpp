@@ -1,5 +1,6 @@
 #include "scan/ScanLedger.h"
 
+#include "BrisalonCore/Paths.h"
 #include "scan/SaturatingSum.h"
 
 #include <utility>
@@ -11,14 +12,6 @@ namespace {
 std::uint64_t magnitude(std::int64_t value) noexcept
 {
     return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
-}
-
-std::string pathInside(const FileURL& folder, const char* name)
-{
-    std::string path = folder.path();
-    if (!path.ends_with('/'))
-        path += '/';
-    return path += name;
 }
 
 } // namespace
@@ -41,7 +34,8 @@ bool ScanLedger::enter(const FileURL& folder, std::span<const Item> items)
         if (reportEvery_ != 0 && count_ % reportEvery_ == 0) {
             if (cancellation_.stop_requested())
                 return false;
-            report_({static_cast<std::int64_t>(count_), pathInside(folder, item.name), bytes_});
+            report_({static_cast<std::int64_t>(count_), paths::joined(folder.path(), item.name),
+                     bytes_});
             if (&item != &items.back() && cancellation_.stop_requested())
                 return false;
         }

@@ -1,6 +1,6 @@
 #include "BrisalonCore/LocalSnapshot.h"
 
-#include "volume/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <vector>

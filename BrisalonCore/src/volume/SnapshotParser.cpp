@@ -1,6 +1,6 @@
 #include "BrisalonCore/SnapshotParser.h"
 
-#include "volume/Utf8.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "host/linux/BtrfsSnapshots.h"
 
+#include "base/Utf8.h"
 #include "host/Folder.h"
-#include "volume/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -209,7 +209,7 @@ SnapshotProvider::Snapshots BtrfsSnapshots::read() const
     Snapshots found;
     const OpenFolder folder = OpenFolder::at(mountPoint_);
     Subvolumes subvolumes;
-    if (const int error = readSubvolumes(folder.handle(), subvolumes)) {
+    if (const int error = readSubvolumes(folder.descriptor().get(), subvolumes)) {
         found.complaint = "Could not list the snapshots of " + mountPoint_ + ": " +
                           std::error_code(error, std::generic_category()).message() + ".";
         return found;
@@ -218,7 +218,7 @@ SnapshotProvider::Snapshots BtrfsSnapshots::read() const
     for (const auto& [number, subvolume] : subvolumes) {
         if (!subvolume.isSnapshot || mounted.contains(number))
             continue;
-        const auto path = pathOf(number, subvolumes, folder.handle());
+        const auto path = pathOf(number, subvolumes, folder.descriptor().get());
         const std::string time = localTime(subvolume.created);
         if (!path || time.empty() || belongsToEngine(*path))
             continue;

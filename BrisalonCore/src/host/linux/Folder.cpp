@@ -1,5 +1,7 @@
 #include "host/Folder.h"
 
+#include "BrisalonCore/Paths.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -21,23 +23,14 @@ namespace brisalon::host {
 
 namespace {
 
-constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
-constexpr int passThroughFlags = O_PATH | O_CLOEXEC;
+constexpr int readFlags = O_RDONLY | O_DIRECTORY | O_NONBLOCK;
+constexpr int passThroughFlags = O_PATH;
 
 /// One getdents64 call per this many bytes; large folders are read in few calls.
 constexpr std::size_t readBufferSize = 128 * 1024;
 
 /// The longest path given to the kernel in one piece.
 constexpr std::size_t longestPiece = PATH_MAX - 1;
-
-int openRetrying(int base, const char* path, int flags) noexcept
-{
-    int handle;
-    do
-        handle = ::openat(base, path, flags);
-    while (handle < 0 && errno == EINTR);
-    return handle;
-}
 
 ItemType typeOf(mode_t mode) noexcept
 {
@@ -61,30 +54,26 @@ OpenFolder::Measure measureOf(const struct stat& status) noexcept
 
 /// Opens an absolute path of any length, following links, in pieces that the
 /// kernel accepts.
-int openAnyLength(std::string_view path, int flags) noexcept
+Descriptor openAnyLength(std::string_view path, int flags)
 {
-    if (path.size() > longestPiece || path.find('\0') != std::string_view::npos) {
-        int base = openRetrying(AT_FDCWD, "/", passThroughFlags);
-        while (base >= 0) {
-            while (path.starts_with('/'))
-                path.remove_prefix(1);
-            std::string_view piece = path;
-            if (piece.size() > longestPiece) {
-                const auto slash = path.rfind('/', longestPiece);
-                piece = path.substr(0, slash == std::string_view::npos ? path.find('/') : slash);
-            }
-            path.remove_prefix(piece.size());
-            const bool isLast = path.empty();
-            const int next = openRetrying(base, piece.empty() ? "." : std::string(piece).c_str(),
-                                          isLast ? flags : passThroughFlags);
-            ::close(base);
-            if (isLast)
-                return next;
-            base = next;
+    if (path.size() <= longestPiece && path.find('\0') == std::string_view::npos)
+        return Descriptor::open(AT_FDCWD, std::string(path).c_str(), flags);
+    Descriptor base = Descriptor::open(AT_FDCWD, "/", passThroughFlags);
+    while (base.isValid()) {
+        while (path.starts_with('/'))
+            path.remove_prefix(1);
+        std::string_view piece = path;
+        if (piece.size() > longestPiece) {
+            const auto slash = path.rfind('/', longestPiece);
+            piece = path.substr(0, slash == std::string_view::npos ? path.find('/') : slash);
         }
-        return -1;
+        path.remove_prefix(piece.size());
+        base = Descriptor::open(base.get(), piece.empty() ? "." : std::string(piece).c_str(),
+                                path.empty() ? flags : passThroughFlags);
+        if (path.empty())
+            break;
     }
-    return openRetrying(AT_FDCWD, std::string(path).c_str(), flags);
+    return base;
 }
 
 /// Whether the path exists and is resolved as it stands, which one call settles
@@ -101,20 +90,12 @@ bool isResolved(const std::string& path) noexcept
     open_how how{};
     how.flags = O_PATH | O_CLOEXEC;
     how.resolve = RESOLVE_NO_SYMLINKS;
-    const long handle = ::syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how);
-    if (handle < 0)
-        return false;
-    ::close(static_cast<int>(handle));
-    return true;
+    const Descriptor found(
+        static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how)));
+    return found.isValid();
 }
 
 } // namespace
-
-OpenFolder::~OpenFolder()
-{
-    if (handle_ >= 0)
-        ::close(handle_);
-}
 
 OpenFolder OpenFolder::at(std::string_view path)
 {
@@ -127,21 +108,23 @@ OpenFolder OpenFolder::child(const char* name) const
         return {};
     // Reading must leave no trace in the folder's access time, where its owner
     // is the one who asks.
-    const int handle = openRetrying(handle_, name, readFlags | O_NOFOLLOW | O_NOATIME);
-    if (handle >= 0 || errno != EPERM)
-        return OpenFolder(handle);
-    return OpenFolder(openRetrying(handle_, name, readFlags | O_NOFOLLOW));
+    constexpr int flags = readFlags | O_NOFOLLOW;
+    Descriptor folder = Descriptor::open(descriptor_.get(), name, flags | O_NOATIME);
+    if (!folder.isValid() && errno == EPERM)
+        folder = Descriptor::open(descriptor_.get(), name, flags);
+    return OpenFolder(std::move(folder));
 }
 
 OpenFolder OpenFolder::parent() const
 {
-    return OpenFolder(isValid() ? openRetrying(handle_, "..", readFlags) : -1);
+    return isValid() ? OpenFolder(Descriptor::open(descriptor_.get(), "..", readFlags))
+                     : OpenFolder();
 }
 
 std::optional<ItemIdentity> OpenFolder::identity() const noexcept
 {
     struct stat status;
-    if (!isValid() || ::fstat(handle_, &status) != 0)
+    if (!isValid() || ::fstat(descriptor_.get(), &status) != 0)
         return std::nullopt;
     return ItemIdentity{status.st_dev, status.st_ino};
 }
@@ -149,7 +132,8 @@ std::optional<ItemIdentity> OpenFolder::identity() const noexcept
 std::optional<OpenFolder::Measure> OpenFolder::measure(const char* name) const noexcept
 {
     struct stat status;
-    if (!isValid() || ::fstatat(handle_, name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
+    if (!isValid() ||
+        ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
         return std::nullopt;
     return measureOf(status);
 }
@@ -158,7 +142,7 @@ FolderReader::FolderReader() : buffer_(new std::byte[readBufferSize]) {}
 
 void FolderReader::start(const OpenFolder& folder) noexcept
 {
-    handle_ = folder.handle();
+    descriptor_ = folder.descriptor().get();
     position_ = 0;
     filled_ = 0;
 }
@@ -167,7 +151,7 @@ bool FolderReader::readBatch() noexcept
 {
     long count;
     do
-        count = ::syscall(SYS_getdents64, handle_, buffer_.get(), readBufferSize);
+        count = ::syscall(SYS_getdents64, descriptor_, buffer_.get(), readBufferSize);
     while (count < 0 && errno == EINTR);
     position_ = 0;
     filled_ = count > 0 ? static_cast<std::size_t>(count) : 0;
@@ -201,30 +185,20 @@ std::string resolveSymbolicLinks(std::string_view path)
     constexpr int mostLinks = 40; // as the kernel's own limit
 
     const auto open = [](int base, const char* name, int extraFlags) {
-        return OpenFolder::adopt(
-            openRetrying(base, name, passThroughFlags | O_DIRECTORY | extraFlags));
+        return Descriptor::open(base, name, passThroughFlags | O_DIRECTORY | extraFlags);
     };
     // Components still to be walked, the next one last.
     std::vector<std::string> pending;
     const auto push = [&pending](std::string_view text) {
-        std::vector<std::string> pieces;
-        while (!text.empty()) {
-            const auto slash = text.find('/');
-            if (slash != 0)
-                pieces.emplace_back(text.substr(0, slash));
-            if (slash == std::string_view::npos)
-                break;
-            text.remove_prefix(slash + 1);
-        }
-        pending.insert(pending.end(), std::make_move_iterator(pieces.rbegin()),
-                       std::make_move_iterator(pieces.rend()));
+        const auto pieces = paths::components(text);
+        pending.insert(pending.end(), pieces.rbegin(), pieces.rend());
     };
 
     if (std::string whole(path); isResolved(whole))
         return whole;
     push(path);
     std::string resolved;
-    OpenFolder folder = open(AT_FDCWD, "/", 0);
+    Descriptor folder = open(AT_FDCWD, "/", 0);
     int links = 0;
     while (!pending.empty() && folder.isValid()) {
         const std::string& piece = pending.back();
@@ -234,12 +208,12 @@ std::string resolveSymbolicLinks(std::string_view path)
         }
         if (piece == "..") {
             resolved.resize(resolved.rfind('/') == std::string::npos ? 0 : resolved.rfind('/'));
-            folder = open(folder.handle(), "..", 0);
+            folder = open(folder.get(), "..", 0);
             pending.pop_back();
             continue;
         }
         char target[PATH_MAX];
-        const ssize_t length = ::readlinkat(folder.handle(), piece.c_str(), target, sizeof target);
+        const ssize_t length = ::readlinkat(folder.get(), piece.c_str(), target, sizeof target);
         if (length > 0 && static_cast<std::size_t>(length) < sizeof target) {
             if (++links > mostLinks)
                 return std::string(path); // a circle
@@ -251,7 +225,7 @@ std::string resolveSymbolicLinks(std::string_view path)
             push({target, static_cast<std::size_t>(length)});
             continue;
         }
-        folder = open(folder.handle(), piece.c_str(), O_NOFOLLOW);
+        folder = open(folder.get(), piece.c_str(), O_NOFOLLOW);
         resolved += '/';
         resolved += piece;
         pending.pop_back();
@@ -265,13 +239,9 @@ std::string resolveSymbolicLinks(std::string_view path)
 
 PathState pathState(std::string_view path)
 {
-    const int handle = openAnyLength(path, passThroughFlags);
-    if (handle < 0)
-        return PathState::missing;
+    const Descriptor item = openAnyLength(path, passThroughFlags);
     struct stat status;
-    const bool known = ::fstat(handle, &status) == 0;
-    ::close(handle);
-    if (!known)
+    if (!item.isValid() || ::fstat(item.get(), &status) != 0)
         return PathState::missing;
     return S_ISDIR(status.st_mode) ? PathState::folder : PathState::other;
 }

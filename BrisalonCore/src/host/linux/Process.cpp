@@ -1,6 +1,7 @@
 #include "host/Process.h"
 
-#include "volume/Utf8.h"
+#include "BrisalonCore/Descriptor.h"
+#include "base/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -31,30 +32,6 @@ constexpr std::size_t keptBytes = std::size_t{16} << 20U;
 /// disk that no longer answers, takes longer.
 constexpr std::chrono::seconds dyingTime{1};
 
-class Descriptor {
-public:
-    Descriptor() noexcept = default;
-    explicit Descriptor(int number) noexcept : number_(number) {}
-    Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept
-    {
-        std::swap(number_, other.number_);
-        return *this;
-    }
-    ~Descriptor() { close(); }
-
-    int number() const noexcept { return number_; }
-    bool isOpen() const noexcept { return number_ >= 0; }
-    void close() noexcept
-    {
-        if (isOpen())
-            ::close(std::exchange(number_, -1));
-    }
-
-private:
-    int number_ = -1;
-};
-
 /// One of the tool's output streams.
 struct Stream {
     Descriptor ours;
@@ -71,11 +48,10 @@ struct Stream {
         theirs = Descriptor(ends[1]);
         // In an application without standard streams the pipe may have got their
         // numbers, which are about to be replaced in the child.
-        if (theirs.number() <= STDERR_FILENO) {
-            Descriptor higher(::fcntl(theirs.number(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-            if (!higher.isOpen())
+        if (theirs.get() <= STDERR_FILENO) {
+            theirs = theirs.duplicate(STDERR_FILENO + 1);
+            if (!theirs.isValid())
                 return errno;
-            theirs = std::move(higher);
         }
         return 0;
     }
@@ -83,7 +59,7 @@ struct Stream {
     void readSome()
     {
         std::array<char, 65536> buffer;
-        const ssize_t count = ::read(ours.number(), buffer.data(), buffer.size());
+        const ssize_t count = ::read(ours.get(), buffer.data(), buffer.size());
         if (count < 0 && errno == EINTR)
             return;
         if (count <= 0) {
@@ -160,7 +136,7 @@ int start(const std::string& tool, const std::vector<std::string>& arguments, St
     std::ranges::for_each(arguments, append);
     texts.push_back(nullptr);
 
-    const SpawnSettings settings(streams[0].theirs.number(), streams[1].theirs.number());
+    const SpawnSettings settings(streams[0].theirs.get(), streams[1].theirs.get());
     const int error = ::posix_spawn(&child, tool.c_str(), settings.actions(), settings.attributes(),
                                     texts.data(), environ);
     // Open in the child alone, so that the streams end with it.
@@ -180,11 +156,11 @@ int millisecondsUntil(Clock::time_point deadline)
 void drain(Streams& streams, Clock::time_point deadline)
 {
     while (
-        std::ranges::any_of(streams, [](const Stream& stream) { return stream.ours.isOpen(); })) {
+        std::ranges::any_of(streams, [](const Stream& stream) { return stream.ours.isValid(); })) {
         const int left = millisecondsUntil(deadline);
         std::array<pollfd, 2> waits;
         for (std::size_t i = 0; i < streams.size(); ++i)
-            waits[i] = {.fd = streams[i].ours.number(), .events = POLLIN, .revents = 0};
+            waits[i] = {.fd = streams[i].ours.get(), .events = POLLIN, .revents = 0};
         if (left == 0 || (::poll(waits.data(), waits.size(), left) < 0 && errno != EINTR))
             return;
         for (std::size_t i = 0; i < streams.size(); ++i)
@@ -240,7 +216,7 @@ ProcessResult runProcess(const std::string& tool, const std::vector<std::string>
     drain(streams, deadline);
     const bool isInTime = exitsUntil(child, deadline);
     const bool hasEnded =
-        std::ranges::none_of(streams, [](const Stream& stream) { return stream.ours.isOpen(); });
+        std::ranges::none_of(streams, [](const Stream& stream) { return stream.ours.isValid(); });
     if (!isInTime || !hasEnded)
         ::kill(-child, SIGKILL);
     if (isInTime || exitsUntil(child, Clock::now() + dyingTime))

@@ -1,5 +1,6 @@
 #include "host/ProtectedPlaces.h"
 
+#include "BrisalonCore/Paths.h"
 #include "host/Folder.h"
 #include "host/Volume.h"
 
@@ -41,12 +42,6 @@ constexpr auto places = std::to_array<Place>({
     {"/var", Extent::itself},
 });
 
-/// Whether `path` is `folder` or lies below it.
-bool isWithin(std::string_view path, std::string_view folder) noexcept
-{
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 /// The home folder that the account's entry names; empty when there is none.
 std::string accountHome()
 {
@@ -67,9 +62,9 @@ bool isProtectedWithHome(std::string_view path, std::string_view home)
 
 bool isProtectedPlace(std::string_view path, std::string_view home) noexcept
 {
-    return isWithin(home, path) || std::ranges::any_of(places, [path](const Place& place) {
+    return paths::isWithin(home, path) || std::ranges::any_of(places, [path](const Place& place) {
                return place.extent == Extent::itself ? path == place.path
-                                                     : isWithin(path, place.path);
+                                                     : paths::isWithin(path, place.path);
            });
 }
 

@@ -37,7 +37,7 @@ bool readStatus(std::string_view path, struct statvfs& status)
     OpenFolder folder = OpenFolder::at(path);
     if (!folder.isValid())
         folder = OpenFolder::at(path.substr(0, path.rfind('/')));
-    return folder.isValid() && ::fstatvfs(folder.handle(), &status) == 0;
+    return folder.isValid() && ::fstatvfs(folder.descriptor().get(), &status) == 0;
 }
 
 } // namespace
@@ -71,7 +71,7 @@ bool isVolumeRoot(std::string_view path)
     if (result != 0 && errno == ENAMETOOLONG) {
         const auto slash = whole.rfind('/');
         const OpenFolder folder = OpenFolder::at(path.substr(0, slash));
-        result = ::statx(folder.handle(), whole.c_str() + slash + 1, flags, 0, &status);
+        result = ::statx(folder.descriptor().get(), whole.c_str() + slash + 1, flags, 0, &status);
     }
     return result == 0 && (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
 }

@@ -1,4 +1,4 @@
-#include "volume/Utf8.h"
+#include "base/Utf8.h"
 
 #include <array>
 #include <bit>
