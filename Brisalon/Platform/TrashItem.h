@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Brisalon/Platform/ItemIdentity.h"
-
 #include "BrisalonCore/FileURL.h"
+#include "BrisalonCore/ItemStatus.h"
 
 #include <optional>
 #include <span>

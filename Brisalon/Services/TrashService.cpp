@@ -1,7 +1,8 @@
 #include "Brisalon/Services/TrashService.h"
 
-#include "Brisalon/Platform/ItemStatus.h"
 #include "Brisalon/Platform/Workspace.h"
+
+#include "BrisalonCore/ItemStatus.h"
 
 #include <string>
 #include <unordered_map>
@@ -21,7 +22,7 @@ Sizes measured(const std::vector<TrashItem>& items, const std::stop_token& stop)
     for (const TrashItem& item : items) {
         if (stop.stop_requested())
             break;
-        const auto status = ItemStatus::read(item.url);
+        const auto status = ItemStatus::read(item.url.path());
         sizes.insert_or_assign(item.url.path(), status ? status->allocatedBytes : 0);
     }
     return sizes;

@@ -1,6 +1,6 @@
 #include "TrashProbe.h"
 
-#include "Brisalon/Platform/ItemStatus.h"
+#include "BrisalonCore/ItemStatus.h"
 
 #include <ctime>
 #include <filesystem>
@@ -102,7 +102,7 @@ void waitForTheNextBirth(const std::string& folder)
     const auto birth = [probe = folder + "/probe"] {
         std::filesystem::remove(probe);
         writeText(probe, "");
-        const auto status = ItemStatus::read(FileURL(probe));
+        const auto status = ItemStatus::read(probe);
         return status ? status->identity.birth : 0;
     };
     const auto now = birth();

@@ -46,7 +46,7 @@ Descriptor openOrMakePath(const std::string& path)
 Descriptor openOwn(int base, const std::string& name)
 {
     Descriptor folder = openOrMakeFolder(base, name.c_str());
-    const auto status = FileStatus::read(folder.get(), "");
+    const auto status = ItemStatus::read(folder, "");
     return status && status->owner == ::getuid() ? std::move(folder) : Descriptor();
 }
 
@@ -55,7 +55,7 @@ Descriptor openOwn(int base, const std::string& name)
 std::optional<TrashFolder> sharedTrash(const ReachedFolder& place, const std::string& user)
 {
     const Descriptor shared = openFolder(place.top.get(), ".Trash");
-    const auto status = FileStatus::read(shared.get(), "");
+    const auto status = ItemStatus::read(shared, "");
     if (!status || (status->mode & S_ISVTX) == 0)
         return std::nullopt;
     return TrashFolder::open(
@@ -96,19 +96,18 @@ FileURL DesktopTrash::homeTrash()
 std::variant<FileURL, TrashFailure> DesktopTrash::put(const TrashItem& item)
 {
     using Reason = TrashFailure::Reason;
-    const std::string path = item.location.path();
-    TrashFolder::Source source{.folder = -1,
-                               .name = std::string(item.location.lastPathComponent()),
-                               .path = path,
-                               .wanted = item.identity.value_or(ItemIdentity{})};
     const auto place = ReachedFolder::at(item.location.deletingLastPathComponent().path());
     if (!item.identity || !place)
         return TrashFailure{Reason::changed};
-    source.folder = place->folder.get();
+    const std::string path = item.location.path();
     // Whoever empties the Trash would empty that volume.
     if (holdsMount(path))
         return TrashFailure{Reason::refused, EBUSY};
 
+    TrashFolder::Source source{.folder = place->folder,
+                               .name = std::string(item.location.lastPathComponent()),
+                               .path = path,
+                               .wanted = *item.identity};
     std::variant<FileURL, TrashFailure> result = TrashFailure{Reason::noTrash};
     if (const TrashFolder* const home = homeFolder(); home && home->mount() == place->mount)
         result = home->take(source);

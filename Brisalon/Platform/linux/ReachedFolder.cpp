@@ -27,7 +27,7 @@ std::optional<ReachedFolder> ReachedFolder::at(std::string_view path)
     for (const std::string_view way : paths::way(path)) {
         const std::string name(above.empty() ? way : paths::relative(way, above));
         result.folder = openFolder(result.folder.get(), name.c_str());
-        const auto status = FileStatus::read(result.folder.get(), "");
+        const auto status = ItemStatus::read(result.folder, "");
         if (!status)
             return std::nullopt;
         if (!result.top.isValid() || status->mount != result.mount) {

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Brisalon/Platform/linux/FileStatus.h"
-
 #include "BrisalonCore/Descriptor.h"
+#include "BrisalonCore/ItemStatus.h"
 
 #include <optional>
 #include <string>

@@ -69,14 +69,14 @@ std::optional<TrashFolder> TrashFolder::open(Descriptor root, const FileURL& pat
     TrashFolder trash;
     trash.files_ = openOrMakeFolder(root.get(), "files");
     trash.info_ = openOrMakeFolder(root.get(), "info");
-    const auto files = FileStatus::read(trash.files_.get(), "");
-    const auto info = FileStatus::read(trash.info_.get(), "");
+    const auto files = ItemStatus::read(trash.files_, "");
+    const auto info = ItemStatus::read(trash.info_, "");
     if (!files || !info)
         return std::nullopt;
     trash.filesURL_ = path.appendingPathComponent("files");
     trash.mount_ = files->mount;
-    trash.filesIdentity_ = files->item.identity;
-    trash.infoIdentity_ = info->item.identity;
+    trash.filesIdentity_ = files->identity;
+    trash.infoIdentity_ = info->identity;
     // Some file systems count characters and allow more bytes, none forbids these.
     trash.longestName_ = NAME_MAX - infoSuffix.size();
     return trash;
@@ -87,9 +87,9 @@ std::variant<FileURL, TrashFailure> TrashFolder::take(const Source& source) cons
     using Reason = TrashFailure::Reason;
     // Without the folder of information nothing here could be restored; nor could an
     // item that is here already, or that loses its information, if it moved again.
-    const auto folder = FileStatus::read(source.folder, "");
-    if (!folder || source.wanted == infoIdentity_ || folder->item.identity == filesIdentity_ ||
-        folder->item.identity == infoIdentity_)
+    const auto folder = ItemStatus::read(source.folder, "");
+    if (!folder || source.wanted == infoIdentity_ || folder->identity == filesIdentity_ ||
+        folder->identity == infoIdentity_)
         return TrashFailure{Reason::refused, EBUSY};
 
     constexpr unsigned mostTries = 100;
@@ -134,11 +134,11 @@ void TrashFolder::takeBack(const std::string& infoName) const
 std::optional<TrashFailure> TrashFolder::move(const Source& source, const std::string& name) const
 {
     // As late as can be, in the very folder that is renamed from.
-    const auto status = FileStatus::read(source.folder, source.name.c_str());
-    if (!status || status->item.identity != source.wanted)
+    const auto status = ItemStatus::read(source.folder, source.name.c_str());
+    if (!status || status->identity != source.wanted)
         return TrashFailure{TrashFailure::Reason::changed};
     const int error =
-        renameExclusively(source.folder, source.name.c_str(), files_.get(), name.c_str());
+        renameExclusively(source.folder.get(), source.name.c_str(), files_.get(), name.c_str());
     if (error == 0)
         return std::nullopt;
     // A part of a volume that renames no further than itself.

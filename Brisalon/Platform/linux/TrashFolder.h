@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Brisalon/Platform/linux/FileStatus.h"
 #include "Brisalon/Platform/linux/TrashFailure.h"
 
 #include "BrisalonCore/Descriptor.h"
 #include "BrisalonCore/FileURL.h"
+#include "BrisalonCore/ItemStatus.h"
 
 #include <cstddef>
 #include <optional>
@@ -21,10 +21,10 @@ class TrashFolder {
 public:
     /// An item in its place, ready to be moved.
     struct Source {
-        int folder;          ///< the open folder that holds it
-        std::string name;    ///< its name there
-        std::string path;    ///< the path to restore it to
-        ItemIdentity wanted; ///< what it has to be
+        const Descriptor& folder; ///< the open folder that holds it
+        std::string name;         ///< its name there
+        std::string path;         ///< the path to restore it to
+        ItemIdentity wanted;      ///< what it has to be
     };
 
     /// Opens the trash folder `root`, at `path`, and makes its two folders where

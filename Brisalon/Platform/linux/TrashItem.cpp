@@ -1,6 +1,5 @@
 #include "Brisalon/Platform/TrashItem.h"
 
-#include "Brisalon/Platform/linux/FileStatus.h"
 #include "Brisalon/Platform/linux/ReachedFolder.h"
 
 #include <string>
@@ -27,11 +26,10 @@ std::vector<TrashItem> TrashItem::record(std::span<const FileURL> urls)
             resolvedParent = parent.resolvingSymbolicLinks();
             folder = ReachedFolder::at(resolvedParent.path());
         }
-        const auto status =
-            folder ? FileStatus::read(folder->folder.get(), name.c_str()) : std::nullopt;
+        const auto status = folder ? ItemStatus::read(folder->folder, name.c_str()) : std::nullopt;
         items.push_back(
             {url, resolvedParent == parent ? url : resolvedParent.appendingPathComponent(name),
-             status ? std::optional(status->item.identity) : std::nullopt});
+             status ? std::optional(status->identity) : std::nullopt});
     }
     return items;
 }

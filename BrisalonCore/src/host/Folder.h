@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BrisalonCore/Descriptor.h"
+#include "BrisalonCore/ItemStatus.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,13 +12,6 @@
 #include <utility>
 
 namespace brisalon::host {
-
-/// What names an item for as long as it exists, whatever its path.
-struct ItemIdentity {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
-};
 
 enum class ItemType : std::uint8_t { folder, link, other, unknown };
 
@@ -41,7 +35,7 @@ public:
     OpenFolder parent() const;
 
     bool isValid() const noexcept { return descriptor_.isValid(); }
-    /// What names the folder now; nothing when that cannot be told.
+    /// What the folder is; nothing when that cannot be told.
     std::optional<ItemIdentity> identity() const noexcept;
 
     struct Measure {
@@ -90,6 +84,11 @@ private:
 /// targets and "." and ".." resolved on the way, as far as it exists and can be
 /// read; the rest is kept as it is.
 std::string resolveSymbolicLinks(std::string_view path);
+
+/// The item at an absolute path of any length, links followed, opened only for what
+/// goes through it: to reach what is in it takes no right to read it. Invalid when it
+/// cannot be reached.
+Descriptor reach(std::string_view path);
 
 /// What exists at a path of any length, links followed.
 enum class PathState : std::uint8_t { missing, folder, other };

@@ -16,9 +16,4 @@ std::optional<VolumeStats::Capacities> volumeCapacities(std::string_view path);
 /// disks, whatever they claim, and when the system does not tell.
 bool isOnRotatingDisk(std::string_view path);
 
-/// Whether a file system, or a part of one, is mounted on the item itself at
-/// `path` (absolute, of any length). Never follows a link at the path's end and
-/// never triggers an automount. False as well for what does not exist.
-bool isVolumeRoot(std::string_view path);
-
 } // namespace brisalon::host

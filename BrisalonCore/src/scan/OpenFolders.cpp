@@ -79,7 +79,7 @@ std::shared_ptr<const OpenFolder> OpenFolders::reopen(WalkFolder& folder)
 {
     std::vector<const WalkFolder*> path; // from the folder upwards
     std::shared_ptr<const OpenFolder> handle;
-    std::optional<host::ItemIdentity> before;
+    std::optional<ItemIdentity> before;
     {
         const std::lock_guard lock(mutex_);
         const WalkFolder* above = &folder;

@@ -123,10 +123,8 @@ OpenFolder OpenFolder::parent() const
 
 std::optional<ItemIdentity> OpenFolder::identity() const noexcept
 {
-    struct stat status;
-    if (!isValid() || ::fstat(descriptor_.get(), &status) != 0)
-        return std::nullopt;
-    return ItemIdentity{status.st_dev, status.st_ino};
+    const auto status = ItemStatus::read(descriptor_, "");
+    return status ? std::optional(status->identity) : std::nullopt;
 }
 
 std::optional<OpenFolder::Measure> OpenFolder::measure(const char* name) const noexcept
@@ -237,13 +235,18 @@ std::string resolveSymbolicLinks(std::string_view path)
     return resolved.empty() ? "/" : resolved;
 }
 
+Descriptor reach(std::string_view path)
+{
+    return openAnyLength(path, passThroughFlags);
+}
+
 PathState pathState(std::string_view path)
 {
-    const Descriptor item = openAnyLength(path, passThroughFlags);
-    struct stat status;
-    if (!item.isValid() || ::fstat(item.get(), &status) != 0)
+    const auto status = ItemStatus::read(reach(path), "");
+    if (!status)
         return PathState::missing;
-    return S_ISDIR(status.st_mode) ? PathState::folder : PathState::other;
+    return status->identity.kind == ItemIdentity::Kind::folder ? PathState::folder
+                                                               : PathState::other;
 }
 
 std::string currentFolder()

@@ -1,8 +1,8 @@
 #include "host/ProtectedPlaces.h"
 
+#include "BrisalonCore/ItemStatus.h"
 #include "BrisalonCore/Paths.h"
 #include "host/Folder.h"
-#include "host/Volume.h"
 
 #include <algorithm>
 #include <array>
@@ -58,6 +58,12 @@ bool isProtectedWithHome(std::string_view path, std::string_view home)
     return isProtectedPlace(path, home.starts_with('/') ? resolveSymbolicLinks(home) : "");
 }
 
+bool isMountRoot(std::string_view path)
+{
+    const auto status = ItemStatus::read(path);
+    return status && status->isMountRoot;
+}
+
 } // namespace
 
 bool isProtectedPlace(std::string_view path, std::string_view home) noexcept
@@ -75,7 +81,7 @@ bool isProtectedHere(std::string_view path)
     static const std::string account = accountHome();
     const char* const home = std::getenv("HOME");
     return isProtectedWithHome(path, account) ||
-           (home && home != account && isProtectedWithHome(path, home)) || isVolumeRoot(path);
+           (home && home != account && isProtectedWithHome(path, home)) || isMountRoot(path);
 }
 
 } // namespace brisalon::host

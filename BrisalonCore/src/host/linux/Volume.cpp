@@ -62,18 +62,4 @@ bool isOnRotatingDisk(std::string_view path)
            isRotatingDisk(major(identity->device), minor(identity->device), "/sys/dev/block");
 }
 
-bool isVolumeRoot(std::string_view path)
-{
-    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
-    const std::string whole(path);
-    struct statx status;
-    int result = ::statx(AT_FDCWD, whole.c_str(), flags, 0, &status);
-    if (result != 0 && errno == ENAMETOOLONG) {
-        const auto slash = whole.rfind('/');
-        const OpenFolder folder = OpenFolder::at(path.substr(0, slash));
-        result = ::statx(folder.descriptor().get(), whole.c_str() + slash + 1, flags, 0, &status);
-    }
-    return result == 0 && (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
-}
-
 } // namespace brisalon::host

@@ -1,7 +1,11 @@
-#include "Brisalon/Platform/linux/FileStatus.h"
+#include "BrisalonCore/ItemStatus.h"
+
+#include "BrisalonCore/Descriptor.h"
+#include "host/Folder.h"
 
 #include <algorithm>
 #include <limits>
+#include <string>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -46,25 +50,35 @@ std::int64_t allocatedBytesOf(const struct statx& status) noexcept
 
 } // namespace
 
-std::optional<FileStatus> FileStatus::read(int folder, const char* name) noexcept
+std::optional<ItemStatus> ItemStatus::read(const Descriptor& folder, const char* name) noexcept
 {
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH;
     constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
     struct statx status;
-    if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH, wanted,
-                &status) != 0)
+    if (::statx(folder.get(), name, flags, wanted, &status) != 0)
         return std::nullopt;
     const std::uint64_t device = makedev(status.stx_dev_major, status.stx_dev_minor);
-    return FileStatus{
-        .item = {.identity = {.device = device,
-                              .inode = status.stx_ino,
-                              .birth = birthOf(status),
-                              .kind = kindOf(status.stx_mode)},
-                 .allocatedBytes = allocatedBytesOf(status)},
+    return ItemStatus{
+        .identity = {.device = device,
+                     .inode = status.stx_ino,
+                     .birth = birthOf(status),
+                     .kind = kindOf(status.stx_mode)},
+        .allocatedBytes = allocatedBytesOf(status),
         .mount = {.device = device,
                   .mount = (status.stx_mask & STATX_MNT_ID) != 0 ? status.stx_mnt_id : 0},
+        .isMountRoot = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0,
         .mode = status.stx_mode,
         .owner = status.stx_uid,
     };
+}
+
+std::optional<ItemStatus> ItemStatus::read(std::string_view path)
+{
+    if (!path.starts_with('/'))
+        return std::nullopt;
+    const auto slash = path.rfind('/');
+    const Descriptor folder = host::reach(slash == 0 ? "/" : path.substr(0, slash));
+    return read(folder, std::string(path.substr(slash + 1)).c_str());
 }
 
 } // namespace brisalon
