@@ -6,31 +6,16 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <utility>
 
 #include <fcntl.h>
-#include <mntent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace brisalon {
 
 namespace {
-
-std::vector<std::string> currentMountPoints()
-{
-    std::vector<std::string> points;
-    const std::unique_ptr<FILE, int (*)(FILE*)> table(::setmntent("/proc/thread-self/mounts", "re"),
-                                                      ::endmntent);
-    mntent entry{};
-    std::vector<char> line(64 * 1024);
-    while (table && ::getmntent_r(table.get(), &entry, line.data(), static_cast<int>(line.size())))
-        points.emplace_back(entry.mnt_dir);
-    return points;
-}
 
 /// Opens the folder at an absolute path, following links, and makes what is missing
 /// of it for the user alone.
@@ -79,10 +64,7 @@ bool isUnusable(const std::variant<FileURL, TrashFailure>& result)
 
 } // namespace
 
-DesktopTrash::DesktopTrash(FileURL home)
-    : home_(std::move(home)), mountPoints_(currentMountPoints())
-{
-}
+DesktopTrash::DesktopTrash(FileURL home) : home_(std::move(home)), mounts_(MountTable::current()) {}
 
 FileURL DesktopTrash::homeTrash()
 {
@@ -139,8 +121,9 @@ const TrashFolder* DesktopTrash::volumeFolder(const ReachedFolder& place)
 
 bool DesktopTrash::holdsMount(std::string_view path) const
 {
-    return std::ranges::any_of(
-        mountPoints_, [path](std::string_view point) { return paths::isWithin(point, path); });
+    return std::ranges::any_of(mounts_.mounts(), [path](const Mount& mount) {
+        return paths::isWithin(mount.point, path);
+    });
 }
 
 } // namespace brisalon

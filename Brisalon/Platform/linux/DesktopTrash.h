@@ -6,13 +6,12 @@
 #include "Brisalon/Platform/linux/TrashFolder.h"
 
 #include "BrisalonCore/FileURL.h"
+#include "BrisalonCore/MountTable.h"
 
 #include <map>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 namespace brisalon {
 
@@ -42,7 +41,7 @@ private:
     bool holdsMount(std::string_view path) const;
 
     FileURL home_;
-    std::vector<std::string> mountPoints_;
+    MountTable mounts_;
     std::optional<std::optional<TrashFolder>> homeFolder_;
     std::map<MountIdentity, std::optional<TrashFolder>> volumeFolders_;
 };

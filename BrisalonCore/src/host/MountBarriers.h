@@ -5,6 +5,10 @@
 #include <string>
 #include <string_view>
 
+namespace brisalon {
+class MountTable;
+}
+
 namespace brisalon::host {
 
 /// The mount points at and below a scan's root that the walk must not enter.
@@ -38,12 +42,8 @@ public:
         bool isBarrier_ = false;
     };
 
-    /// The barriers for a scan of `root` (an absolute, resolved path), by a table
-    /// of mounts in the system's own format.
-    MountBarriers(std::string_view mountTable, std::string_view root);
-
-    /// The same by the running system's table; no barriers when it has none.
-    static MountBarriers current(std::string_view root);
+    /// The barriers for a scan of `root`, an absolute, resolved path.
+    MountBarriers(const MountTable& table, std::string_view root);
 
     /// The root's place; null when nothing below the root is a barrier.
     const Place* root() const noexcept;

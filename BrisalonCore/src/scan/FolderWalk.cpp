@@ -1,6 +1,7 @@
 #include "scan/FolderWalk.h"
 
 #include "BrisalonCore/HogClassifier.h"
+#include "BrisalonCore/MountTable.h"
 #include "host/Package.h"
 #include "host/Volume.h"
 #include "scan/PathRules.h"
@@ -58,7 +59,7 @@ FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& led
       smallFileThreshold_(scanner.smallFileThreshold),
       ledger_(ledger),
       cancellation_(std::move(cancellation)),
-      barriers_(host::MountBarriers::current(rootPath_)),
+      barriers_(MountTable::current(), rootPath_),
       openFolders_(rootPath_, host::openFolderBudget()),
       queues_(workersFor(rootPath_)),
       workerCount_(queues_.workerCount()),

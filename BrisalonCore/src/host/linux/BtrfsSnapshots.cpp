@@ -1,5 +1,6 @@
 #include "host/linux/BtrfsSnapshots.h"
 
+#include "BrisalonCore/MountTable.h"
 #include "base/Utf8.h"
 #include "host/Folder.h"
 
@@ -10,11 +11,9 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <map>
 #include <set>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
@@ -126,34 +125,22 @@ std::optional<std::string> pathOf(std::uint64_t number, const Subvolumes& subvol
     return std::nullopt;
 }
 
-/// The numbers of the subvolumes of that file system that are mounted somewhere, from
-/// the table of mounts (see proc(5)).
+/// The numbers of the subvolumes of that file system that are mounted somewhere.
 std::set<std::uint64_t> mountedSubvolumes(const std::string& mountPoint)
 {
-    std::map<std::string, std::set<std::uint64_t>> byDevice;
-    std::set<std::uint64_t> all;
-    std::string device;
-    std::ifstream table("/proc/thread-self/mountinfo", std::ios::binary);
-    for (std::string line; std::getline(table, line);) {
-        std::istringstream words(line);
-        std::array<std::string, 5> start; // number, parent, device, root, point
-        for (std::string& word : start)
-            words >> word;
-        if (start[4] == mountPoint)
-            device = start[2];
-        // Names in the line cannot look like this: their spaces are escaped, and the
-        // subvolume's own stands behind its number.
-        static constexpr std::string_view label = ",subvolid=";
-        const auto at = line.find(label, line.find(" - btrfs "));
-        if (at == std::string::npos)
+    const MountTable table = MountTable::current();
+    const Mount* const here = table.at(mountPoint);
+    std::set<std::uint64_t> numbers;
+    for (const Mount& mount : table.mounts()) {
+        // In a changed root the table does not tell which one is mounted there.
+        const auto text = mount.superOption("subvolid");
+        if (mount.type != "btrfs" || !text || (here && mount.device != here->device))
             continue;
         std::uint64_t number = 0;
-        std::from_chars(line.data() + at + label.size(), line.data() + line.size(), number);
-        byDevice[start[2]].insert(number);
-        all.insert(number);
+        std::from_chars(text->data(), text->data() + text->size(), number);
+        numbers.insert(number);
     }
-    // In a changed root the table does not tell which one is mounted there.
-    return device.empty() ? all : byDevice[device];
+    return numbers;
 }
 
 /// Local time as YYYY-MM-DD HH:MM:SS; empty for times that the form cannot hold.

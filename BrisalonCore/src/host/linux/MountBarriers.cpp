@@ -1,14 +1,13 @@
 #include "host/MountBarriers.h"
 
+#include "BrisalonCore/MountTable.h"
+#include "BrisalonCore/Paths.h"
+
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
-#include <optional>
-#include <utility>
-#include <vector>
+
+#include <sys/sysmacros.h>
 
 namespace brisalon::host {
 
@@ -108,184 +107,26 @@ Nature natureOf(std::string_view type)
     return type.starts_with("fuse.") ? Nature::remote : Nature::disk;
 }
 
-struct Mount {
-    int id;
-    int parent;
-    std::string device; ///< "major:minor" of the file system
-    std::string root;   ///< which folder of its file system it shows
-    std::string point;  ///< where
-    std::string type;
-    std::string source;
-
-    /// Block devices that read from a file.
-    bool isLoop() const { return device.starts_with("7:") || source.starts_with("/dev/loop"); }
-    /// A number of its own, rather than one of a block device.
-    bool hasNoDevice() const { return device.starts_with("0:"); }
-
-    Nature nature() const
-    {
-        const Nature byType = natureOf(type);
-        if (byType != Nature::disk && byType != Nature::image)
-            return byType;
-        return isLoop() || (byType == Nature::image && hasNoDevice()) ? Nature::view : Nature::disk;
-    }
-
-    /// Where in its file system a folder lies that is seen through this mount.
-    std::string location(std::string_view folder) const
-    {
-        std::string result = root == "/" ? "" : root;
-        result += folder.substr(point == "/" ? 0 : point.size());
-        if (result.size() > 1 && result.ends_with('/'))
-            result.pop_back();
-        return result.empty() ? "/" : result;
-    }
-};
-
-/// Calls `visit` with every folder on the way from "/" to `path`, both included.
-template <typename Visitor>
-void forEachPrefix(std::string_view path, Visitor&& visit)
+Nature natureOf(const Mount& mount)
 {
-    visit(std::string_view("/"));
-    for (std::size_t end = 1; end < path.size();) {
-        end = std::min(path.find('/', end), path.size());
-        visit(path.substr(0, end));
-        ++end;
-    }
+    constexpr unsigned loopDevices = 7;
+    const Nature byType = natureOf(mount.type);
+    if (byType != Nature::disk && byType != Nature::image)
+        return byType;
+    // A block device that reads from a file.
+    const bool isLoop = major(mount.device) == loopDevices || mount.source.starts_with("/dev/loop");
+    // A number of its own, rather than one of a block device.
+    const bool hasNoDevice = major(mount.device) == 0;
+    return isLoop || (byType == Nature::image && hasNoDevice) ? Nature::view : Nature::disk;
 }
-
-/// Takes the text up to the next separator off the front of `rest`.
-std::string_view nextField(std::string_view& rest, char separator)
-{
-    const auto end = std::min(rest.find(separator), rest.size());
-    const std::string_view field = rest.substr(0, end);
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    return field;
-}
-
-/// The table writes white space, backslashes and "#" as a backslash and three
-/// octal digits.
-std::string unescaped(std::string_view text)
-{
-    const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
-    std::string result;
-    while (!text.empty()) {
-        if (text.size() >= 4 && text[0] == '\\' && std::all_of(&text[1], &text[1] + 3, isOctal)) {
-            result += static_cast<char>((text[1] - '0') * 64 + (text[2] - '0') * 8 + text[3] - '0');
-            text.remove_prefix(4);
-        } else {
-            result += text.front();
-            text.remove_prefix(1);
-        }
-    }
-    return result;
-}
-
-std::optional<int> number(std::string_view text)
-{
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
-        return std::nullopt;
-    return value;
-}
-
-/// One line of /proc/PID/mountinfo (see proc(5)); nothing if it is not one.
-std::optional<Mount> parsed(std::string_view line)
-{
-    const auto id = number(nextField(line, ' '));
-    const auto parent = number(nextField(line, ' '));
-    if (!id || !parent)
-        return std::nullopt;
-    Mount mount{*id, *parent, {}, {}, {}, {}, {}};
-    mount.device = nextField(line, ' ');
-    mount.root = unescaped(nextField(line, ' '));
-    mount.point = unescaped(nextField(line, ' '));
-    nextField(line, ' '); // options
-    // Any number of optional fields, ended by a dash.
-    while (!line.empty() && nextField(line, ' ') != "-") {
-    }
-    mount.type = unescaped(nextField(line, ' '));
-    mount.source = unescaped(nextField(line, ' '));
-    if (!mount.point.starts_with('/') || mount.type.empty())
-        return std::nullopt;
-    return mount;
-}
-
-/// The tree of mounts, in which a path is followed as the kernel follows it.
-class MountTree {
-public:
-    explicit MountTree(std::string_view table)
-    {
-        while (!table.empty())
-            if (auto mount = parsed(nextField(table, '\n')))
-                mounts_.push_back(std::move(*mount));
-        std::vector<int> ids;
-        for (const Mount& mount : mounts_)
-            ids.push_back(mount.id);
-        std::ranges::sort(ids);
-        // What is mounted on something out of reach (the first mount of all; in
-        // a changed root, others too) is where paths start.
-        for (const Mount& mount : mounts_) {
-            const bool isRooted =
-                mount.parent != mount.id && std::ranges::binary_search(ids, mount.parent);
-            children_[{isRooted ? mount.parent : nowhere, mount.point}] = &mount;
-        }
-    }
-
-    const std::vector<Mount>& mounts() const { return mounts_; }
-
-    /// Calls `visit` with every folder on the way from "/" to `path` and the
-    /// mount that it is seen through (null where the table tells of none): of
-    /// several mounted on one another the last, of hidden ones none.
-    template <typename Visitor>
-    void follow(std::string_view path, Visitor&& visit) const
-    {
-        const Mount* current = nullptr;
-        forEachPrefix(path, [&](std::string_view folder) {
-            for (const Mount* next = mountedOn(current, folder); next;
-                 next = mountedOn(current, folder))
-                current = next;
-            visit(folder, current);
-        });
-    }
-
-    const Mount* mountAt(std::string_view path) const
-    {
-        const Mount* result = nullptr;
-        follow(path, [&](std::string_view, const Mount* mount) { result = mount; });
-        return result;
-    }
-
-private:
-    static constexpr int nowhere = -1;
-
-    const Mount* mountedOn(const Mount* mount, std::string_view folder) const
-    {
-        const auto child = children_.find({mount ? mount->id : nowhere, folder});
-        return child == children_.end() ? nullptr : child->second;
-    }
-
-    std::vector<Mount> mounts_;
-    std::map<std::pair<int, std::string_view>, const Mount*> children_;
-};
 
 /// Whether the mount shows a folder on the way to its own mount point.
-bool showsFolderAbove(const Mount& mount, const MountTree& tree)
+bool showsFolderAbove(const Mount& mount, const MountTable& table)
 {
-    bool result = false;
-    tree.follow(mount.point, [&](std::string_view folder, const Mount* through) {
-        if (through && through != &mount && through->device == mount.device &&
-            through->location(folder) == mount.root)
-            result = true;
+    const StoredPlace shown = mount.place(mount.point);
+    return std::ranges::any_of(table.way(mount.point), [&](const MountTable::Step& step) {
+        return step.mount && step.mount != &mount && step.mount->place(step.folder) == shown;
     });
-    return result;
-}
-
-bool isBelow(std::string_view path, std::string_view folder)
-{
-    if (folder == "/")
-        return path != "/";
-    return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
 }
 
 } // namespace
@@ -296,34 +137,24 @@ const MountBarriers::Place* MountBarriers::Place::child(std::string_view name) c
     return found == children_.end() ? nullptr : &found->second;
 }
 
-MountBarriers::MountBarriers(std::string_view mountTable, std::string_view root)
+MountBarriers::MountBarriers(const MountTable& table, std::string_view root)
 {
-    const MountTree tree(mountTable);
-    const Mount* const rootMount = tree.mountAt(root);
-    const Nature rootNature = rootMount ? rootMount->nature() : Nature::disk;
+    const Mount* const rootMount = table.at(root);
+    const Nature rootNature = rootMount ? natureOf(*rootMount) : Nature::disk;
 
-    for (const Mount& mount : tree.mounts()) {
-        if (!isBelow(mount.point, root) || tree.mountAt(mount.point) != &mount)
+    for (const Mount& mount : table.mounts()) {
+        if (!paths::isBelow(mount.point, root) || table.at(mount.point) != &mount)
             continue;
-        const Nature nature = mount.nature();
+        const Nature nature = natureOf(mount);
         const bool isForeign =
             nature == Nature::kernel || (nature != Nature::disk && nature != rootNature);
-        if (!isForeign && !showsFolderAbove(mount, tree))
+        if (!isForeign && !showsFolderAbove(mount, table))
             continue;
         Place* place = &root_;
-        std::string_view rest = std::string_view(mount.point).substr(root == "/" ? 0 : root.size());
-        rest.remove_prefix(1);
-        while (!rest.empty())
-            place = &place->children_[std::string(nextField(rest, '/'))];
+        for (const std::string_view name : paths::components(paths::relative(mount.point, root)))
+            place = &place->children_[std::string(name)];
         place->isBarrier_ = true;
     }
-}
-
-MountBarriers MountBarriers::current(std::string_view root)
-{
-    std::ifstream file("/proc/thread-self/mountinfo", std::ios::binary);
-    const std::string table{std::istreambuf_iterator<char>(file), {}};
-    return MountBarriers(table, root);
 }
 
 const MountBarriers::Place* MountBarriers::root() const noexcept

@@ -1,0 +1,166 @@
+#include "BrisalonCore/MountTable.h"
+
+#include "BrisalonCore/Paths.h"
+
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <iterator>
+
+#include <sys/sysmacros.h>
+
+namespace brisalon {
+
+namespace {
+
+/// Takes the text up to the next separator off the front of `rest`. Between two
+/// separators there is an empty field: that of a file system without a source.
+std::string_view nextField(std::string_view& rest, char separator)
+{
+    const auto end = std::min(rest.find(separator), rest.size());
+    const std::string_view field = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    return field;
+}
+
+/// The table writes white space, backslashes and "#" as a backslash and three
+/// octal digits.
+std::string unescaped(std::string_view text)
+{
+    const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
+    std::string result;
+    while (!text.empty()) {
+        if (text.size() >= 4 && text[0] == '\\' && std::all_of(&text[1], &text[1] + 3, isOctal)) {
+            result += static_cast<char>((text[1] - '0') * 64 + (text[2] - '0') * 8 + text[3] - '0');
+            text.remove_prefix(4);
+        } else {
+            result += text.front();
+            text.remove_prefix(1);
+        }
+    }
+    return result;
+}
+
+/// Commas inside an option are written like white space.
+std::vector<std::string> optionsOf(std::string_view field)
+{
+    std::vector<std::string> options;
+    while (!field.empty())
+        options.push_back(unescaped(nextField(field, ',')));
+    return options;
+}
+
+template <typename Number>
+std::optional<Number> number(std::string_view text)
+{
+    Number value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+/// One line of /proc/PID/mountinfo (see proc(5)); nothing if it is not one.
+std::optional<Mount> parsed(std::string_view line)
+{
+    const auto id = number<std::uint64_t>(nextField(line, ' '));
+    const auto parent = number<std::uint64_t>(nextField(line, ' '));
+    const auto majorNumber = number<unsigned>(nextField(line, ':'));
+    const auto minorNumber = number<unsigned>(nextField(line, ' '));
+    if (!id || !parent || !majorNumber || !minorNumber)
+        return std::nullopt;
+    Mount mount;
+    mount.id = *id;
+    mount.parent = *parent;
+    mount.device = makedev(*majorNumber, *minorNumber);
+    mount.root = unescaped(nextField(line, ' '));
+    mount.point = unescaped(nextField(line, ' '));
+    mount.options = optionsOf(nextField(line, ' '));
+    // Any number of optional fields, ended by a dash.
+    while (!line.empty() && nextField(line, ' ') != "-") {
+    }
+    mount.type = unescaped(nextField(line, ' '));
+    mount.source = unescaped(nextField(line, ' '));
+    mount.superOptions = optionsOf(nextField(line, ' '));
+    if (!mount.point.starts_with('/') || mount.type.empty())
+        return std::nullopt;
+    return mount;
+}
+
+} // namespace
+
+bool StoredPlace::isWithin(const StoredPlace& folder) const noexcept
+{
+    return device == folder.device && paths::isWithin(path, folder.path);
+}
+
+std::optional<std::string_view> Mount::superOption(std::string_view name) const noexcept
+{
+    for (const std::string_view option : superOptions) {
+        const auto end = std::min(option.find('='), option.size());
+        if (option.substr(0, end) == name)
+            return option.substr(std::min(end + 1, option.size()));
+    }
+    return std::nullopt;
+}
+
+StoredPlace Mount::place(std::string_view path) const
+{
+    return {device, paths::joined(root, paths::relative(path, point))};
+}
+
+MountTable::MountTable(std::string_view text)
+{
+    while (!text.empty())
+        if (auto mount = parsed(nextField(text, '\n')))
+            mounts_.push_back(std::move(*mount));
+    std::vector<std::uint64_t> ids;
+    for (const Mount& mount : mounts_)
+        ids.push_back(mount.id);
+    std::ranges::sort(ids);
+    // What is mounted on something out of reach (the first mount of all; in a changed
+    // root, others too) is where paths start.
+    for (const Mount& mount : mounts_) {
+        const bool isRooted =
+            mount.parent != mount.id && std::ranges::binary_search(ids, mount.parent);
+        children_[{isRooted ? std::optional(mount.parent) : std::nullopt, mount.point}] = &mount;
+    }
+}
+
+MountTable MountTable::current()
+{
+    std::ifstream file("/proc/thread-self/mountinfo", std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return MountTable(text);
+}
+
+std::vector<MountTable::Step> MountTable::way(std::string_view path) const
+{
+    std::vector<Step> steps;
+    const Mount* current = nullptr;
+    for (const std::string_view folder : paths::way(path)) {
+        while (const Mount* const next = mountedOn(current, folder))
+            current = next;
+        steps.push_back({folder, current});
+    }
+    return steps;
+}
+
+const Mount* MountTable::at(std::string_view path) const
+{
+    return way(path).back().mount;
+}
+
+std::optional<StoredPlace> MountTable::place(std::string_view path) const
+{
+    const Mount* const mount = at(path);
+    return mount ? std::optional(mount->place(path)) : std::nullopt;
+}
+
+const Mount* MountTable::mountedOn(const Mount* mount, std::string_view folder) const
+{
+    const auto child = children_.find({mount ? std::optional(mount->id) : std::nullopt, folder});
+    return child == children_.end() ? nullptr : child->second;
+}
+
+} // namespace brisalon

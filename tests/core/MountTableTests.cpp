@@ -1,0 +1,96 @@
+#include "BrisalonCore/MountTable.h"
+
+#include "BrisalonCore/ItemStatus.h"
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/sysmacros.h>
+
+using namespace brisalon;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(MountTable, EveryFieldWhateverItsBytes)
+{
+    // Without optional fields and with three of them; with and without a source; the
+    // last line without its end.
+    const MountTable table(
+        "21 1 8:1 / / rw,noatime - ext4 /dev/sda1 rw,errors=remount-ro\n"
+        "22 21 0:300 /sub\\040volume /a\\040b\\134\\012\\011\\043\xff rw shared:3 master:1 x:y "
+        "- fuse.a\\040b  rw,lowerdir=/x\\054y:/z,subvolid=5,subvolid=6,empty=\n"
+        "23 21 0:5 / /\\9\\04 - - proc - rw");
+    ASSERT_EQ(table.mounts().size(), 3U);
+
+    const Mount& disk = table.mounts()[0];
+    EXPECT_EQ(disk.id, 21U);
+    EXPECT_EQ(disk.parent, 1U);
+    EXPECT_EQ(disk.device, makedev(8, 1));
+    EXPECT_EQ(disk.source, "/dev/sda1");
+    EXPECT_EQ(disk.options, (Texts{"rw", "noatime"}));
+    EXPECT_EQ(disk.superOption("errors"), "remount-ro");
+
+    const Mount& odd = table.mounts()[1];
+    EXPECT_EQ(odd.device, makedev(0, 300));
+    EXPECT_EQ(odd.root, "/sub volume");
+    EXPECT_EQ(odd.point, "/a b\\\n\t#\xff");
+    EXPECT_EQ(odd.type, "fuse.a b");
+    EXPECT_EQ(odd.source, "");
+    EXPECT_EQ(odd.superOptions,
+              (Texts{"rw", "lowerdir=/x,y:/z", "subvolid=5", "subvolid=6", "empty="}));
+    EXPECT_EQ(odd.superOption("subvolid"), "5");
+    EXPECT_EQ(odd.superOption("empty"), "");
+    EXPECT_EQ(odd.superOption("rw"), "");
+    EXPECT_EQ(odd.superOption("sub"), std::nullopt);
+
+    EXPECT_EQ(table.mounts()[2].point, "/\\9\\04") << "no escape at all";
+    EXPECT_EQ(table.mounts()[2].source, "-");
+}
+
+TEST(MountTable, LinesOfAnotherFormAreLeftOut)
+{
+    for (const char* text :
+         {"", "\n\n", "garbage\n", "1 2\n", "x 1 8:1 / /m rw - proc proc rw\n",
+          "2 1 81 / /m rw - proc proc rw\n", "2 1 8:x / /m rw - proc proc rw\n", "2 1 8:1 / /m rw",
+          "2 1 8:1 / /m rw shared:1", "2 1 8:1 / m rw - proc "})
+        EXPECT_TRUE(MountTable(text).mounts().empty()) << text;
+    EXPECT_EQ(MountTable("").at("/a"), nullptr);
+    EXPECT_EQ(MountTable("").place("/a"), std::nullopt);
+}
+
+TEST(MountTable, OneStoredPlaceForEveryPathThatShowsIt)
+{
+    MountTable made("1 0 0:30 /@ / rw - btrfs /dev/sda2 rw\n"
+                    "2 1 0:30 /@home /home rw - btrfs /dev/sda2 rw\n"
+                    "3 2 0:30 /@home/a /home/a/again rw - btrfs /dev/sda2 rw\n"
+                    "4 1 0:30 / /mnt rw - btrfs /dev/sda2 rw\n"
+                    "5 1 8:2 / /disk rw - ext4 /dev/sdb1 rw\n"
+                    "6 5 8:3 / /disk rw - ext4 /dev/sdc1 rw\n");
+    const MountTable table = std::move(made);
+    const StoredPlace home{makedev(0, 30), "/@home/a/x"};
+    for (const char* path : {"/home/a/x", "/home/a/again/x", "/mnt/@home/a/x"})
+        EXPECT_EQ(table.place(path), home) << path;
+    EXPECT_EQ(table.place("/"), (StoredPlace{makedev(0, 30), "/@"}));
+    EXPECT_EQ(table.place("/mnt"), (StoredPlace{makedev(0, 30), "/"}));
+    EXPECT_EQ(table.place("/homes"), (StoredPlace{makedev(0, 30), "/@/homes"}));
+    EXPECT_EQ(table.place("/disk/y"), (StoredPlace{makedev(8, 3), "/y"})) << "the last mounted";
+
+    EXPECT_TRUE(home.isWithin(*table.place("/mnt/@home")));
+    EXPECT_TRUE(home.isWithin(home));
+    EXPECT_FALSE(home.isWithin(*table.place("/disk")));
+    EXPECT_FALSE(table.place("/mnt/@home")->isWithin(home));
+}
+
+TEST(MountTable, NamesMountsAsItemsDo)
+{
+    const tests::TemporaryTree tree;
+    const MountTable table = MountTable::current();
+    const Mount* const mount = table.at(tree.path());
+    const auto status = ItemStatus::read(tree.path());
+    ASSERT_TRUE(mount && status);
+    EXPECT_EQ(mount->id, status->mount.mount);
+}
+
+} // namespace
