@@ -5,6 +5,7 @@
 #include "host/linux/SnapperSnapshots.h"
 #include "support/Script.h"
 #include "support/TemporaryTree.h"
+#include "volume/ManagedSnapshots.h"
 
 #include <gtest/gtest.h>
 
@@ -23,10 +24,17 @@
 
 using namespace brisalon;
 using namespace std::chrono_literals;
+using detail::ManagedSnapshots;
 using tests::contents;
 using tests::TemporaryTree;
 
 namespace {
+
+template <typename Manager>
+ManagedSnapshots managed(const std::string& tool, const std::string& mountPoint)
+{
+    return ManagedSnapshots(std::make_shared<Manager>(tool, mountPoint, 30s));
+}
 
 using Tokens = std::vector<std::string>;
 
@@ -54,7 +62,7 @@ case "$*" in
     "-c root delete "*) echo "$*" >> deleted ;;
     *) echo "Unknown command: $*" >&2; exit 1 ;;
 esac)sh");
-    const host::SnapperSnapshots snapper_{tool_, "/", 30s};
+    const ManagedSnapshots snapper_ = managed<host::SnapperSnapshots>(tool_, "/");
 };
 
 TEST_F(SnapperSnapshotsTest, ListsAndDeletesThoseOfTheMountPoint)
@@ -84,15 +92,15 @@ TEST_F(SnapperSnapshotsTest, LinesOfAnotherFormAreNoSnapshots)
 
 TEST_F(SnapperSnapshotsTest, AvailableOnlyWhereItIsSetUpForTheMountPoint)
 {
-    EXPECT_FALSE(host::SnapperSnapshots(tool_, "/hom", 30s).isAvailable());
-    EXPECT_FALSE(host::SnapperSnapshots(at("missing"), "/", 30s).isAvailable());
+    EXPECT_FALSE(managed<host::SnapperSnapshots>(tool_, "/hom").isAvailable());
+    EXPECT_FALSE(managed<host::SnapperSnapshots>(at("missing"), "/").isAvailable());
     write("configs", "subvolume,config\n");
     EXPECT_FALSE(snapper_.isAvailable());
 }
 
 TEST_F(SnapperSnapshotsTest, ItsComplaintsReachTheUser)
 {
-    const host::SnapperSnapshots home(tool_, "/home", 30s);
+    const auto home = managed<host::SnapperSnapshots>(tool_, "/home");
     EXPECT_EQ(home.list(), (SnapshotListResult{{},
                                                "",
                                                "Unknown command: -c home --csvout --iso list "
@@ -197,7 +205,8 @@ protected:
     const SnapshotService service_{
         tree_.at("missing"),
         30s,
-        {std::make_shared<host::BtrfsSnapshots>("/usr/bin/btrfs", mount_, 30s)}};
+        {std::make_shared<ManagedSnapshots>(
+            std::make_shared<host::BtrfsSnapshots>("/usr/bin/btrfs", mount_, 30s))}};
 };
 
 TEST_F(BtrfsSnapshotsTest, ListDeleteOneListAgain)
@@ -302,8 +311,8 @@ TEST_F(BtrfsSnapshotsTest, TheToolsRefusalReachesTheUser)
 
 TEST(BtrfsSnapshots, AvailableOnlyOnSuchAFileSystemWithItsTool)
 {
-    EXPECT_FALSE(host::BtrfsSnapshots("/bin/sh", "/proc", 30s).isAvailable());
-    const SnapshotListResult result = host::BtrfsSnapshots("/bin/sh", "/proc", 30s).list();
+    EXPECT_FALSE(managed<host::BtrfsSnapshots>("/bin/sh", "/proc").isAvailable());
+    const SnapshotListResult result = managed<host::BtrfsSnapshots>("/bin/sh", "/proc").list();
     EXPECT_EQ(result.errorText,
               "Could not list the snapshots of /proc: Inappropriate ioctl for device.");
 }

@@ -1,6 +1,5 @@
 #include "BrisalonCore/SnapshotService.h"
 
-#include "host/SnapshotProvider.h"
 #include "support/Script.h"
 #include "support/TemporaryTree.h"
 
@@ -308,38 +307,36 @@ TEST_F(SnapshotServiceTest, ManyThreadsAtOnce)
 }
 
 /// Stands for whatever manages snapshots on the machine.
-class FixedProvider : public host::SnapshotProvider {
+class FixedProvider : public SnapshotProvider {
 public:
-    explicit FixedProvider(bool isThere, std::string time = {})
-        : isThere_(isThere), time_(std::move(time))
+    explicit FixedProvider(bool isThere, std::string dateToken = {})
+        : isThere_(isThere), token_(std::move(dateToken))
     {
     }
     bool isAvailable() const override { return isThere_; }
-
-private:
-    Snapshots read() const override { return {{{7, dateToken(time_), "line"}}, "raw", "grumble"}; }
-    host::ProcessResult erase(std::uint64_t number) const override
+    SnapshotListResult list() const override { return {{{token_, "line"}}, "raw", "grumble"}; }
+    std::optional<std::string> remove(std::string_view dateToken) const override
     {
-        return {"", "erased " + std::to_string(number), 1, std::nullopt};
+        return "removing " + std::string(dateToken);
     }
 
+private:
     bool isThere_;
-    std::string time_;
+    std::string token_;
 };
 
 TEST_F(SnapshotServiceTest, AProviderStandsInForAnAbsentToolOnly)
 {
     const auto absent = std::make_shared<FixedProvider>(false);
-    const auto first = std::make_shared<FixedProvider>(true, "2024-01-15 12:34:56");
-    const auto second = std::make_shared<FixedProvider>(true, "2023-12-31 00:00:00");
+    const auto first = std::make_shared<FixedProvider>(true, token);
+    const auto second = std::make_shared<FixedProvider>(true, otherToken);
     const SnapshotService without(at("missing"), 30s, {absent});
     EXPECT_EQ(without.listLocalSnapshots().errorText,
               "Could not start " + at("missing") + ": No such file or directory.");
 
     const SnapshotService with(at("missing"), 30s, {absent, first, second});
     EXPECT_EQ(with.listLocalSnapshots(), (SnapshotListResult{{{token, "line"}}, "raw", "grumble"}));
-    EXPECT_EQ(with.deleteLocalSnapshot(token), "erased 7");
-    EXPECT_EQ(with.deleteLocalSnapshot(otherToken), "grumble") << "the second one's";
+    EXPECT_EQ(with.deleteLocalSnapshot(token), "removing " + std::string(token));
 
     tree_.file("plain");
     const SnapshotService broken(at("plain"), 30s, {first});

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-/// Paths as text: bytes between slashes. Nothing here asks the file system, and
-/// nothing but components() makes up for doubled or closing slashes: the other
+/// Paths as text: bytes between slashes. Nothing here asks the file system for items,
+/// and nothing but components() makes up for doubled or closing slashes: the other
 /// functions take absolute, normalised paths ("/" or "/a/b"). Any thread.
 namespace brisalon::paths {
 
@@ -30,5 +30,9 @@ std::string_view relative(std::string_view path, std::string_view folder) noexce
 /// The item of that name, or at that relative path, in the folder; the folder itself
 /// for an empty name.
 std::string joined(std::string_view folder, std::string_view name);
+
+/// The path itself when it is absolute, else the same seen from the process's current
+/// folder, or from "/" when that cannot be told.
+std::string absolute(std::string_view path);
 
 } // namespace brisalon::paths

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BrisalonCore/SnapshotListResult.h"
+#include "BrisalonCore/SnapshotProvider.h"
 
 #include <chrono>
 #include <memory>
@@ -10,11 +11,6 @@
 #include <vector>
 
 namespace brisalon {
-
-namespace host {
-class SnapshotProvider;
-struct ProcessResult;
-} // namespace host
 
 /// Lists the local snapshots of the startup volume and deletes single ones, by
 /// running the system's tool for them or, where that is absent, by asking what else
@@ -28,7 +24,7 @@ struct ProcessResult;
 /// A value without state between calls; any thread, several at once.
 class SnapshotService {
 public:
-    using Providers = std::vector<std::shared_ptr<const host::SnapshotProvider>>;
+    using Providers = std::vector<std::shared_ptr<const SnapshotProvider>>;
 
     static constexpr std::string_view systemTool = "/usr/bin/tmutil";
     static constexpr std::chrono::milliseconds usualTimeLimit = std::chrono::seconds(30);
@@ -50,8 +46,7 @@ public:
     std::optional<std::string> deleteLocalSnapshot(std::string_view dateToken) const;
 
 private:
-    host::ProcessResult run(const std::vector<std::string>& arguments) const;
-    const host::SnapshotProvider* substitute() const;
+    const SnapshotProvider* substitute() const;
 
     std::string tool_;
     std::chrono::milliseconds timeLimit_;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
+#include <system_error>
 
 namespace brisalon::paths {
 
@@ -55,6 +57,15 @@ std::string joined(std::string_view folder, std::string_view name)
         path += '/';
     path += name;
     return path;
+}
+
+std::string absolute(std::string_view path)
+{
+    if (path.starts_with('/'))
+        return std::string(path);
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::current_path(error);
+    return joined(error ? "/" : folder.native(), path);
 }
 
 } // namespace brisalon::paths

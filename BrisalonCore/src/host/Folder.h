@@ -94,9 +94,6 @@ Descriptor reach(std::string_view path);
 enum class PathState : std::uint8_t { missing, folder, other };
 PathState pathState(std::string_view path);
 
-/// The folder that relative paths start at; "/" when it cannot be told.
-std::string currentFolder();
-
 /// How many processors this process may use; at least 1.
 unsigned availableProcessors() noexcept;
 

@@ -1,7 +1,6 @@
 #include "BrisalonCore/FileURL.h"
 
 #include "BrisalonCore/Paths.h"
-#include "host/Folder.h"
 #include "model/NameBlock.h"
 
 #include <cstring>
@@ -39,13 +38,6 @@ namespace {
 bool isRootPath(std::string_view path) noexcept
 {
     return path == "/";
-}
-
-std::string absolutePath(const std::string& path)
-{
-    if (path.starts_with('/'))
-        return path;
-    return paths::joined(host::currentFolder(), path);
 }
 
 } // namespace
@@ -139,7 +131,7 @@ FileURL FileURL::standardized() const
 {
     if (isEmpty())
         return {};
-    const std::string whole = absolutePath(path());
+    const std::string whole = paths::absolute(path());
     std::vector<std::string_view> kept;
     for (const std::string_view piece : paths::components(whole)) {
         if (piece == ".")
@@ -155,13 +147,6 @@ FileURL FileURL::standardized() const
         result += piece;
     }
     return FileURL(result.empty() ? "/" : result);
-}
-
-FileURL FileURL::resolvingSymbolicLinks() const
-{
-    if (isEmpty())
-        return {};
-    return FileURL(host::resolveSymbolicLinks(absolutePath(path())));
 }
 
 bool FileURL::pathEquals(std::string_view path) const noexcept

@@ -2,7 +2,8 @@
 
 #include "BrisalonCore/SnapshotParser.h"
 #include "host/Process.h"
-#include "host/SnapshotProvider.h"
+#include "host/SnapshotManager.h"
+#include "volume/ManagedSnapshots.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -11,9 +12,20 @@
 
 namespace brisalon {
 
+namespace {
+
+SnapshotService::Providers machinesProviders()
+{
+    SnapshotService::Providers providers;
+    for (auto& manager : host::snapshotManagers(SnapshotService::usualTimeLimit))
+        providers.push_back(std::make_shared<detail::ManagedSnapshots>(std::move(manager)));
+    return providers;
+}
+
+} // namespace
+
 SnapshotService::SnapshotService()
-    : SnapshotService(std::string(systemTool), usualTimeLimit,
-                      host::snapshotProviders(usualTimeLimit))
+    : SnapshotService(std::string(systemTool), usualTimeLimit, machinesProviders())
 {
 }
 
@@ -25,9 +37,10 @@ SnapshotService::SnapshotService(std::string tool, std::chrono::milliseconds tim
 
 SnapshotListResult SnapshotService::listLocalSnapshots() const
 {
-    if (const host::SnapshotProvider* provider = substitute())
+    if (const SnapshotProvider* provider = substitute())
         return provider->list();
-    const host::ProcessResult result = run({"listlocalsnapshots", "/"});
+    const host::ProcessResult result =
+        host::runProcess(tool_, {"listlocalsnapshots", "/"}, timeLimit_);
     if (result.error && result.standardOutput.empty())
         return {{}, result.standardOutput, result.error};
     return {SnapshotParser::parse(result.standardOutput), result.standardOutput,
@@ -36,18 +49,15 @@ SnapshotListResult SnapshotService::listLocalSnapshots() const
 
 std::optional<std::string> SnapshotService::deleteLocalSnapshot(std::string_view dateToken) const
 {
-    if (const host::SnapshotProvider* provider = substitute())
+    if (const SnapshotProvider* provider = substitute())
         return provider->remove(dateToken);
-    return host::deletionFailure(run({"deletelocalsnapshots", std::string(dateToken)}), dateToken);
-}
-
-host::ProcessResult SnapshotService::run(const std::vector<std::string>& arguments) const
-{
-    return host::runProcess(tool_, arguments, timeLimit_);
+    return detail::deletionFailure(
+        host::runProcess(tool_, {"deletelocalsnapshots", std::string(dateToken)}, timeLimit_),
+        dateToken);
 }
 
 /// What answers in the tool's place; null when the tool has to.
-const host::SnapshotProvider* SnapshotService::substitute() const
+const SnapshotProvider* SnapshotService::substitute() const
 {
     std::error_code error;
     const bool isAbsent =

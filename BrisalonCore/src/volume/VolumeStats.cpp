@@ -25,7 +25,11 @@ double VolumeStats::usedFraction() const noexcept
 std::optional<VolumeStats> VolumeStats::read(const FileURL& url)
 {
     const auto capacities = host::volumeCapacities(url.path());
-    return capacities ? from(*capacities) : std::nullopt;
+    if (!capacities)
+        return std::nullopt;
+    return from({.total = capacities->total,
+                 .availableForImportantUsage = capacities->availableForImportantUsage,
+                 .available = capacities->available});
 }
 
 std::optional<VolumeStats> VolumeStats::from(const Capacities& capacities) noexcept

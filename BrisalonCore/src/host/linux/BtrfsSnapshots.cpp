@@ -191,9 +191,9 @@ bool BtrfsSnapshots::isAvailable() const
            std::filesystem::exists(tool_, error);
 }
 
-SnapshotProvider::Snapshots BtrfsSnapshots::read() const
+SnapshotManager::Listing BtrfsSnapshots::list() const
 {
-    Snapshots found;
+    Listing found;
     const OpenFolder folder = OpenFolder::at(mountPoint_);
     Subvolumes subvolumes;
     if (const int error = readSubvolumes(folder.descriptor().get(), subvolumes)) {
@@ -212,7 +212,7 @@ SnapshotProvider::Snapshots BtrfsSnapshots::read() const
         std::string line =
             "ID " + std::to_string(number) + " otime " + time + " path " + shown(*path);
         found.rawOutput += line + '\n';
-        found.snapshots.push_back({number, dateToken(time), std::move(line)});
+        found.snapshots.push_back({number, time, std::move(line)});
     }
     return found;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/SnapshotProvider.h"
+#include "host/SnapshotManager.h"
 
 namespace brisalon::host {
 
@@ -12,17 +12,16 @@ namespace brisalon::host {
 /// the file system but not to them is left out: what is mounted, such as a running
 /// system that has been rolled back (nothing else would prevent its deletion), and
 /// what containers and machines stand on.
-class BtrfsSnapshots : public SnapshotProvider {
+class BtrfsSnapshots : public SnapshotManager {
 public:
     BtrfsSnapshots(std::string tool, std::string mountPoint, std::chrono::milliseconds timeLimit);
 
     /// Whether that is a btrfs file system and the tool is there.
     bool isAvailable() const override;
-
-private:
-    Snapshots read() const override;
+    Listing list() const override;
     ProcessResult erase(std::uint64_t number) const override;
 
+private:
     std::string tool_;
     std::string mountPoint_;
     std::chrono::milliseconds timeLimit_;

@@ -249,17 +249,6 @@ PathState pathState(std::string_view path)
                                                                : PathState::other;
 }
 
-std::string currentFolder()
-{
-    std::vector<char> buffer(PATH_MAX);
-    while (!::getcwd(buffer.data(), buffer.size())) {
-        if (errno != ERANGE)
-            return "/";
-        buffer.resize(buffer.size() * 2);
-    }
-    return buffer.data();
-}
-
 unsigned availableProcessors() noexcept
 {
     cpu_set_t processors;

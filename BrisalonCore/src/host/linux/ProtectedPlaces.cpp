@@ -1,5 +1,6 @@
 #include "host/ProtectedPlaces.h"
 
+#include "BrisalonCore/AccountHome.h"
 #include "BrisalonCore/ItemStatus.h"
 #include "BrisalonCore/Paths.h"
 #include "host/Folder.h"
@@ -9,10 +10,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
-#include <vector>
-
-#include <pwd.h>
-#include <unistd.h>
 
 namespace brisalon::host {
 
@@ -42,17 +39,6 @@ constexpr auto places = std::to_array<Place>({
     {"/var", Extent::itself},
 });
 
-/// The home folder that the account's entry names; empty when there is none.
-std::string accountHome()
-{
-    std::vector<char> buffer(16 * 1024);
-    passwd entry{};
-    passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found)
-        return {};
-    return entry.pw_dir;
-}
-
 bool isProtectedWithHome(std::string_view path, std::string_view home)
 {
     return isProtectedPlace(path, home.starts_with('/') ? resolveSymbolicLinks(home) : "");
@@ -76,9 +62,7 @@ bool isProtectedPlace(std::string_view path, std::string_view home) noexcept
 
 bool isProtectedHere(std::string_view path)
 {
-    // An account does not move while its programs run, and asking for it may
-    // take a network.
-    static const std::string account = accountHome();
+    const std::string& account = accountHome();
     const char* const home = std::getenv("HOME");
     return isProtectedWithHome(path, account) ||
            (home && home != account && isProtectedWithHome(path, home)) || isMountRoot(path);

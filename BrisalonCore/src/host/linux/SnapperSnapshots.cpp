@@ -54,7 +54,7 @@ std::optional<std::string> SnapperSnapshots::configuration() const
     return std::nullopt;
 }
 
-SnapshotProvider::Snapshots SnapperSnapshots::read() const
+SnapshotManager::Listing SnapperSnapshots::list() const
 {
     // Only columns that never need quoting; how much space each takes would take long
     // to find out.
@@ -62,7 +62,7 @@ SnapshotProvider::Snapshots SnapperSnapshots::read() const
                                       {"-c", configuration().value_or(""), "--csvout", "--iso",
                                        "list", "--disable-used-space", "--columns", "number,date"},
                                       timeLimit_);
-    Snapshots found;
+    Listing found;
     // The headings are no such line, nor is number 0, the running system, which has
     // no date.
     for (const std::string_view line : lines(result.standardOutput)) {
@@ -73,7 +73,7 @@ SnapshotProvider::Snapshots SnapperSnapshots::read() const
         if (error != std::errc() || comma == line.size() || line[comma] != ',' ||
             !isTime(line.substr(comma + 1)))
             continue;
-        snapshot.dateToken = dateToken(line.substr(comma + 1));
+        snapshot.created = line.substr(comma + 1);
         snapshot.line = line;
         found.snapshots.push_back(std::move(snapshot));
     }

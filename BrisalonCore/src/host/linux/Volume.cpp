@@ -42,16 +42,16 @@ bool readStatus(std::string_view path, struct statvfs& status)
 
 } // namespace
 
-std::optional<VolumeStats::Capacities> volumeCapacities(std::string_view path)
+std::optional<VolumeCapacities> volumeCapacities(std::string_view path)
 {
     struct statvfs status;
     if (!readStatus(path, status))
         return std::nullopt;
     // What is reserved for the administrator counts as used: users cannot have it.
-    return VolumeStats::Capacities{
+    return VolumeCapacities{
         .total = bytesOf(status.f_blocks, status.f_frsize),
-        .availableForImportantUsage = std::nullopt,
         .available = bytesOf(status.f_bavail, status.f_frsize),
+        .availableForImportantUsage = std::nullopt,
     };
 }
 

@@ -1,11 +1,8 @@
 #include "Brisalon/Platform/HomeFolder.h"
 
-#include <cstdlib>
-#include <string>
-#include <string_view>
+#include "BrisalonCore/AccountHome.h"
 
-#include <pwd.h>
-#include <unistd.h>
+#include <cstdlib>
 
 namespace brisalon {
 
@@ -15,9 +12,7 @@ FileURL homeFolder()
     // on where the program was started.
     if (const char* const home = std::getenv("HOME"); home && *home == '/')
         return FileURL(home);
-    if (const passwd* const account = ::getpwuid(::getuid()); account && *account->pw_dir)
-        return FileURL(account->pw_dir);
-    return FileURL("/");
+    return FileURL(accountHome().empty() ? "/" : accountHome());
 }
 
 } // namespace brisalon

@@ -22,8 +22,8 @@ std::string installed(const std::string& tool)
 
 } // namespace
 
-std::vector<std::shared_ptr<const SnapshotProvider>>
-snapshotProviders(std::chrono::milliseconds timeLimit)
+std::vector<std::shared_ptr<const SnapshotManager>>
+snapshotManagers(std::chrono::milliseconds timeLimit)
 {
     // Where snapper manages the file system's snapshots it has to hear of deletions.
     return {
