@@ -78,72 +78,34 @@ void AppState::setSelectedLargeFileIDs(std::set<std::string> ids)
     assign(selectedLargeFileIDs_, std::move(ids), &AppState::selectedLargeFileIDsChanged);
 }
 
-QString AppState::lastUsedTarget() const
+WelcomeTarget AppState::lastUsedTarget() const
 {
     if (!ScanTargetPreference::isSaved(services_.defaults))
-        return {};
+        return WelcomeTarget::None;
     switch (preferredWelcomeTarget_.kind) {
     case ScanTargetPreference::Kind::home:
-        return QStringLiteral("home");
+        return WelcomeTarget::Home;
     case ScanTargetPreference::Kind::thisMac:
-        return QStringLiteral("thisMac");
+        return WelcomeTarget::ThisMac;
     case ScanTargetPreference::Kind::customFolder:
         break;
     }
-    return QStringLiteral("custom");
+    return WelcomeTarget::ChooseFolder;
 }
 
-QList<LargeFileEntry> AppState::selectedLargeFileEntries() const
+FileURL AppState::homeFolder() const
 {
-    QList<LargeFileEntry> entries;
-    for (const int row : selectedLargeFileRows())
-        entries.append(largeFiles_[row]);
-    return entries;
+    return brisalon::homeFolder();
 }
 
-QList<int> AppState::selectedLargeFileRows() const
+bool AppState::isHomeScanned() const
 {
-    QList<int> rows;
-    for (int row = 0; row < largeFiles_.size(); ++row) {
-        if (selectedLargeFileIDs_.contains(largeFiles_[row].id()))
-            rows.append(row);
-    }
-    return rows;
+    return isScanned(homeFolder());
 }
 
-void AppState::setSelectedLargeFileRows(const QList<int>& rows)
+bool AppState::isThisMacScanned() const
 {
-    std::set<std::string> ids;
-    for (const int row : rows) {
-        if (row >= 0 && row < largeFiles_.size())
-            ids.insert(largeFiles_[row].id());
-    }
-    setSelectedLargeFileIDs(std::move(ids));
-}
-
-std::int64_t AppState::selectedBytes() const
-{
-    if (selectedLargeFileIDs_.empty())
-        return selected_.allocatedSize();
-    std::int64_t sum = 0;
-    for (const LargeFileEntry& entry : selectedLargeFileEntries())
-        sum += entry.allocatedSize;
-    return sum;
-}
-
-QString AppState::selectedBytesText() const
-{
-    return text(ByteFormat::string(selectedBytes()));
-}
-
-bool AppState::hasSelection() const
-{
-    return selected_.isPresent() || !selectedLargeFileIDs_.empty();
-}
-
-bool AppState::shouldShowMapHint() const
-{
-    return tree_.isPresent() && !preferences_.hasSeenMapInteractionHint();
+    return isScanned(startupVolume());
 }
 
 bool AppState::isScanned(const FileURL& root) const
@@ -152,9 +114,9 @@ bool AppState::isScanned(const FileURL& root) const
            scanRoot_.resolvingSymbolicLinks() == root.resolvingSymbolicLinks();
 }
 
-FileURL AppState::homeFolder() const
+bool AppState::shouldShowMapHint() const
 {
-    return brisalon::homeFolder();
+    return tree_.isPresent() && !preferences_.hasSeenMapInteractionHint();
 }
 
 void AppState::startScan(const FileURL& root)

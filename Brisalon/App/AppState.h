@@ -3,7 +3,10 @@
 #include "Brisalon/App/AppServices.h"
 #include "Brisalon/App/CoreValues.h"
 #include "Brisalon/App/ScanTask.h"
+#include "Brisalon/App/Selection.h"
 #include "Brisalon/App/SidebarTab.h"
+#include "Brisalon/App/TrashQuestion.h"
+#include "Brisalon/App/WelcomeTarget.h"
 #include "Brisalon/Services/CleanReport.h"
 #include "Brisalon/Services/ScanTargetPreference.h"
 #include "Brisalon/Services/TrashRequest.h"
@@ -59,31 +62,24 @@ class AppState : public QObject {
     Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
     Q_PROPERTY(QList<brisalon::LocalSnapshotValue> snapshots READ snapshots NOTIFY snapshotsChanged)
     Q_PROPERTY(QString snapshotError READ snapshotError NOTIFY snapshotErrorChanged)
-    Q_PROPERTY(bool isTrashPending READ isTrashPending NOTIFY confirmTrashChanged)
+    Q_PROPERTY(brisalon::TrashQuestion confirmTrash READ trashQuestion NOTIFY confirmTrashChanged)
     Q_PROPERTY(brisalon::LocalSnapshotValue confirmSnapshot READ confirmSnapshot WRITE
                    setConfirmSnapshot NOTIFY confirmSnapshotChanged)
     Q_PROPERTY(QString failureText READ failureText NOTIFY lastCleanChanged)
+    Q_PROPERTY(brisalon::FileURL scanRoot READ scanRoot NOTIFY scanRootChanged)
+    Q_PROPERTY(brisalon::VolumeStatsValue volume READ volume NOTIFY volumeChanged)
     Q_PROPERTY(brisalon::sidebar::SidebarTab sidebarTab READ sidebarTab WRITE setSidebarTab NOTIFY
                    sidebarTabChanged)
     Q_PROPERTY(bool fdaJustGranted READ fdaJustGranted WRITE setFDAJustGranted NOTIFY
                    fdaJustGrantedChanged)
-    Q_PROPERTY(brisalon::FileURL scanRoot READ scanRoot NOTIFY scanRootChanged)
-    Q_PROPERTY(brisalon::VolumeStatsValue volume READ volume NOTIFY volumeChanged)
-    Q_PROPERTY(QString lastUsedTarget READ lastUsedTarget NOTIFY lastUsedTargetChanged)
 
-    Q_PROPERTY(QList<int> selectedLargeFileRows READ selectedLargeFileRows WRITE
-                   setSelectedLargeFileRows NOTIFY selectionChanged)
-    Q_PROPERTY(QList<brisalon::LargeFileEntry> selectedLargeFileEntries READ
-                   selectedLargeFileEntries NOTIFY selectionChanged)
-    Q_PROPERTY(bool hasSelection READ hasSelection NOTIFY selectionChanged)
-    Q_PROPERTY(bool hasTickedLargeFiles READ hasTickedLargeFiles NOTIFY selectionChanged)
-    Q_PROPERTY(QString selectedBytesText READ selectedBytesText NOTIFY selectionChanged)
-    Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
-    Q_PROPERTY(QString trashTitle READ trashTitle NOTIFY confirmTrashChanged)
-    Q_PROPERTY(QString trashMessage READ trashMessage NOTIFY confirmTrashChanged)
-    Q_PROPERTY(bool shouldShowMapHint READ shouldShowMapHint NOTIFY shouldShowMapHintChanged)
+    Q_PROPERTY(brisalon::Selection selection READ selection NOTIFY selectionChanged)
+    Q_PROPERTY(brisalon::welcome::WelcomeTarget lastUsedTarget READ lastUsedTarget NOTIFY
+                   lastUsedTargetChanged)
     Q_PROPERTY(bool isHomeScanned READ isHomeScanned NOTIFY scannedTargetChanged)
     Q_PROPERTY(bool isThisMacScanned READ isThisMacScanned NOTIFY scannedTargetChanged)
+    Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
+    Q_PROPERTY(bool shouldShowMapHint READ shouldShowMapHint NOTIFY shouldShowMapHintChanged)
 
     Q_PROPERTY(brisalon::FileURL homeFolder READ homeFolder CONSTANT)
     Q_PROPERTY(brisalon::FileURL startupVolume READ startupVolume CONSTANT)
@@ -91,6 +87,8 @@ class AppState : public QObject {
 public:
     /// A scan folds files below 256 KiB and reports every 400 items.
     static constexpr DiskScanner scanner{.smallFileThreshold = 262'144, .progressEvery = 400};
+    FileURL homeFolder() const;
+    static FileURL startupVolume() { return FileURL("/"); }
 
     explicit AppState(AppServices services, QObject* parent = nullptr);
     ~AppState() override;
@@ -125,51 +123,36 @@ public:
     /// A move to the Trash, and the deletion of a snapshot, that wait for the user's
     /// confirmation; while there is one, the window asks.
     const std::optional<TrashRequest>& confirmTrash() const { return confirmTrash_; }
-    bool isTrashPending() const { return confirmTrash_.has_value(); }
     const LocalSnapshotValue& confirmSnapshot() const { return confirmSnapshot_; }
     void setConfirmSnapshot(const LocalSnapshotValue& snapshot);
-    Q_INVOKABLE void dismissSnapshot() { setConfirmSnapshot({}); }
     /// How the last move to the Trash went; absent once a scan has started.
     const std::optional<CleanReport>& lastClean() const { return lastClean_; }
-    SidebarTab sidebarTab() const { return sidebarTab_; }
-    void setSidebarTab(SidebarTab tab);
-    /// Full Disk Access was granted while the program ran.
-    bool fdaJustGranted() const { return fdaJustGranted_; }
-    void setFDAJustGranted(bool isGranted);
     /// What the last scan was started on, as given; the home folder before any.
     const FileURL& scanRoot() const { return scanRoot_; }
     const VolumeStatsValue& volume() const { return volume_; }
+    SidebarTab sidebarTab() const { return sidebarTab_; }
+    void setSidebarTab(SidebarTab tab);
     const ScanTargetPreference& preferredWelcomeTarget() const { return preferredWelcomeTarget_; }
+    /// Full Disk Access was granted while the program ran.
+    bool fdaJustGranted() const { return fdaJustGranted_; }
+    void setFDAJustGranted(bool isGranted);
 
     // Derived from the fields on every read.
 
-    /// "home", "thisMac" or "custom", the kind of preferredWelcomeTarget, or empty
-    /// when no target was ever remembered.
-    QString lastUsedTarget() const;
-    std::int64_t selectedBytes() const;
-    QString selectedBytesText() const;
-    /// Ticked large files in the order of `largeFiles`.
-    QList<LargeFileEntry> selectedLargeFileEntries() const;
-    /// Where the ticked ones stand in `largeFiles`, ascending. Setting it ticks the
-    /// files of those rows and no others; rows that there are not are ignored.
-    QList<int> selectedLargeFileRows() const;
-    void setSelectedLargeFileRows(const QList<int>& rows);
-    bool hasSelection() const;
-    bool hasTickedLargeFiles() const { return !selectedLargeFileIDs_.empty(); }
-    bool shouldShowFDABanner() const;
-    /// What the window asks before a move to the Trash.
-    QString trashTitle() const;
-    QString trashMessage() const;
+    Selection selection() const { return {selected_, largeFiles_, selectedLargeFileIDs_}; }
+    std::int64_t selectedBytes() const { return selection().bytes(); }
+    QList<LargeFileEntry> selectedLargeFileEntries() const { return selection().files(); }
+    TrashQuestion trashQuestion() const { return TrashQuestion(confirmTrash_); }
     /// The failures of `lastClean` on one line; of very many the first.
     QString failureText() const;
+    /// What preferredWelcomeTarget is, or None when no target was ever remembered.
+    WelcomeTarget lastUsedTarget() const;
+    /// Whether the map on screen is that target's, and no scan runs.
+    bool isHomeScanned() const;
+    bool isThisMacScanned() const;
+    bool shouldShowFDABanner() const;
     /// Whether there is a map and the user has never zoomed into one.
     bool shouldShowMapHint() const;
-    /// Whether the map on screen is that target's, and no scan runs.
-    bool isHomeScanned() const { return isScanned(homeFolder()); }
-    bool isThisMacScanned() const { return isScanned(startupVolume()); }
-
-    FileURL homeFolder() const;
-    FileURL startupVolume() const { return FileURL("/"); }
 
     /// Scans `root`, replacing a scan that runs. Another folder than the last one
     /// clears the map at once; the same one (links resolved) keeps it until the
@@ -207,6 +190,7 @@ public:
     Q_INVOKABLE void listSnapshots();
     /// Deletes the snapshot that was asked for; the outcome is in statusMessage.
     Q_INVOKABLE void confirmPendingSnapshot();
+    Q_INVOKABLE void dismissSnapshot() { setConfirmSnapshot({}); }
 
     /// Asks again whether Full Disk Access is granted. The first time that it is
     /// after it was not, fdaJustGranted says so.
@@ -245,15 +229,15 @@ signals:
     void scanRootChanged();
     void volumeChanged();
     void sidebarTabChanged();
-    void fdaJustGrantedChanged();
     void preferredWelcomeTargetChanged();
+    void fdaJustGrantedChanged();
 
     // Of the derived values: sent whenever a field that they read has changed.
-    void lastUsedTargetChanged();
     void selectionChanged();
+    void lastUsedTargetChanged();
+    void scannedTargetChanged();
     void shouldShowFDABannerChanged();
     void shouldShowMapHintChanged();
-    void scannedTargetChanged();
 
 private:
     template <typename T>

@@ -6,28 +6,12 @@ namespace brisalon {
 
 void AppState::requestTrashSelected()
 {
-    std::vector<FileURL> urls;
-    if (!selectedLargeFileIDs_.empty()) {
-        for (const LargeFileEntry& entry : selectedLargeFileEntries())
-            urls.push_back(entry.url);
-    } else if (selected_) {
-        if (selected_->kind().isAggregate()) {
-            const FileURLList sources = selected_->aggregateSources();
-            urls.assign(sources.begin(), sources.end());
-            if (urls.empty())
-                return setStatus(QStringLiteral("Zoom in to delete individual small files."));
-        } else {
-            urls.push_back(selected_->url());
-        }
-    }
-
-    TrashRequest request = TrashRequest::make(urls, selectedBytes());
-    if (!request.urls.empty())
-        setConfirmTrash(std::move(request));
-    else if (request.blockedCount > 0)
-        setStatus(QStringLiteral("Those paths are protected and will not be deleted."));
+    const Selection chosen = selection();
+    TrashRequest request = TrashRequest::make(chosen.urls(), chosen.bytes());
+    if (request.urls.empty())
+        setStatus(chosen.trashRefusal(request.blockedCount));
     else
-        setStatus(QStringLiteral("Select a file or folder first."));
+        setConfirmTrash(std::move(request));
 }
 
 void AppState::confirmPendingTrash()
@@ -64,25 +48,6 @@ void AppState::setConfirmTrash(std::optional<TrashRequest> request)
     confirmTrash_ = std::move(request);
     if (!isEqual)
         emit confirmTrashChanged();
-}
-
-QString AppState::trashTitle() const
-{
-    if (!confirmTrash_)
-        return QStringLiteral("Move to Trash?");
-    return QStringLiteral("Move %1 item(s) to Trash?").arg(confirmTrash_->urls.size());
-}
-
-QString AppState::trashMessage() const
-{
-    if (!confirmTrash_)
-        return {};
-    QString message = QStringLiteral("This will move %1 to Trash so you can restore it if needed.")
-                          .arg(displayText(ByteFormat::string(confirmTrash_->bytes)));
-    if (confirmTrash_->blockedCount >= 1)
-        message +=
-            QStringLiteral(" %1 protected path(s) were skipped.").arg(confirmTrash_->blockedCount);
-    return message;
 }
 
 QString AppState::failureText() const

@@ -60,19 +60,9 @@ QString FileNodeValue::kindTitle() const
     return node_ ? ascii(node_->kind().title()) : QString();
 }
 
-QString FileNodeValue::hogKind() const
-{
-    return ascii(rawValue(node_ ? node_->hogKind() : HogKind::none));
-}
-
 QString FileNodeValue::hogTitle() const
 {
     return node_ ? ascii(title(node_->hogKind())) : QString();
-}
-
-QString FileNodeValue::risk() const
-{
-    return ascii(rawValue(node_ ? node_->risk() : Risk::unknown));
 }
 
 QString FileNodeValue::riskTitle() const
@@ -82,7 +72,7 @@ QString FileNodeValue::riskTitle() const
 
 QString FileNodeValue::riskSummary() const
 {
-    return ascii(summary(node_ ? node_->risk() : Risk::unknown));
+    return ascii(summary(risk()));
 }
 
 int FileNodeValue::childCount() const
@@ -124,19 +114,9 @@ QString LargeFileEntryValue::sizeText() const
     return ascii(ByteFormat::string(entry_.allocatedSize));
 }
 
-QString LargeFileEntryValue::hogKind() const
-{
-    return ascii(rawValue(entry_.hogKind));
-}
-
 QString LargeFileEntryValue::hogTitle() const
 {
     return ascii(title(entry_.hogKind));
-}
-
-QString LargeFileEntryValue::risk() const
-{
-    return ascii(rawValue(entry_.risk));
 }
 
 QString LargeFileEntryValue::riskTitle() const

@@ -38,9 +38,10 @@ class FileNodeValue {
     Q_PROPERTY(qint64 allocatedSize READ allocatedSize CONSTANT)
     Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
     Q_PROPERTY(QString kindTitle READ kindTitle CONSTANT)
-    Q_PROPERTY(QString hogKind READ hogKind CONSTANT)
+    Q_PROPERTY(brisalon::HogKind hogKind READ hogKind CONSTANT)
+    Q_PROPERTY(bool isHog READ isHog CONSTANT)
     Q_PROPERTY(QString hogTitle READ hogTitle CONSTANT)
-    Q_PROPERTY(QString risk READ risk CONSTANT)
+    Q_PROPERTY(brisalon::Risk risk READ risk CONSTANT)
     Q_PROPERTY(QString riskTitle READ riskTitle CONSTANT)
     Q_PROPERTY(QString riskSummary READ riskSummary CONSTANT)
     Q_PROPERTY(bool isAggregate READ isAggregate CONSTANT)
@@ -69,11 +70,10 @@ public:
     qint64 allocatedSize() const { return node_ ? node_->allocatedSize() : 0; }
     QString sizeText() const;
     QString kindTitle() const;
-    /// The hog kind's and the risk's raw values ("nodeModules", "safe"); "none"
-    /// and "unknown" without a node.
-    QString hogKind() const;
+    HogKind hogKind() const { return node_ ? node_->hogKind() : HogKind::none; }
+    bool isHog() const { return hogKind() != HogKind::none; }
     QString hogTitle() const;
-    QString risk() const;
+    Risk risk() const { return node_ ? node_->risk() : Risk::unknown; }
     QString riskTitle() const;
     /// What to consider before removing it.
     QString riskSummary() const;
@@ -108,9 +108,10 @@ class LargeFileEntryValue {
     Q_PROPERTY(QString path READ path CONSTANT)
     Q_PROPERTY(brisalon::FileURL url READ url CONSTANT)
     Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
-    Q_PROPERTY(QString hogKind READ hogKind CONSTANT)
+    Q_PROPERTY(brisalon::HogKind hogKind READ hogKind CONSTANT)
+    Q_PROPERTY(bool isHog READ isHog CONSTANT)
     Q_PROPERTY(QString hogTitle READ hogTitle CONSTANT)
-    Q_PROPERTY(QString risk READ risk CONSTANT)
+    Q_PROPERTY(brisalon::Risk risk READ risk CONSTANT)
     Q_PROPERTY(QString riskTitle READ riskTitle CONSTANT)
     Q_PROPERTY(QString riskSummary READ riskSummary CONSTANT)
 
@@ -121,9 +122,10 @@ public:
     QString path() const;
     const FileURL& url() const { return entry_.url; }
     QString sizeText() const;
-    QString hogKind() const;
+    HogKind hogKind() const { return entry_.hogKind; }
+    bool isHog() const { return entry_.hogKind != HogKind::none; }
     QString hogTitle() const;
-    QString risk() const;
+    Risk risk() const { return entry_.risk; }
     QString riskTitle() const;
     QString riskSummary() const;
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
+#include <string>
+#include <utility>
 
 namespace brisalon {
 
@@ -57,17 +60,17 @@ void LargeFilesModel::replaceRows()
 
     beginResetModel();
     files_ = files;
-    ticked_ = state_->selectedLargeFileRows();
+    ticked_ = tickedRows();
     currentRow_ = row;
     anchor_ = -1;
     endResetModel();
     emit currentRowChanged();
-    state_->setSelectedLargeFileRows(ticked_);
+    tick(ticked_);
 }
 
 void LargeFilesModel::updateTicks()
 {
-    const QList<int> ticked = state_->selectedLargeFileRows();
+    const QList<int> ticked = tickedRows();
     QList<int> changed;
     std::set_symmetric_difference(ticked_.begin(), ticked_.end(), ticked.begin(), ticked.end(),
                                   std::back_inserter(changed));
@@ -76,6 +79,24 @@ void LargeFilesModel::updateTicks()
         anchor_ = -1;
     for (const int row : changed)
         emit dataChanged(index(row), index(row), {isSelected});
+}
+
+QList<int> LargeFilesModel::tickedRows() const
+{
+    QList<int> rows;
+    for (int row = 0; row < files_.size(); ++row) {
+        if (state_->selectedLargeFileIDs().contains(files_[row].id()))
+            rows.append(row);
+    }
+    return rows;
+}
+
+void LargeFilesModel::tick(const QList<int>& rows)
+{
+    std::set<std::string> ids;
+    for (const int row : rows)
+        ids.insert(files_[row].id());
+    state_->setSelectedLargeFileIDs(std::move(ids));
 }
 
 void LargeFilesModel::setCurrentRow(int row)
@@ -88,7 +109,7 @@ void LargeFilesModel::setCurrentRow(int row)
 
 void LargeFilesModel::tickOnly(int row)
 {
-    state_->setSelectedLargeFileRows({row});
+    tick({row});
     anchor_ = row;
 }
 
@@ -97,7 +118,7 @@ void LargeFilesModel::toggle(int row)
     QList<int> rows = ticked_;
     if (!rows.removeOne(row))
         rows.append(row);
-    state_->setSelectedLargeFileRows(rows);
+    tick(rows);
     anchor_ = rows.isEmpty() ? -1 : row;
 }
 
@@ -107,7 +128,7 @@ void LargeFilesModel::tickRange(int row, bool isAddition)
     QList<int> rows = isAddition ? ticked_ : QList<int>();
     for (int each = std::min(from, row); each <= std::max(from, row); ++each)
         rows.append(each);
-    state_->setSelectedLargeFileRows(rows);
+    tick(rows);
     anchor_ = from;
 }
 
@@ -183,7 +204,7 @@ bool LargeFilesModel::press(int key, int modifiers)
     case Qt::Key_Escape:
         if (ticked_.isEmpty())
             return false;
-        state_->setSelectedLargeFileRows({});
+        tick({});
         return true;
     default:
         return false;

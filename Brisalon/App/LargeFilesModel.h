@@ -66,6 +66,10 @@ signals:
 private:
     void replaceRows();
     void updateTicks();
+    /// Where the ticked files stand in the list, ascending.
+    QList<int> tickedRows() const;
+    /// Ticks the files of those rows and no others.
+    void tick(const QList<int>& rows);
     void setCurrentRow(int row);
     void tickOnly(int row);
     void toggle(int row);

@@ -50,7 +50,7 @@ Item {
 
     Shortcut {
         sequence: "Delete"
-        enabled: commands.appState.hasSelection && !commands.appState.isScanning
+        enabled: commands.appState.selection.isPresent && !commands.appState.isScanning
         onActivated: commands.appState.requestTrashSelected()
     }
 

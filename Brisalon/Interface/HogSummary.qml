@@ -1,17 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
+import Brisalon.App
+import Brisalon.Map
 import Brisalon.Theme
 
 // What an item is known to be, and how safe it is to remove.
 ColumnLayout {
     id: summary
 
-    required property color tint
-    required property string title
-    // As a node gives them.
-    required property string risk
-    required property string riskTitle
-    required property string riskSummary
+    required property largeFileEntry item
 
     spacing: 6
 
@@ -24,12 +21,12 @@ ColumnLayout {
             width: 12
             height: 12
             radius: 4
-            color: summary.tint
+            color: NodeColor.ofFile(summary.item)
         }
 
         Text {
             anchors.verticalCenter: parent.verticalCenter
-            text: summary.title
+            text: summary.item.hogTitle
             textFormat: Text.PlainText
             font: Theme.rounded(Theme.callout, Font.Medium)
             color: Theme.textSecondary
@@ -38,14 +35,14 @@ ColumnLayout {
         RiskBadge {
             objectName: "inspectedRisk"
             anchors.verticalCenter: parent.verticalCenter
-            risk: summary.risk
-            title: summary.riskTitle
+            risk: summary.item.risk // qmllint disable type
+            title: summary.item.riskTitle
         }
     }
 
     Text {
         Layout.fillWidth: true
-        text: summary.riskSummary
+        text: summary.item.riskSummary
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
         font: Theme.system(Theme.caption)

@@ -1,7 +1,6 @@
 import QtQuick
 import QtQuick.Layouts
 import Brisalon.App
-import Brisalon.Map
 import Brisalon.Theme
 
 // What is selected, and what can be done with it: the ticked large files, or else
@@ -11,13 +10,7 @@ Item {
 
     required property AppState appState
 
-    readonly property fileNode node: appState.selected
-    readonly property var files: appState.selectedLargeFileEntries
-    readonly property bool showsFiles: appState.hasTickedLargeFiles
-    readonly property bool showsFile: showsFiles && files.length === 1
-    readonly property bool showsNode: !showsFiles && node.isPresent
-    // The one item that is described, if it is one.
-    readonly property var item: showsFile ? files[0] : showsNode ? node : null
+    readonly property selection shown: appState.selection
 
     signal zoomRequested(node: fileNode)
 
@@ -39,7 +32,7 @@ Item {
             Layout.fillWidth: true
             Layout.topMargin: 8
             Layout.bottomMargin: 8
-            visible: !panel.showsFiles && !panel.showsNode
+            visible: !panel.shown.isPresent
             spacing: 6
 
             Text {
@@ -62,7 +55,7 @@ Item {
 
         RowLayout {
             Layout.fillWidth: true
-            visible: panel.showsFiles || panel.showsNode
+            visible: panel.shown.isPresent
             spacing: 12
 
             ColumnLayout {
@@ -72,7 +65,7 @@ Item {
                 Text {
                     objectName: "selectionTitle"
                     Layout.fillWidth: true
-                    text: panel.item ? panel.item.name : panel.files.length + " large files"
+                    text: panel.shown.title
                     textFormat: Text.PlainText
                     wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                     maximumLineCount: 2
@@ -84,8 +77,7 @@ Item {
                 Text {
                     objectName: "selectionSubtitle"
                     Layout.fillWidth: true
-                    text: panel.showsNode ? panel.node.kindTitle
-                          : panel.showsFile ? "File" : "Multi-select from Largest tab"
+                    text: panel.shown.subtitle
                     textFormat: Text.PlainText
                     elide: Text.ElideRight
                     font: Theme.rounded(Theme.caption, Font.Medium)
@@ -96,7 +88,7 @@ Item {
             DigitText {
                 objectName: "inspectedSize"
                 Layout.alignment: Qt.AlignTop
-                text: panel.showsNode ? panel.node.sizeText : panel.appState.selectedBytesText
+                text: panel.shown.sizeText
                 font: Theme.rounded(Theme.title2, Font.Bold)
                 color: Theme.accent
             }
@@ -105,51 +97,49 @@ Item {
         HogSummary {
             objectName: "hogSummary"
             Layout.fillWidth: true
-            visible: panel.item !== null && panel.item.hogKind !== "none"
-            tint: panel.showsFile ? NodeColor.ofFile(panel.files[0]) : NodeColor.ofNode(panel.node)
-            title: panel.item?.hogTitle ?? ""
-            risk: panel.item?.risk ?? ""
-            riskTitle: panel.item?.riskTitle ?? ""
-            riskSummary: panel.item?.riskSummary ?? ""
+            visible: panel.shown.item.isHog
+            item: panel.shown.item
         }
 
-        MetaChip {
-            objectName: "contentsChip"
-            visible: panel.showsNode && panel.node.isAggregate
-            label: "Contents"
-            // 64-bit integers are unknown to the qmllint of Qt 6.4.
-            // qmllint disable type
-            value: panel.node.smallFileCount + " small files"
-            // qmllint enable type
+        Repeater {
+            model: panel.shown.facts
+
+            MetaChip {
+                required property selectionFact modelData
+
+                objectName: "fact" + modelData.label
+                label: modelData.label
+                value: modelData.value
+            }
         }
 
         PathBlock {
             objectName: "pathBlock"
             Layout.fillWidth: true
-            visible: panel.item !== null
-            path: panel.item?.path ?? ""
+            visible: panel.shown.isOneItem
+            path: panel.shown.item.path
         }
 
         RowLayout {
-            visible: panel.showsFiles || panel.showsNode
+            visible: panel.shown.isPresent
             spacing: 8
 
             BorderedButton {
                 objectName: "revealButton"
-                visible: panel.item !== null && !(panel.showsNode && panel.node.isAggregate)
+                visible: panel.shown.canReveal
                 text: "Reveal"
                 symbol: "folder.fill"
-                onClicked: panel.appState.requestReveal(panel.item.url)
+                onClicked: panel.appState.requestReveal(panel.shown.item.url)
             }
 
             BorderedButton {
                 objectName: "zoomInButton"
-                visible: panel.showsNode && panel.node.canZoom
+                visible: panel.shown.canZoom
                 text: "Zoom in"
                 symbol: "arrow.up.left.and.arrow.down.right"
                 isProminent: true
                 tint: Theme.accent
-                onClicked: panel.zoomRequested(panel.node)
+                onClicked: panel.zoomRequested(panel.appState.selected)
             }
 
             BorderedButton {

@@ -29,8 +29,8 @@ ColumnLayout {
 
         DigitText {
             objectName: "tickedSize"
-            visible: sidebar.appState.hasTickedLargeFiles
-            text: sidebar.appState.selectedBytesText
+            visible: sidebar.appState.selection.isOfFiles
+            text: sidebar.appState.selection.sizeText
             font: Theme.rounded(Theme.caption, Font.Bold)
             color: Theme.accent
         }

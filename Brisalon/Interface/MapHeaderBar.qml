@@ -54,7 +54,7 @@ Rectangle {
             objectName: "selectionChip"
             Layout.preferredWidth: Math.ceil(chip.implicitWidth) + 20
             Layout.preferredHeight: chip.implicitHeight + 10
-            visible: bar.appState.hasSelection
+            visible: bar.appState.selection.isPresent
             radius: height / 2
             color: Theme.accentSoft
 
@@ -63,7 +63,7 @@ Rectangle {
 
                 objectName: "selectionSize"
                 anchors.centerIn: parent
-                text: bar.appState.selectedBytesText
+                text: bar.appState.selection.sizeText
                 textFormat: Text.PlainText
                 font: Theme.rounded(Theme.caption, Font.DemiBold)
                 color: Theme.accent
@@ -72,7 +72,7 @@ Rectangle {
 
         BorderedButton {
             objectName: "trashButton"
-            visible: bar.appState.hasSelection
+            visible: bar.appState.selection.isPresent
             enabled: !bar.appState.isScanning
             symbol: "trash.fill"
             text: "Move to Trash"

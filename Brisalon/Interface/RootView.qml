@@ -85,8 +85,8 @@ FocusScope {
 
     ConfirmationDialog {
         behind: root
-        question: root.appState.isTrashPending ? root.appState.trashTitle : ""
-        explanation: root.appState.trashMessage
+        question: root.appState.confirmTrash.isPresent ? root.appState.confirmTrash.title : ""
+        explanation: root.appState.confirmTrash.message
         action: "Move to Trash"
         symbol: "trash.fill"
         onConfirmed: root.appState.confirmPendingTrash()

@@ -9,21 +9,21 @@ Item {
 
     required property AppState appState
 
-    // The card under the pointer: "home", "thisMac", "chooseFolder", or none.
-    property string hoveredTarget: ""
+    // The card under the pointer.
+    property int hoveredTarget: WelcomeTarget.None
     property bool showFDADetails: false
 
     // Also while the pointer or the keyboard is on the section itself; otherwise it
     // would be gone before one got there from the card that brings it up.
     readonly property bool showsFDASection: !appState.hasFullDiskAccess
-        && (hoveredTarget === "thisMac" || showFDADetails || thisMacCard.visualFocus
+        && (hoveredTarget === WelcomeTarget.ThisMac || showFDADetails || thisMacCard.visualFocus
             || sectionHover.hovered || detailsButton.visualFocus)
 
-    function hover(target: string, isHovered: bool) {
+    function hover(target: int, isHovered: bool) {
         if (isHovered)
             hoveredTarget = target;
         else if (hoveredTarget === target)
-            hoveredTarget = "";
+            hoveredTarget = WelcomeTarget.None;
     }
 
     // Brings what the keyboard has reached into sight.
@@ -107,8 +107,8 @@ Item {
                     text: "Scan Home folder"
                     subtitle: "Recommended · fast, no extra permissions"
                     symbol: "house.fill"
-                    isLastUsed: view.appState.lastUsedTarget === "home"
-                    onHoveredChanged: view.hover("home", hovered)
+                    isLastUsed: view.appState.lastUsedTarget === WelcomeTarget.Home
+                    onHoveredChanged: view.hover(WelcomeTarget.Home, hovered)
                     onVisualFocusChanged: if (visualFocus) view.reveal(this)
                     onClicked: view.appState.startScan(view.appState.homeFolder)
                 }
@@ -123,8 +123,8 @@ Item {
                               ? "Full disk map including system areas"
                               : "Entire startup disk · Full Disk Access recommended"
                     symbol: "internaldrive.fill"
-                    isLastUsed: view.appState.lastUsedTarget === "thisMac"
-                    onHoveredChanged: view.hover("thisMac", hovered)
+                    isLastUsed: view.appState.lastUsedTarget === WelcomeTarget.ThisMac
+                    onHoveredChanged: view.hover(WelcomeTarget.ThisMac, hovered)
                     onVisualFocusChanged: if (visualFocus) view.reveal(this)
                     onClicked: view.appState.startScan(view.appState.startupVolume)
                 }
@@ -135,8 +135,8 @@ Item {
                     text: "Choose folder…"
                     subtitle: "Projects, Downloads, external drives"
                     symbol: "folder.fill.badge.plus"
-                    isLastUsed: view.appState.lastUsedTarget === "custom"
-                    onHoveredChanged: view.hover("chooseFolder", hovered)
+                    isLastUsed: view.appState.lastUsedTarget === WelcomeTarget.ChooseFolder
+                    onHoveredChanged: view.hover(WelcomeTarget.ChooseFolder, hovered)
                     onVisualFocusChanged: if (visualFocus) view.reveal(this)
                     onClicked: view.appState.pickFolderAndScan()
                 }

@@ -19,7 +19,7 @@ const QString& zoomAction()
 QString BlockAccessible::describe(const FileNodeValue& node)
 {
     QStringList parts{node.name(), node.kindTitle(), node.sizeText()};
-    if (node && node->hogKind() != HogKind::none)
+    if (node.isHog())
         parts << node.hogTitle() << node.riskTitle();
     return parts.join(QStringLiteral(", "));
 }
@@ -50,7 +50,7 @@ QString BlockAccessible::text(QAccessible::Text type) const
     case QAccessible::Name:
         return isValid() ? describe(node()) : QString();
     case QAccessible::Help:
-        return node().hogKind() == u"none" ? QString() : node().riskSummary();
+        return node().isHog() ? node().riskSummary() : QString();
     default:
         return {};
     }

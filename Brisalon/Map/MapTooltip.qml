@@ -104,13 +104,13 @@ Item {
         }
 
         Row {
-            visible: tooltip.node.hogKind !== "none"
+            visible: tooltip.node.isHog
             spacing: 6
 
             RiskBadge {
                 id: badge
 
-                risk: tooltip.node.risk
+                risk: tooltip.node.risk // qmllint disable type
                 title: tooltip.node.riskTitle
             }
 

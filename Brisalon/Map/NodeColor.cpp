@@ -44,11 +44,6 @@ QColor NodeColor::hashed(std::string_view name)
     return QColor::fromHsvF(static_cast<float>(degrees) / 360.0f, 0.42f, 0.72f).toRgb();
 }
 
-QColor NodeColor::ofNode(const FileNodeValue& node)
-{
-    return node ? color(node->hogKind(), node->name()) : QColor(Qt::transparent);
-}
-
 QColor NodeColor::ofFile(const LargeFileEntry& file)
 {
     return color(file.hogKind, file.name);

@@ -31,8 +31,7 @@ public:
     /// bytes exactly as they are. The empty name has hue 341.
     static QColor hashed(std::string_view name);
 
-    /// The same of an item as QML has it; transparent for none.
-    Q_INVOKABLE static QColor ofNode(const brisalon::FileNodeValue& node);
+    /// The same of an item as QML has it.
     Q_INVOKABLE static QColor ofFile(const brisalon::LargeFileEntry& file);
 };
 

@@ -5,8 +5,9 @@ import Brisalon.Theme
 Rectangle {
     id: badge
 
-    // The raw value and the title of a risk, as a node gives them.
-    required property string risk
+    // A Risk, an enumeration of the core whose name qmllint does not know, and its
+    // title, as a node gives them.
+    required property int risk
     required property string title
 
     readonly property color tint: Theme.riskColor(risk)

@@ -147,7 +147,7 @@ QFont Theme::monospaced(int size, int weight)
     return font(families, size, weight);
 }
 
-QColor Theme::color(Risk risk)
+QColor Theme::riskColor(Risk risk)
 {
     switch (risk) {
     case Risk::safe:
@@ -160,11 +160,6 @@ QColor Theme::color(Risk risk)
         break;
     }
     return muted();
-}
-
-QColor Theme::riskColor(const QString& rawValue)
-{
-    return color(riskFromRawValue(rawValue.toStdString()).value_or(Risk::unknown));
 }
 
 } // namespace brisalon

@@ -92,10 +92,7 @@ public:
     Q_INVOKABLE static QFont rounded(int size, int weight = QFont::Normal);
     Q_INVOKABLE static QFont monospaced(int size, int weight = QFont::Normal);
 
-    /// The colour of a risk, given by its raw value in QML; muted for a text that
-    /// is no risk.
-    static QColor color(Risk risk);
-    Q_INVOKABLE static QColor riskColor(const QString& rawValue);
+    Q_INVOKABLE static QColor riskColor(brisalon::Risk risk);
 };
 
 } // namespace brisalon

@@ -23,7 +23,7 @@ TEST_F(ScanTest, ANewModelIsIdleAndTouchesNothing)
     EXPECT_TRUE(state->statusMessage().isEmpty());
     EXPECT_EQ(state->scanRoot(), homeFolder());
     EXPECT_FALSE(state->hasFullDiskAccess());
-    EXPECT_EQ(state->lastUsedTarget(), "");
+    EXPECT_EQ(state->lastUsedTarget(), WelcomeTarget::None);
     EXPECT_TRUE(statuses.empty());
 }
 
@@ -40,7 +40,7 @@ TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
     EXPECT_EQ(state->progress()->visitedCount, 0);
     EXPECT_EQ(state->progress()->currentPath, tree.path());
     EXPECT_TRUE(state->volume());
-    EXPECT_EQ(state->lastUsedTarget(), "custom");
+    EXPECT_EQ(state->lastUsedTarget(), WelcomeTarget::ChooseFolder);
     EXPECT_FALSE(state->tree());
 
     gate.open();

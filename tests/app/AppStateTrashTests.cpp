@@ -57,7 +57,7 @@ TEST_F(TrashTest, AsksForWhatIsSelectedAndSaysWhyNot)
 {
     const auto refusal = [&] {
         state->requestTrashSelected();
-        EXPECT_FALSE(state->isTrashPending());
+        EXPECT_FALSE(state->confirmTrash());
         return state->statusMessage().toStdString();
     };
     EXPECT_EQ(refusal(), "Select a file or folder first.");
@@ -76,14 +76,14 @@ TEST_F(TrashTest, AsksForWhatIsSelectedAndSaysWhyNot)
     const QString before = state->statusMessage();
     state->requestTrashSelected();
     EXPECT_EQ(requested(), std::vector{id("folder")});
-    EXPECT_EQ(state->trashTitle(), "Move 1 item(s) to Trash?");
-    EXPECT_EQ(state->trashMessage(),
+    EXPECT_EQ(state->trashQuestion().title, "Move 1 item(s) to Trash?");
+    EXPECT_EQ(state->trashQuestion().message,
               "This will move 2.0 MB to Trash so you can restore it if needed.");
     EXPECT_EQ(state->statusMessage(), before);
     state->dismissTrash();
-    EXPECT_FALSE(state->isTrashPending());
-    EXPECT_EQ(state->trashTitle(), "Move to Trash?");
-    EXPECT_EQ(state->trashMessage(), "");
+    EXPECT_FALSE(state->confirmTrash());
+    EXPECT_EQ(state->trashQuestion().title, "Move to Trash?");
+    EXPECT_EQ(state->trashQuestion().message, "");
 
     // An aggregate stands for its files.
     state->setSelected(child(folder, ".small-files-aggregate"));
@@ -108,7 +108,7 @@ TEST_F(TrashTest, ReportsTheMoveAndScansAgainUnderTheOldMap)
     workspace.refusedPaths = {id("big.bin")};
     gate.holdResult();
     state->confirmPendingTrash();
-    EXPECT_FALSE(state->isTrashPending());
+    EXPECT_FALSE(state->confirmTrash());
     ASSERT_TRUE(waitFor([&] { return state->isScanning(); }));
     ASSERT_TRUE(gate.waitForScan());
     EXPECT_TRUE(state->tree()) << "the old map stays";

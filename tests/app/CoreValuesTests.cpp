@@ -60,8 +60,8 @@ TEST(FileNodeValueTest, NoNodeReadsAsEmpty)
     EXPECT_TRUE(none.id().isEmpty());
     EXPECT_TRUE(none.name().isEmpty());
     EXPECT_TRUE(none.sizeText().isEmpty());
-    EXPECT_EQ(none.hogKind(), "none");
-    EXPECT_EQ(none.risk(), "unknown");
+    EXPECT_FALSE(none.isHog());
+    EXPECT_EQ(none.risk(), Risk::unknown);
     EXPECT_EQ(none.childCount(), 0);
     EXPECT_FALSE(none.canZoom());
 }

@@ -147,7 +147,7 @@ TEST_F(LargeFilesModelTest, ARescanKeepsWhatIsStillListedAndNothingElse)
     scan(tree.url());
     EXPECT_EQ(ticked(), "");
     EXPECT_EQ(files.currentRow(), 2) << "the last one";
-    EXPECT_FALSE(state->hasTickedLargeFiles());
+    EXPECT_FALSE(state->selection().isOfFiles());
 
     tree.folder("empty");
     scan(FileURL(tree.at("empty")));

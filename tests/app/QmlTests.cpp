@@ -35,40 +35,25 @@ protected:
     QQmlEngine engine;
 };
 
-TEST_F(QmlTest, ShowsTheListOfLargestFilesAndTicksItsRows)
+TEST_F(QmlTest, ShowsTheListOfLargestFilesAndWhatIsSelected)
 {
-    EXPECT_EQ(evaluated("state.largeFiles.map(f => [f.name, f.folderName, f.sizeText, f.hogKind,"
+    EXPECT_EQ(evaluated("state.largeFiles.map(f => [f.name, f.folderName, f.sizeText, f.isHog,"
                         "f.riskTitle].join()).join(';')"),
-              "big.dmg,node_modules,4.0 MB,installer,Review;"
+              "big.dmg,node_modules,4.0 MB,true,Review;"
               "middle.bin," +
-                  state->tree().name().toStdString() + ",2.0 MB,none,Unknown");
-    EXPECT_EQ(evaluated("state.largeFiles[0].riskSummary"), summary(Risk::review));
-
-    evaluated("state.selectedLargeFileRows = [1, 0, 7, -1]");
-    EXPECT_EQ(state->selectedLargeFileIDs(),
-              (std::set{tree.at("middle.bin"), tree.at("node_modules/big.dmg")}));
-    EXPECT_EQ(evaluated("state.selectedLargeFileRows.join()"), "0,1");
-    EXPECT_EQ(evaluated("state.selectedLargeFileEntries.map(f => f.name).join()"),
-              "big.dmg,middle.bin");
-
+                  state->tree().name().toStdString() + ",2.0 MB,false,Unknown");
     evaluated("state.revealLargeFile(state.largeFiles[0])");
     EXPECT_EQ(state->current().name(), "node_modules");
     EXPECT_EQ(state->selected().name(), "big.dmg");
-    evaluated("state.requestReveal(state.largeFiles[1].url)");
-    EXPECT_EQ(workspace.revealed, std::vector{FileURL(tree.at("middle.bin"))});
-}
+    EXPECT_EQ(evaluated("state.selection.item.riskSummary"), summary(Risk::review));
 
-TEST_F(QmlTest, DescribesAndRevealsTheSelectedNode)
-{
-    state->zoom(child(state->tree(), "node_modules"));
-    evaluated("state.requestReveal(state.selected.url)");
-    EXPECT_EQ(workspace.revealed, std::vector{FileURL(tree.at("node_modules"))});
-    EXPECT_EQ(evaluated("state.selected.riskSummary"), summary(Risk::review));
-    EXPECT_EQ(evaluated("state.selected.isAggregate"), "false");
+    evaluated("state.requestReveal(state.largeFiles[1].url)");
+    evaluated("state.requestReveal(state.selection.item.url)");
+    EXPECT_EQ(workspace.revealed, (std::vector{FileURL(tree.at("middle.bin")),
+                                               FileURL(tree.at("node_modules/big.dmg"))}));
 
     state->setSelected(child(state->current(), ".small-files-aggregate"));
-    EXPECT_EQ(evaluated("[state.selected.isAggregate, state.selected.smallFileCount].join()"),
-              "true,1");
+    EXPECT_EQ(evaluated("state.selection.facts[0].value"), "1 small files");
 }
 
 TEST_F(QmlTest, LeadsToTheSettingsAndAsksBeforeASnapshotGoes)

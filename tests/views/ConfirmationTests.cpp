@@ -116,7 +116,7 @@ TEST_F(ConfirmationTest, EveryWayOutButTheConfirmationTakesTheRequestBack)
         state().requestTrashSelected();
         ASSERT_TRUE(isAsking());
         (this->*leave)();
-        EXPECT_FALSE(state().isTrashPending());
+        EXPECT_FALSE(state().confirmTrash());
         EXPECT_TRUE(stopsAsking());
         EXPECT_TRUE(mapHasFocus()) << "the keyboard is where it was";
 
@@ -171,7 +171,7 @@ TEST_F(ConfirmationTest, NothingBehindTheQuestionReacts)
     // A click on what lies behind only takes the question back.
     driver->click(driver->centre("upButton"));
     EXPECT_EQ(levelName(), "Movies");
-    EXPECT_FALSE(state().isTrashPending());
+    EXPECT_FALSE(state().confirmTrash());
     ASSERT_TRUE(stopsAsking());
     driver->press(Qt::Key_Backspace);
     EXPECT_EQ(state().current(), state().tree()) << "and afterwards all works again";
@@ -183,7 +183,7 @@ TEST_F(ConfirmationTest, ConfirmingMovesTheItemsAndScansAnew)
     workspace.holdsMoves = true;
     state().requestTrashSelected();
     driver->click(driver->centre("confirmButton"));
-    EXPECT_FALSE(state().isTrashPending());
+    EXPECT_FALSE(state().confirmTrash());
     EXPECT_TRUE(stopsAsking()) << "while the items are still on their way";
     ASSERT_EQ(workspace.requests.size(), 1U);
     ASSERT_EQ(workspace.requests[0].size(), 1U);

@@ -131,7 +131,7 @@ TEST_F(GeometryTest, MapWithItsBars)
     EXPECT_NEAR(box("selectionSize").width(), chip.width() - 2 * 10, 1);
     EXPECT_EQ(box("selectionSize").height(), chip.height() - 2 * 5);
     const Rendered bar = shown().within("mapHeaderBar");
-    const QString size = app->state().selectedBytesText();
+    const QString size = app->state().selection().sizeText();
     bar.expectText(size, Theme::rounded(10, QFont::DemiBold), Theme::accent());
     bar.expectText("Movies", Theme::rounded(12, QFont::DemiBold), Theme::text());
     bar.expectText(app->state().tree().name(), Theme::rounded(12, QFont::Medium),

@@ -136,11 +136,11 @@ TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
 {
     openAndScan();
     driver->press(Qt::Key_Delete);
-    EXPECT_FALSE(app->state().isTrashPending()) << "nothing is selected";
+    EXPECT_FALSE(app->state().confirmTrash()) << "nothing is selected";
     driver->press(Qt::Key_Right);
     ASSERT_EQ(app->state().selected().name(), "Movies");
     driver->press(Qt::Key_Delete);
-    ASSERT_TRUE(app->state().isTrashPending());
+    ASSERT_TRUE(app->state().confirmTrash());
     EXPECT_EQ(app->state().confirmTrash()->urls, std::vector{FileURL(home.at("Movies"))});
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(isSeenOnTheMap());
@@ -151,7 +151,7 @@ TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
 
     ASSERT_TRUE(tabTo("revealButton"));
     driver->press(Qt::Key_Delete);
-    EXPECT_TRUE(app->state().isTrashPending());
+    EXPECT_TRUE(app->state().confirmTrash());
     driver->press(Qt::Key_Escape);
     EXPECT_TRUE(isSeenOn("revealButton"));
     ASSERT_TRUE(stopsAsking());
@@ -159,7 +159,7 @@ TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
     gate.holdAfter(0);
     app->state().startScan(home.url());
     driver->press(Qt::Key_Delete);
-    EXPECT_FALSE(app->state().isTrashPending());
+    EXPECT_FALSE(app->state().confirmTrash());
     gate.open();
     ASSERT_TRUE(mapAppears());
 }
@@ -175,7 +175,7 @@ TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
     driver->press(Qt::Key_Backspace);
     EXPECT_EQ(levelName(), "Movies");
     driver->press(Qt::Key_Delete);
-    EXPECT_FALSE(app->state().isTrashPending());
+    EXPECT_FALSE(app->state().confirmTrash());
     gate.holdAfter(0);
     app->state().startScan(home.url());
     driver->press(Qt::Key_Escape);
