@@ -1,6 +1,7 @@
 #include "BrisalonCore/TreemapLayout.h"
 
 #include "model/NameBlock.h"
+#include "support/ReferenceLayout.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,8 @@
 #include <random>
 
 using namespace brisalon;
+using tests::squarifiedByTheBook;
+using Rect = tests::PlainRect;
 
 namespace {
 
@@ -36,64 +39,6 @@ std::vector<FileNode> nodesOf(const std::vector<std::int64_t>& sizes)
                            std::vector<FileNode>(), FileURLList());
     }
     return nodes;
-}
-
-struct Rect {
-    double x, y, width, height;
-    friend bool operator==(const Rect&, const Rect&) = default;
-};
-
-/// The algorithm by the book: every candidate row is measured anew, item by item.
-std::vector<Rect> squarifiedByTheBook(const std::vector<double>& sizes, double w, double h)
-{
-    std::vector<Rect> result;
-    double x = 0, y = 0, total = 0;
-    for (const double size : sizes)
-        total += size;
-    std::size_t first = 0;
-    while (first < sizes.size() && w > 0 && h > 0) {
-        const double shortSide = std::min(w, h), longSide = std::max(w, h);
-        std::vector<double> row;
-        double sum = 0, current = std::numeric_limits<double>::infinity();
-        while (first + row.size() < sizes.size()) {
-            row.push_back(sizes[first + row.size()]);
-            sum += row.back();
-            const double thickness = longSide * (sum / total);
-            double worst = 1;
-            for (const double size : row) {
-                const double length = shortSide * (size / sum);
-                worst = std::max(worst, std::max(thickness / length, length / thickness));
-            }
-            if (worst > current) {
-                sum -= row.back();
-                row.pop_back();
-                break;
-            }
-            current = worst;
-        }
-        const double fraction = sum / total;
-        double offset = 0;
-        if (h <= w) {
-            offset = y;
-            for (const double size : row) {
-                result.push_back({x, offset, w * fraction, h * (size / sum)});
-                offset += h * (size / sum);
-            }
-            x += w * fraction;
-            w -= w * fraction;
-        } else {
-            offset = x;
-            for (const double size : row) {
-                result.push_back({offset, y, w * (size / sum), h * fraction});
-                offset += w * (size / sum);
-            }
-            y += h * fraction;
-            h -= h * fraction;
-        }
-        first += row.size();
-        total -= sum;
-    }
-    return result;
 }
 
 std::vector<Rect> rectsOf(const std::vector<TreemapRect>& rects)

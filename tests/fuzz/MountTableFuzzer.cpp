@@ -1,0 +1,86 @@
+// Any text as a table of mounts is read without harm; one that is written as the system
+// writes it comes back byte for byte.
+
+#include "BrisalonCore/MountTable.h"
+
+#include "Require.h"
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+using brisalon::Mount;
+using brisalon::MountTable;
+using brisalon::tests::require;
+
+namespace {
+
+/// As the kernel's seq_file writes a field (fs/proc_namespace.c): these bytes in octal.
+std::string escaped(const std::string& text)
+{
+    std::string result;
+    for (const char c : text) {
+        if (std::string_view(" \t\n\\#").find(c) == std::string_view::npos) {
+            result += c;
+            continue;
+        }
+        result += '\\';
+        for (const int shift : {6, 3, 0})
+            result += static_cast<char>('0' + ((static_cast<unsigned char>(c) >> shift) & 7));
+    }
+    return result;
+}
+
+/// Of any bytes but NUL, which no field of the table can hold.
+std::string field(FuzzedDataProvider& input)
+{
+    std::string text = input.ConsumeRandomLengthString(40);
+    std::erase(text, '\0');
+    return text;
+}
+
+void readsWhatTheSystemWrites(FuzzedDataProvider& input)
+{
+    std::string text;
+    std::vector<Mount> written;
+    for (std::size_t i = 0; i < 3; ++i) {
+        Mount mount;
+        mount.id = input.ConsumeIntegralInRange<std::uint64_t>(1, 1000) * 3 + i;
+        mount.parent = input.ConsumeIntegral<std::uint32_t>();
+        mount.root = '/' + field(input);
+        mount.point = '/' + field(input);
+        mount.type = 't' + field(input);
+        mount.source = field(input);
+        text += std::to_string(mount.id) + ' ' + std::to_string(mount.parent) + " 8:1 " +
+                escaped(mount.root) + ' ' + escaped(mount.point) +
+                (input.ConsumeBool() ? " rw,relatime shared:1 master:2 - " : " rw - ") +
+                escaped(mount.type) + ' ' + escaped(mount.source) + " rw\n";
+        written.push_back(std::move(mount));
+    }
+    const MountTable table(text);
+    require(table.mounts().size() == written.size());
+    for (std::size_t i = 0; i < written.size(); ++i) {
+        const Mount& mount = table.mounts()[i];
+        require(mount.id == written[i].id && mount.parent == written[i].parent);
+        require(mount.root == written[i].root && mount.point == written[i].point);
+        require(mount.type == written[i].type && mount.source == written[i].source);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    FuzzedDataProvider input(data, size);
+    if (input.ConsumeBool()) {
+        readsWhatTheSystemWrites(input);
+        return 0;
+    }
+    const std::string path = '/' + input.ConsumeRandomLengthString(20);
+    const MountTable table(input.ConsumeRemainingBytesAsString());
+    for (const Mount& mount : table.mounts()) {
+        require(mount.point.starts_with('/') && !mount.type.empty());
+        const auto place = table.place(mount.point);
+        require(place.has_value() == (table.at(mount.point) != nullptr));
+    }
+    require(!table.way(path).empty());
+    return 0;
+}
