@@ -1,6 +1,7 @@
 #include "BrisalonCore/FileNodeBuilder.h"
 
 #include "BrisalonCore/HogClassifier.h"
+#include "model/NodeContent.h"
 
 namespace brisalon {
 
@@ -16,10 +17,7 @@ FileNode FileNodeBuilder::make(FileURL url, std::int64_t allocatedSize, NodeKind
 
 std::string FileNodeBuilder::displayName(const FileURL& url, NodeKind kind)
 {
-    if (kind.isAggregate())
-        return std::to_string(kind.count()) + " small files";
-    const std::string_view last = url.lastPathComponent();
-    return last.empty() ? url.path() : std::string(last);
+    return detail::usualName(url, kind);
 }
 
 } // namespace brisalon

@@ -1,7 +1,7 @@
 #include "analysis/HogTrail.h"
 
+#include "analysis/HogPlaces.h"
 #include "analysis/HogTest.h"
-#include "host/HogPlaces.h"
 
 #include <algorithm>
 #include <array>
@@ -227,7 +227,7 @@ private:
     {
         for (const HogTest& test : commonTests)
             add(test);
-        for (const HogTest& test : host::hogPlaces())
+        for (const HogTest& test : hogPlaces())
             add(test);
     }
 

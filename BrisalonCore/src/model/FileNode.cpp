@@ -1,6 +1,5 @@
 #include "BrisalonCore/FileNode.h"
 
-#include "BrisalonCore/FileNodeBuilder.h"
 #include "model/NameBlock.h"
 #include "model/NodeContent.h"
 
@@ -14,6 +13,14 @@ using detail::NameBlock;
 using detail::NodeContent;
 
 namespace detail {
+
+std::string usualName(const FileURL& url, NodeKind kind)
+{
+    if (kind.isAggregate())
+        return std::to_string(kind.count()) + " small files";
+    const std::string_view last = url.lastPathComponent();
+    return last.empty() ? url.path() : std::string(last);
+}
 
 static_assert(sizeof(ChildBlock) % alignof(FileNode) == 0, "the nodes follow directly");
 
@@ -141,7 +148,7 @@ std::string FileNode::name() const
 {
     if (shape_ == Shape::custom)
         return static_cast<const CustomContent*>(content_)->name;
-    return FileNodeBuilder::displayName(url_, kind());
+    return detail::usualName(url_, kind());
 }
 
 std::span<const FileNode> FileNode::children() const noexcept

@@ -9,6 +9,10 @@
 
 namespace brisalon::detail {
 
+/// The name of a node that was given none of its own; see
+/// FileNodeBuilder::displayName.
+std::string usualName(const FileURL& url, NodeKind kind);
+
 /// What nodes share by reference: everything below a node, and whatever of a
 /// node cannot be derived from its other values. Which of the two blocks below
 /// it is, the node's shape tells; the block repeats it for its own destruction.

@@ -4,10 +4,10 @@
 
 #include <span>
 
-namespace brisalon::host {
+namespace brisalon::detail {
 
 /// The classifier's tests for places of this desktop, in the order in which they
 /// are tried; they follow the tests that hold everywhere.
-std::span<const detail::HogTest> hogPlaces() noexcept;
+std::span<const HogTest> hogPlaces() noexcept;
 
-} // namespace brisalon::host
+} // namespace brisalon::detail

@@ -1,13 +1,12 @@
-#include "host/HogPlaces.h"
+#include "analysis/HogPlaces.h"
 
 #include <algorithm>
 #include <array>
 
-namespace brisalon::host {
+namespace brisalon::detail {
 
 namespace {
 
-using detail::HogTest;
 using enum HogTest::Where;
 
 /// The more specific before the more general. The installers come last, so that
@@ -47,4 +46,4 @@ std::span<const HogTest> hogPlaces() noexcept
     return places;
 }
 
-} // namespace brisalon::host
+} // namespace brisalon::detail
