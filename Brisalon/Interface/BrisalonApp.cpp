@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QPalette>
+#include <QSGRendererInterface>
 
 #include <utility>
 
@@ -23,6 +24,16 @@ QPalette darkPalette()
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::PlaceholderText, Theme::muted());
     return palette;
+}
+
+/// Makes Qt Quick draw in software where that is faster, unless the user's
+/// environment has already chosen.
+void chooseGraphics()
+{
+    const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND") ||
+                          qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
+    if (!isChosen && !hasGraphicsProcessor())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
 } // namespace

@@ -1,13 +1,9 @@
 #include "Brisalon/Platform/GraphicsProcessor.h"
 
-#include "Brisalon/Platform/GraphicsDevice.h"
-
 #include <QByteArray>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
-#include <QQuickWindow>
-#include <QSGRendererInterface>
 
 #include <algorithm>
 #include <array>
@@ -42,14 +38,6 @@ bool hasGraphicsProcessor()
            std::none_of(emulations.begin(), emulations.end(), [&](std::string_view emulation) {
                return std::string_view(name).find(emulation) != std::string_view::npos;
            });
-}
-
-void chooseGraphics()
-{
-    const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND") ||
-                          qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
-    if (!isChosen && !hasGraphicsProcessor())
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
 } // namespace brisalon

@@ -1,7 +1,7 @@
 // Any path in the file that tells where an item in the Trash came from: a reader that
 // knows only the rules for such files gets the same bytes back.
 
-#include "Brisalon/Platform/linux/TrashInfo.h"
+#include "Brisalon/Platform/linux/TrashRecord.h"
 
 #include "Require.h"
 

@@ -1,4 +1,4 @@
-#include "Brisalon/Platform/GraphicsDevice.h"
+#include "Brisalon/Platform/GraphicsProcessor.h"
 
 #include <filesystem>
 #include <string>

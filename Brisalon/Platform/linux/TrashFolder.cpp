@@ -1,8 +1,7 @@
 #include "Brisalon/Platform/linux/TrashFolder.h"
 
 #include "Brisalon/Platform/linux/ReachedFolder.h"
-#include "Brisalon/Platform/linux/TrashInfo.h"
-#include "Brisalon/Platform/linux/TrashName.h"
+#include "Brisalon/Platform/linux/TrashRecord.h"
 
 #include <cerrno>
 #include <climits>

@@ -1,6 +1,9 @@
-#include "Brisalon/Platform/linux/TrashName.h"
+#include "Brisalon/Platform/linux/TrashRecord.h"
+
+#include "Brisalon/Platform/PercentEncoding.h"
 
 #include <algorithm>
+#include <array>
 
 namespace brisalon {
 
@@ -43,6 +46,15 @@ std::string trashName(std::string_view name, std::uint64_t number, std::size_t l
     result += tag;
     result += extension;
     return result;
+}
+
+std::string trashInfo(std::string_view path, std::time_t moved)
+{
+    std::tm local{};
+    ::localtime_r(&moved, &local);
+    std::array<char, sizeof "YYYY-MM-DDThh:mm:ss"> date{};
+    std::strftime(date.data(), date.size(), "%Y-%m-%dT%H:%M:%S", &local);
+    return "[Trash Info]\nPath=" + percentEncoded(path) + "\nDeletionDate=" + date.data() + '\n';
 }
 
 } // namespace brisalon

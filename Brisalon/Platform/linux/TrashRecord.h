@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,10 @@ namespace brisalon {
 /// characters where the name is UTF-8; an extension too long to be one is cut like
 /// a part of the stem. Never empty, "." or "..", for names that are not.
 std::string trashName(std::string_view name, std::uint64_t number, std::size_t longest);
+
+/// The text of the file that lets an item in the Trash be restored (trash rules 1.0
+/// of freedesktop.org, "Contents of a trash directory"): its original path, absolute
+/// or relative to its volume's top folder, and the local time at which it was moved.
+std::string trashInfo(std::string_view path, std::time_t moved);
 
 } // namespace brisalon

@@ -1,4 +1,4 @@
-#include "Brisalon/Platform/linux/TrashName.h"
+#include "Brisalon/Platform/linux/TrashRecord.h"
 
 #include <gtest/gtest.h>
 
