@@ -220,7 +220,7 @@ TEST_F(RealTrashTest, AnItemStaysOnItsFileSystem)
 {
     const TemporaryTree volume(TemporaryTree::Storage::memory);
     if (!volume.isInMemory())
-        GTEST_SKIP() << "mounting a second file system needs rights that are missing here";
+        GTEST_SKIP() << "needs the right to mount";
     volume.file("on the volume.bin", mib);
     volume.file("stays.bin", 2 * mib);
     scan(volume.url());

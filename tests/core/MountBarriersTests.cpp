@@ -235,7 +235,7 @@ TEST(MountBarriers, OfTheRunningSystem)
         EXPECT_EQ(root.allocatedSize(), status.st_blocks * 512);
     });
     if (!obstacle.empty())
-        GTEST_SKIP() << "needs the right to mount (root): " << obstacle;
+        GTEST_SKIP() << "needs the right to mount: " << obstacle;
 }
 
 } // namespace

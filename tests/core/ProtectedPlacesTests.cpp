@@ -87,7 +87,7 @@ TEST(ProtectedPlaces, TheRootOfAMountedVolume)
 {
     const TemporaryTree tree(TemporaryTree::Storage::memory);
     if (!tree.isInMemory())
-        GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+        GTEST_SKIP() << "needs the right to mount";
     tree.folder("shown");
     tree.folder("folder/mounted");
     tree.file("file");
@@ -112,7 +112,7 @@ TEST(ProtectedPlaces, AVolumeBeyondTheLongestPath)
 {
     const TemporaryTree tree(TemporaryTree::Storage::memory);
     if (!tree.isInMemory())
-        GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+        GTEST_SKIP() << "needs the right to mount";
     const std::string name(200, 'd');
     tree.chain("", name, 25, 0);
     std::string path = tree.path();

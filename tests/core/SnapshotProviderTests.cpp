@@ -173,7 +173,7 @@ protected:
         });
         thread.join();
         if (!obstacle.empty())
-            GTEST_SKIP() << "needs root, loop devices and btrfs-progs: " << obstacle;
+            GTEST_SKIP() << "needs a btrfs image: " << obstacle;
     }
 
     /// The snapshots that the service lists, as their paths and tokens.

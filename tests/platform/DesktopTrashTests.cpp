@@ -280,7 +280,7 @@ TEST_F(DesktopTrashTest, WhatTheSystemDoesNotLetGoStays)
                                : ::fchmod(handle, isLocked ? 0500 : 0700);
     };
     if ((isAdministrator && ::ioctl(handle, FS_IOC_GETFLAGS, &flags) != 0) || setLocked(true) != 0)
-        GTEST_SKIP() << "the file system for temporary files cannot lock a folder";
+        GTEST_SKIP() << "needs a lockable folder";
     const TrashFailure failure = refuse(item("items/locked/file"));
     EXPECT_EQ(setLocked(false), 0);
     ::close(handle);

@@ -174,7 +174,7 @@ TEST_F(DesktopWorkspaceTest, TwoFileSystems)
 {
     const TemporaryTree volume(TemporaryTree::Storage::memory);
     if (!volume.isInMemory())
-        GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+        GTEST_SKIP() << "needs the right to mount";
     tree.file("items/here");
     volume.file("items/there");
     const CleanReport report = move(

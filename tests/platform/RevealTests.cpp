@@ -50,7 +50,7 @@ protected:
     void SetUp() override
     {
         if (!bus)
-            GTEST_SKIP() << "there is no dbus-daemon";
+            GTEST_SKIP() << "needs dbus-daemon";
     }
     bool waitForOpened()
     {
