@@ -50,16 +50,16 @@ void BrisalonApp::prepare()
     chooseGraphics();
 }
 
-BrisalonApp::BrisalonApp(Surroundings surroundings)
-    : product_(surroundings.bundle, surroundings.workspace),
+BrisalonApp::BrisalonApp(Dependencies dependencies)
+    : product_(dependencies.bundle, dependencies.workspace),
       state_({
-          .defaults = surroundings.defaults,
-          .folderPanel = surroundings.folderPanel ? *surroundings.folderPanel : folderPanel_,
-          .workspace = surroundings.workspace,
-          .fileAccess = surroundings.fileAccess,
-          .bundle = surroundings.bundle,
-          .snapshots = std::move(surroundings.snapshots),
-          .scan = std::move(surroundings.scan),
+          .defaults = dependencies.defaults,
+          .folderPanel = dependencies.folderPanel ? *dependencies.folderPanel : folderPanel_,
+          .workspace = dependencies.workspace,
+          .fileAccess = dependencies.fileAccess,
+          .bundle = dependencies.bundle,
+          .snapshots = std::move(dependencies.snapshots),
+          .scan = std::move(dependencies.scan),
       })
 {
     engine_.addImportPath("qrc:/qt/qml");

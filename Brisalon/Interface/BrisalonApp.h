@@ -22,7 +22,7 @@ public:
 
     /// What the application works with; all of it outlives the application. The
     /// optional parts stand in for the scanner's and the desktop's in tests.
-    struct Surroundings {
+    struct Dependencies {
         DefaultsStore& defaults;
         Workspace& workspace;
         const FileAccess& fileAccess;
@@ -32,7 +32,7 @@ public:
         FolderPanel* folderPanel = nullptr;
     };
 
-    explicit BrisalonApp(Surroundings surroundings);
+    explicit BrisalonApp(Dependencies dependencies);
     ~BrisalonApp();
     BrisalonApp(const BrisalonApp&) = delete;
     BrisalonApp& operator=(const BrisalonApp&) = delete;

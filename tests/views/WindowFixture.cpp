@@ -35,7 +35,7 @@ WindowFixture::~WindowFixture()
 void WindowFixture::start()
 {
     app = std::make_unique<BrisalonApp>(
-        BrisalonApp::Surroundings{store, workspace, fileAccess, bundle, snapshots, gate.scan()});
+        BrisalonApp::Dependencies{store, workspace, fileAccess, bundle, snapshots, gate.scan()});
     window = app->open();
     ASSERT_NE(window, nullptr);
     driver.emplace(*window);
