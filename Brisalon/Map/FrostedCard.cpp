@@ -16,6 +16,11 @@ constexpr double tintOpacity = 0.72;
 
 } // namespace
 
+FrostedCard::FrostedCard(QQuickItem* parent) : QQuickPaintedItem(parent)
+{
+    connect(this, &FrostedCard::lookChanged, this, [this] { update(); });
+}
+
 void FrostedCard::setMap(TreemapCanvas* map)
 {
     if (map == map_)
@@ -25,17 +30,7 @@ void FrostedCard::setMap(TreemapCanvas* map)
     map_ = map;
     if (map_)
         connect(map_, &TreemapCanvas::appearanceChanged, this, [this] { update(); });
-    update();
-    emit mapChanged();
-}
-
-void FrostedCard::setCornerRadius(double radius)
-{
-    if (radius == cornerRadius_)
-        return;
-    cornerRadius_ = radius;
-    update();
-    emit cornerRadiusChanged();
+    emit lookChanged();
 }
 
 void FrostedCard::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)

@@ -16,23 +16,19 @@ namespace brisalon {
 class FrostedCard : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(brisalon::TreemapCanvas* map READ map WRITE setMap NOTIFY mapChanged REQUIRED)
-    Q_PROPERTY(
-        double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
+    Q_PROPERTY(brisalon::TreemapCanvas* map READ map WRITE setMap NOTIFY lookChanged REQUIRED)
+    Q_PROPERTY(double cornerRadius MEMBER cornerRadius_ NOTIFY lookChanged)
 
 public:
-    explicit FrostedCard(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {}
+    explicit FrostedCard(QQuickItem* parent = nullptr);
 
     TreemapCanvas* map() const { return map_; }
     void setMap(TreemapCanvas* map);
-    double cornerRadius() const { return cornerRadius_; }
-    void setCornerRadius(double radius);
 
     void paint(QPainter* painter) override;
 
 signals:
-    void mapChanged();
-    void cornerRadiusChanged();
+    void lookChanged();
 
 protected:
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;

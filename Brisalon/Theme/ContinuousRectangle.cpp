@@ -16,51 +16,6 @@ namespace {
 // So many straight pieces stay within 1/200 of the corner's size of the curve.
 constexpr int cornerPieces = 16;
 
-/// The item's look in little: an image of its corners, between which the middle row
-/// and column may be stretched.
-struct Patch {
-    QImage image;
-    /// How far the image reaches beyond the item on every side, in device pixels.
-    int overhang = 0;
-    /// The width of the corners, which are not stretched, in device pixels.
-    int corner = 0;
-};
-
-Patch paintPatch(const ContinuousRectangle& item, double ratio)
-{
-    const double width = std::round(item.width() * ratio);
-    const double height = std::round(item.height() * ratio);
-    const double line = item.borderWidth() * ratio;
-
-    Patch patch;
-    patch.overhang = static_cast<int>(line / 2);
-    const double reach =
-        std::min(item.radius() * ratio * continuousCornerScale, std::min(width, height) / 2);
-    patch.corner = patch.overhang + static_cast<int>(std::ceil(reach + line));
-    // One pixel in the middle is enough, unless the corners meet before.
-    const auto side = [&](double length) {
-        return std::min(static_cast<int>(length) + 2 * patch.overhang, 2 * patch.corner + 1);
-    };
-    patch.image = QImage(side(width), side(height), QImage::Format_ARGB32_Premultiplied);
-    patch.image.fill(Qt::transparent);
-
-    QPainter painter(&patch.image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF shape =
-        QRectF(patch.image.rect())
-            .adjusted(patch.overhang, patch.overhang, -patch.overhang, -patch.overhang);
-    const double radius = item.radius() * ratio;
-    painter.fillPath(continuousRectanglePath(shape, radius), item.color());
-    if (line > 0) {
-        // The line's outer edge lies on whole pixels, so that it stays sharp.
-        const double outset = patch.overhang - line / 2;
-        painter.setPen(QPen(item.borderColor(), line));
-        painter.drawPath(continuousRectanglePath(shape.adjusted(-outset, -outset, outset, outset),
-                                                 std::max(0.0, radius + outset)));
-    }
-    return patch;
-}
-
 /// Along one axis: which pixels of the image go where in the item.
 struct Piece {
     double from;
@@ -114,55 +69,73 @@ QPainterPath continuousRectanglePath(const QRectF& rectangle, double radius)
     return path;
 }
 
+/// The item's look in little: an image of its corners, between which the middle row
+/// and column may be stretched.
+struct ContinuousRectangle::Patch {
+    QImage image;
+    /// How far the image reaches beyond the item on every side, in device pixels.
+    int overhang = 0;
+    /// The width of the corners, which are not stretched, in device pixels.
+    int corner = 0;
+};
+
 ContinuousRectangle::ContinuousRectangle(QQuickItem* parent) : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
+    connect(this, &ContinuousRectangle::lookChanged, this, &ContinuousRectangle::repaint);
 }
 
-template <typename T>
-void ContinuousRectangle::assign(T& field, const T& value, void (ContinuousRectangle::*changed)())
+void ContinuousRectangle::repaint()
 {
-    if (field == value)
-        return;
-    field = value;
     isStale_ = true;
     update();
-    emit(this->*changed)();
 }
 
-void ContinuousRectangle::setRadius(double radius)
+ContinuousRectangle::Patch ContinuousRectangle::paintPatch(double ratio) const
 {
-    assign(radius_, radius, &ContinuousRectangle::radiusChanged);
-}
+    const double width = std::round(this->width() * ratio);
+    const double height = std::round(this->height() * ratio);
+    const double line = borderWidth_ * ratio;
 
-void ContinuousRectangle::setColor(const QColor& color)
-{
-    assign(color_, color, &ContinuousRectangle::colorChanged);
-}
+    Patch patch;
+    patch.overhang = static_cast<int>(line / 2);
+    const double reach =
+        std::min(radius_ * ratio * continuousCornerScale, std::min(width, height) / 2);
+    patch.corner = patch.overhang + static_cast<int>(std::ceil(reach + line));
+    // One pixel in the middle is enough, unless the corners meet before.
+    const auto side = [&](double length) {
+        return std::min(static_cast<int>(length) + 2 * patch.overhang, 2 * patch.corner + 1);
+    };
+    patch.image = QImage(side(width), side(height), QImage::Format_ARGB32_Premultiplied);
+    patch.image.fill(Qt::transparent);
 
-void ContinuousRectangle::setBorderColor(const QColor& color)
-{
-    assign(borderColor_, color, &ContinuousRectangle::borderColorChanged);
-}
-
-void ContinuousRectangle::setBorderWidth(double width)
-{
-    assign(borderWidth_, width, &ContinuousRectangle::borderWidthChanged);
+    QPainter painter(&patch.image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF shape =
+        QRectF(patch.image.rect())
+            .adjusted(patch.overhang, patch.overhang, -patch.overhang, -patch.overhang);
+    const double radius = radius_ * ratio;
+    painter.fillPath(continuousRectanglePath(shape, radius), color_);
+    if (line > 0) {
+        // The line's outer edge lies on whole pixels, so that it stays sharp.
+        const double outset = patch.overhang - line / 2;
+        painter.setPen(QPen(borderColor_, line));
+        painter.drawPath(continuousRectanglePath(shape.adjusted(-outset, -outset, outset, outset),
+                                                 std::max(0.0, radius + outset)));
+    }
+    return patch;
 }
 
 void ContinuousRectangle::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
-    isStale_ = true;
-    update();
+    repaint();
 }
 
 void ContinuousRectangle::itemChange(ItemChange change, const ItemChangeData& data)
 {
-    if (change == ItemDevicePixelRatioHasChanged) {
-        isStale_ = true;
-        update();
-    }
+    if (change == ItemDevicePixelRatioHasChanged)
+        repaint();
     QQuickItem::itemChange(change, data);
 }
 
@@ -176,7 +149,7 @@ QSGNode* ContinuousRectangle::updatePaintNode(QSGNode* node, UpdatePaintNodeData
         return nullptr;
 
     const double ratio = window()->effectiveDevicePixelRatio();
-    const Patch patch = paintPatch(*this, ratio);
+    const Patch patch = paintPatch(ratio);
     const double overhang = patch.overhang / ratio;
     // As wide as painted: pieces that met between two pixels would show a seam.
     const QRectF bounds =

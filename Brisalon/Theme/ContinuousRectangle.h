@@ -25,29 +25,17 @@ QPainterPath continuousRectanglePath(const QRectF& rectangle, double radius);
 class ContinuousRectangle : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
-    Q_PROPERTY(QColor borderColor READ borderColor WRITE setBorderColor NOTIFY borderColorChanged)
+    Q_PROPERTY(double radius MEMBER radius_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor borderColor MEMBER borderColor_ NOTIFY lookChanged)
     /// In points; 0 for no outline.
-    Q_PROPERTY(double borderWidth READ borderWidth WRITE setBorderWidth NOTIFY borderWidthChanged)
+    Q_PROPERTY(double borderWidth MEMBER borderWidth_ NOTIFY lookChanged)
 
 public:
     explicit ContinuousRectangle(QQuickItem* parent = nullptr);
 
-    double radius() const { return radius_; }
-    void setRadius(double radius);
-    QColor color() const { return color_; }
-    void setColor(const QColor& color);
-    QColor borderColor() const { return borderColor_; }
-    void setBorderColor(const QColor& color);
-    double borderWidth() const { return borderWidth_; }
-    void setBorderWidth(double width);
-
 signals:
-    void radiusChanged();
-    void colorChanged();
-    void borderColorChanged();
-    void borderWidthChanged();
+    void lookChanged();
 
 protected:
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData*) override;
@@ -55,8 +43,10 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
 private:
-    template <typename T>
-    void assign(T& field, const T& value, void (ContinuousRectangle::*changed)());
+    struct Patch;
+
+    void repaint();
+    Patch paintPatch(double ratio) const;
 
     double radius_ = 0;
     QColor color_ = Qt::white;

@@ -32,6 +32,11 @@ Channels channels(const QColor& color)
 
 } // namespace
 
+CornerGradient::CornerGradient(QQuickItem* parent) : QQuickPaintedItem(parent)
+{
+    connect(this, &CornerGradient::lookChanged, this, [this] { update(); });
+}
+
 void CornerGradient::paint(QPainter* painter)
 {
     const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;

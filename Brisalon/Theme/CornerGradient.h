@@ -12,14 +12,17 @@ namespace brisalon {
 class CornerGradient : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor from MEMBER from_)
-    Q_PROPERTY(QColor to MEMBER to_)
-    Q_PROPERTY(double radius MEMBER radius_)
+    Q_PROPERTY(QColor from MEMBER from_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor to MEMBER to_ NOTIFY lookChanged)
+    Q_PROPERTY(double radius MEMBER radius_ NOTIFY lookChanged)
 
 public:
-    explicit CornerGradient(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {}
+    explicit CornerGradient(QQuickItem* parent = nullptr);
 
     void paint(QPainter* painter) override;
+
+signals:
+    void lookChanged();
 
 private:
     QColor from_;

@@ -10,6 +10,11 @@
 
 namespace brisalon {
 
+LogoMark::LogoMark(QQuickItem* parent) : QQuickPaintedItem(parent)
+{
+    connect(this, &LogoMark::lookChanged, this, [this] { update(); });
+}
+
 void LogoMark::paint(QPainter* painter)
 {
     const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;

@@ -8,12 +8,15 @@ namespace brisalon {
 class LogoMark : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(double cornerRadius MEMBER cornerRadius_)
+    Q_PROPERTY(double cornerRadius MEMBER cornerRadius_ NOTIFY lookChanged)
 
 public:
-    explicit LogoMark(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {}
+    explicit LogoMark(QQuickItem* parent = nullptr);
 
     void paint(QPainter* painter) override;
+
+signals:
+    void lookChanged();
 
 private:
     double cornerRadius_ = 0;

@@ -10,40 +10,9 @@
 
 namespace brisalon {
 
-void RingGauge::setFraction(double fraction)
+RingGauge::RingGauge(QQuickItem* parent) : QQuickPaintedItem(parent)
 {
-    if (fraction == fraction_)
-        return;
-    fraction_ = fraction;
-    emit fractionChanged();
-    update();
-}
-
-void RingGauge::setTurn(double turn)
-{
-    if (turn == turn_)
-        return;
-    turn_ = turn;
-    emit turnChanged();
-    update();
-}
-
-void RingGauge::setFrom(const QColor& color)
-{
-    if (color == from_)
-        return;
-    from_ = color;
-    emit fromChanged();
-    update();
-}
-
-void RingGauge::setTo(const QColor& color)
-{
-    if (color == to_)
-        return;
-    to_ = color;
-    emit toChanged();
-    update();
+    connect(this, &RingGauge::lookChanged, this, [this] { update(); });
 }
 
 void RingGauge::paint(QPainter* painter)

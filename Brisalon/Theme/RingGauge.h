@@ -12,34 +12,22 @@ namespace brisalon {
 class RingGauge : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(double fraction READ fraction WRITE setFraction NOTIFY fractionChanged)
-    Q_PROPERTY(double turn READ turn WRITE setTurn NOTIFY turnChanged)
-    Q_PROPERTY(double lineWidth MEMBER lineWidth_)
-    Q_PROPERTY(QColor track MEMBER track_)
-    Q_PROPERTY(QColor from READ from WRITE setFrom NOTIFY fromChanged)
-    Q_PROPERTY(QColor to READ to WRITE setTo NOTIFY toChanged)
+    /// The filled part, from 0 to 1.
+    Q_PROPERTY(double fraction MEMBER fraction_ NOTIFY lookChanged)
+    /// How far the start lies from the top, clockwise; 1 is all around.
+    Q_PROPERTY(double turn MEMBER turn_ NOTIFY lookChanged)
+    Q_PROPERTY(double lineWidth MEMBER lineWidth_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor track MEMBER track_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor from MEMBER from_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor to MEMBER to_ NOTIFY lookChanged)
 
 public:
-    explicit RingGauge(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {}
-
-    /// The filled part, from 0 to 1.
-    double fraction() const { return fraction_; }
-    void setFraction(double fraction);
-    /// How far the start lies from the top, clockwise; 1 is all around.
-    double turn() const { return turn_; }
-    void setTurn(double turn);
-    QColor from() const { return from_; }
-    void setFrom(const QColor& color);
-    QColor to() const { return to_; }
-    void setTo(const QColor& color);
+    explicit RingGauge(QQuickItem* parent = nullptr);
 
     void paint(QPainter* painter) override;
 
 signals:
-    void fractionChanged();
-    void turnChanged();
-    void fromChanged();
-    void toChanged();
+    void lookChanged();
 
 private:
     double fraction_ = 0;

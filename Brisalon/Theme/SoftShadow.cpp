@@ -11,31 +11,9 @@
 
 namespace brisalon {
 
-void SoftShadow::setBlur(double blur)
+SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent)
 {
-    if (blur == blur_)
-        return;
-    blur_ = blur;
-    emit blurChanged();
-    update();
-}
-
-void SoftShadow::setCornerRadius(double radius)
-{
-    if (radius == cornerRadius_)
-        return;
-    cornerRadius_ = radius;
-    emit cornerRadiusChanged();
-    update();
-}
-
-void SoftShadow::setColor(const QColor& color)
-{
-    if (color == color_)
-        return;
-    color_ = color;
-    emit colorChanged();
-    update();
+    connect(this, &SoftShadow::lookChanged, this, [this] { update(); });
 }
 
 void SoftShadow::paint(QPainter* painter)

@@ -11,27 +11,17 @@ namespace brisalon {
 class SoftShadow : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(double blur READ blur WRITE setBlur NOTIFY blurChanged)
-    Q_PROPERTY(
-        double cornerRadius READ cornerRadius WRITE setCornerRadius NOTIFY cornerRadiusChanged)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(double blur MEMBER blur_ NOTIFY lookChanged)
+    Q_PROPERTY(double cornerRadius MEMBER cornerRadius_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY lookChanged)
 
 public:
-    explicit SoftShadow(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {}
-
-    double blur() const { return blur_; }
-    void setBlur(double blur);
-    double cornerRadius() const { return cornerRadius_; }
-    void setCornerRadius(double radius);
-    QColor color() const { return color_; }
-    void setColor(const QColor& color);
+    explicit SoftShadow(QQuickItem* parent = nullptr);
 
     void paint(QPainter* painter) override;
 
 signals:
-    void blurChanged();
-    void cornerRadiusChanged();
-    void colorChanged();
+    void lookChanged();
 
 private:
     double blur_ = 0;

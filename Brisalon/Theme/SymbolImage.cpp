@@ -19,39 +19,17 @@ constexpr double sideOfSize = 1.3;
 
 } // namespace
 
-SymbolImage::SymbolImage(QQuickItem* parent) : QQuickPaintedItem(parent), color_(Theme::text())
+SymbolImage::SymbolImage(QQuickItem* parent)
+    : QQuickPaintedItem(parent), size_(Theme::body()), color_(Theme::text())
 {
-    setSize(Theme::body());
-}
-
-void SymbolImage::setName(const QString& name)
-{
-    if (name == name_)
-        return;
-    name_ = name;
-    emit nameChanged();
-    update();
-}
-
-void SymbolImage::setSize(double size)
-{
-    if (size == size_)
-        return;
-    size_ = size;
-    // Whole and even, so that a symbol centred on a whole grid stays on it.
-    const double side = 2 * std::round(size * sideOfSize / 2);
-    setImplicitSize(side, side);
-    emit sizeChanged();
-    update();
-}
-
-void SymbolImage::setColor(const QColor& color)
-{
-    if (color == color_)
-        return;
-    color_ = color;
-    emit colorChanged();
-    update();
+    const auto takeSize = [this] {
+        // Whole and even, so that a symbol centred on a whole grid stays on it.
+        const double side = 2 * std::round(size_ * sideOfSize / 2);
+        setImplicitSize(side, side);
+        update();
+    };
+    takeSize();
+    connect(this, &SymbolImage::lookChanged, this, takeSize);
 }
 
 void SymbolImage::paint(QPainter* painter)

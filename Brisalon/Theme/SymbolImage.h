@@ -16,30 +16,21 @@ namespace brisalon {
 class SymbolImage : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged REQUIRED)
-    Q_PROPERTY(double size READ size WRITE setSize NOTIFY sizeChanged)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(QString name MEMBER name_ NOTIFY lookChanged REQUIRED)
+    Q_PROPERTY(double size MEMBER size_ NOTIFY lookChanged)
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY lookChanged)
 
 public:
     explicit SymbolImage(QQuickItem* parent = nullptr);
 
-    QString name() const { return name_; }
-    void setName(const QString& name);
-    double size() const { return size_; }
-    void setSize(double size);
-    QColor color() const { return color_; }
-    void setColor(const QColor& color);
-
     void paint(QPainter* painter) override;
 
 signals:
-    void nameChanged();
-    void sizeChanged();
-    void colorChanged();
+    void lookChanged();
 
 private:
     QString name_;
-    double size_ = 0;
+    double size_;
     QColor color_;
 };
 

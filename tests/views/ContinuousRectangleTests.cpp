@@ -37,10 +37,10 @@ TEST_P(ContinuousRectangleItemTest, IsThePictureOfItsPathAtAnySize)
     ContinuousRectangle item(view.contentItem());
     item.setPosition(QPointF(10, 10));
     item.setSize(QSizeF(40, 40));
-    item.setRadius(12);
-    item.setColor(QColor(0, 200, 0));
-    item.setBorderColor(QColor(200, 0, 0));
-    item.setBorderWidth(2);
+    item.setProperty("radius", 12);
+    item.setProperty("color", QColor(0, 200, 0));
+    item.setProperty("borderColor", QColor(200, 0, 0));
+    item.setProperty("borderWidth", 2);
     view.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&view));
     view.grabWindow();
