@@ -56,11 +56,10 @@ FocusScope {
                 style: Theme.title
             }
 
-            Text {
+            TextLabel {
                 objectName: "aboutVersion"
                 anchors.horizontalCenter: parent.horizontalCenter
                 text: "Version " + about.version + " (" + about.build + ")"
-                textFormat: Text.PlainText
                 font: Theme.system(Theme.callout)
                 color: Theme.muted
                 Accessible.role: Accessible.StaticText
@@ -68,13 +67,12 @@ FocusScope {
             }
         }
 
-        Text {
+        TextLabel {
             objectName: "aboutTagline"
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(parent.width, 300)
             horizontalAlignment: Text.AlignHCenter
             text: "See your Mac as a map. Reclaim the big blocks."
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             font: Theme.system(Theme.body)
             color: Theme.textSecondary

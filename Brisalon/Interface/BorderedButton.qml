@@ -37,14 +37,13 @@ PlainButton {
             color: button.foreground
         }
 
-        Text {
+        TextLabel {
             Layout.fillWidth: true
             Layout.minimumHeight: button.isSmall ? 14 : 16
             visible: button.showsTitle
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
             text: button.text
-            textFormat: Text.PlainText
             font: button.font
             color: button.foreground
         }

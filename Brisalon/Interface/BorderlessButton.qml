@@ -11,9 +11,8 @@ PlainButton {
     font: Theme.system(Theme.caption)
     opacity: enabled ? 1 : 0.4
 
-    contentItem: Text {
+    contentItem: TextLabel {
         text: button.text
-        textFormat: Text.PlainText
         horizontalAlignment: Text.AlignHCenter
         font: button.font
         color: button.hovered ? Theme.faded(button.tint, Math.min(1, button.tint.a * 1.5))

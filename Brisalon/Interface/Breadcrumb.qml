@@ -63,9 +63,8 @@ ListView {
 
             onClicked: breadcrumb.appState.jumpToBreadcrumb(crumb.modelData)
 
-            contentItem: Text {
+            contentItem: TextLabel {
                 text: button.text
-                textFormat: Text.PlainText
                 maximumLineCount: 1
                 elide: Text.ElideMiddle
                 font: Theme.rounded(Theme.callout, crumb.isCurrent ? Font.DemiBold : Font.Medium)

@@ -39,19 +39,17 @@ T.Menu {
         opacity: enabled ? 1 : 0.4
 
         contentItem: Item {
-            Text {
+            TextLabel {
                 anchors.verticalCenter: parent.verticalCenter
                 text: entry.text
-                textFormat: Text.PlainText
                 font: Theme.system(Theme.callout)
                 color: Theme.text
             }
 
-            Text {
+            TextLabel {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
                 text: entry.action?.shortcut ?? ""
-                textFormat: Text.PlainText
                 font: Theme.system(Theme.subheadline)
                 color: Theme.muted
             }

@@ -48,21 +48,19 @@ FocusScope {
                 topPadding: 2
                 spacing: 6
 
-                Text {
+                TextLabel {
                     objectName: "confirmationTitle"
                     width: parent.width
                     text: view.question
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     font: Theme.rounded(Theme.title3, Font.DemiBold)
                     color: Theme.text
                 }
 
-                Text {
+                TextLabel {
                     objectName: "confirmationMessage"
                     width: parent.width
                     text: view.explanation
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     lineHeight: 1.2
                     font: Theme.system(Theme.callout)

@@ -34,18 +34,16 @@ PanelStyle {
                 anchors.centerIn: parent
                 spacing: -3
 
-                Text {
+                TextLabel {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: card.volume.usedPercent
-                    textFormat: Text.PlainText
                     font: Theme.rounded(18, Font.Bold)
                     color: Theme.text
                 }
 
-                Text {
+                TextLabel {
                     anchors.horizontalCenter: parent.horizontalCenter
                     text: "%"
-                    textFormat: Text.PlainText
                     font: Theme.system(9, Font.DemiBold)
                     color: Theme.muted
                 }
@@ -56,23 +54,20 @@ PanelStyle {
             anchors.verticalCenter: parent.verticalCenter
             spacing: 3
 
-            Text {
+            TextLabel {
                 text: "Storage"
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.caption, Font.DemiBold)
                 color: Theme.muted
             }
 
-            Text {
+            TextLabel {
                 text: card.volume.freeText + " free"
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.callout, Font.DemiBold)
                 color: Theme.text
             }
 
-            Text {
+            TextLabel {
                 text: card.volume.usedText + " used"
-                textFormat: Text.PlainText
                 font: Theme.system(Theme.caption2)
                 color: Theme.muted
             }

@@ -39,20 +39,18 @@ ContinuousRectangle {
             radius: 8
             color: Theme.accentSoft
 
-            Text {
+            TextLabel {
                 anchors.centerIn: parent
                 text: step.number
-                textFormat: Text.PlainText
                 font: Theme.rounded(10, Font.Bold)
                 color: Theme.accent
             }
         }
 
-        Text {
+        TextLabel {
             objectName: "stepText" + step.number
             Layout.fillWidth: true
             text: step.text
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             font: Theme.system(Theme.caption)
             color: Theme.textSecondary
@@ -83,18 +81,16 @@ ContinuousRectangle {
                 Layout.fillWidth: true
                 spacing: 2
 
-                Text {
+                TextLabel {
                     text: "Full Disk Access"
-                    textFormat: Text.PlainText
                     font: Theme.rounded(callout.compact ? Theme.caption : Theme.callout,
                                         Font.DemiBold)
                     color: Theme.text
                 }
 
-                Text {
+                TextLabel {
                     Layout.fillWidth: true
                     text: "Without it, Mail, Safari, and much of System Data stay hidden during This Mac scans."
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     font: Theme.system(Theme.caption)
                     color: Theme.muted

@@ -17,9 +17,8 @@ T.ToolTip {
     margins: 8
     delay: 600
 
-    contentItem: Text {
+    contentItem: TextLabel {
         text: tip.text
-        textFormat: Text.PlainText
         font: Theme.system(Theme.subheadline)
         color: Theme.text
     }

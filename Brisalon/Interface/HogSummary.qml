@@ -24,10 +24,9 @@ ColumnLayout {
             color: NodeColor.ofFile(summary.item)
         }
 
-        Text {
+        TextLabel {
             anchors.verticalCenter: parent.verticalCenter
             text: summary.item.hogTitle
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.callout, Font.Medium)
             color: Theme.textSecondary
         }
@@ -40,10 +39,9 @@ ColumnLayout {
         }
     }
 
-    Text {
+    TextLabel {
         Layout.fillWidth: true
         text: summary.item.riskSummary
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
         font: Theme.system(Theme.caption)
         color: Theme.muted

@@ -35,18 +35,16 @@ Item {
             visible: !panel.shown.isPresent
             spacing: 6
 
-            Text {
+            TextLabel {
                 Layout.fillWidth: true
                 text: "Nothing selected"
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.headline, Font.DemiBold)
                 color: Theme.textSecondary
             }
 
-            Text {
+            TextLabel {
                 Layout.fillWidth: true
                 text: "Click a block on the map to inspect it. Double-click a folder to drill down."
-                textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 font: Theme.system(Theme.callout)
                 color: Theme.muted
@@ -62,11 +60,10 @@ Item {
                 Layout.fillWidth: true
                 spacing: 2
 
-                Text {
+                TextLabel {
                     objectName: "selectionTitle"
                     Layout.fillWidth: true
                     text: panel.shown.title
-                    textFormat: Text.PlainText
                     wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                     maximumLineCount: 2
                     elide: Text.ElideRight
@@ -74,11 +71,10 @@ Item {
                     color: Theme.text
                 }
 
-                Text {
+                TextLabel {
                     objectName: "selectionSubtitle"
                     Layout.fillWidth: true
                     text: panel.shown.subtitle
-                    textFormat: Text.PlainText
                     elide: Text.ElideRight
                     font: Theme.rounded(Theme.caption, Font.Medium)
                     color: Theme.muted

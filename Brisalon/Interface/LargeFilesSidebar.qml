@@ -36,7 +36,7 @@ ColumnLayout {
         }
     }
 
-    Text {
+    TextLabel {
         objectName: "noLargeFiles"
         Layout.fillWidth: true
         Layout.fillHeight: true
@@ -45,7 +45,6 @@ ColumnLayout {
         Layout.bottomMargin: 12
         visible: list.count === 0
         text: "Run a scan to list the biggest files here."
-        textFormat: Text.PlainText
         wrapMode: Text.Wrap
         font: Theme.system(Theme.callout)
         color: Theme.muted
@@ -56,7 +55,7 @@ ColumnLayout {
 
         // Whether the keyboard and not the pointer was used last, so that it must be
         // seen where the keyboard is.
-        property bool isKeyed: true
+        property bool showsFocus: true
 
         objectName: "largeFilesList"
         Layout.fillWidth: true
@@ -88,11 +87,11 @@ ColumnLayout {
             if (activeFocus)
                 sidebar.files.enter();
             else
-                isKeyed = true;
+                showsFocus = true;
         }
         Keys.onPressed: event => {
             event.accepted = sidebar.files.press(event.key, event.modifiers);
-            isKeyed = true;
+            showsFocus = true;
         }
 
         delegate: ListRowStyle {
@@ -125,11 +124,10 @@ ColumnLayout {
                 ColumnLayout {
                     spacing: 3
 
-                    Text {
+                    TextLabel {
                         objectName: "fileName"
                         Layout.fillWidth: true
                         text: row.entry.name
-                        textFormat: Text.PlainText
                         maximumLineCount: 1
                         elide: Text.ElideMiddle
                         font: Theme.rounded(Theme.callout, Font.Medium)
@@ -137,11 +135,10 @@ ColumnLayout {
                         Accessible.ignored: true
                     }
 
-                    Text {
+                    TextLabel {
                         objectName: "folderName"
                         Layout.fillWidth: true
                         text: row.entry.folderName
-                        textFormat: Text.PlainText
                         maximumLineCount: 1
                         elide: Text.ElideMiddle
                         font: Theme.system(Theme.caption2)
@@ -166,18 +163,14 @@ ColumnLayout {
                 onClicked: mouse => {
                     sidebar.files.click(row.index, mouse.modifiers);
                     list.forceActiveFocus(Qt.MouseFocusReason);
-                    list.isKeyed = false;
+                    list.showsFocus = false;
                 }
             }
 
-            Rectangle {
-                anchors.fill: parent
-                anchors.margins: 1
-                visible: row.activeFocus && list.isKeyed
-                radius: 8
-                color: "transparent"
-                border.width: 2
-                border.color: Theme.faded(Theme.accent, 0.9)
+            FocusRing {
+                visible: row.activeFocus && list.showsFocus
+                cornerRadius: 9
+                outset: -1
             }
         }
     }

@@ -58,13 +58,12 @@ Rectangle {
             radius: height / 2
             color: Theme.accentSoft
 
-            Text {
+            TextLabel {
                 id: chip
 
                 objectName: "selectionSize"
                 anchors.centerIn: parent
                 text: bar.appState.selection.sizeText
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.caption, Font.DemiBold)
                 color: Theme.accent
             }

@@ -20,16 +20,14 @@ Rectangle {
         y: 6
         spacing: 6
 
-        Text {
+        TextLabel {
             text: chip.label
-            textFormat: Text.PlainText
             font: Theme.system(Theme.caption2, Font.DemiBold)
             color: Theme.muted
         }
 
-        Text {
+        TextLabel {
             text: chip.value
-            textFormat: Text.PlainText
             font: Theme.system(Theme.caption)
             color: Theme.textSecondary
         }

@@ -35,22 +35,20 @@ Item {
             width: parent.width
             spacing: 8
 
-            Text {
+            TextLabel {
                 width: parent.width
                 horizontalAlignment: Text.AlignHCenter
                 text: notice.title
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.title2, Font.Bold)
                 color: Theme.text
             }
 
-            Text {
+            TextLabel {
                 objectName: "noticeDetail"
                 anchors.horizontalCenter: parent.horizontalCenter
                 width: Math.min(parent.width, 380)
                 horizontalAlignment: Text.AlignHCenter
                 text: notice.detail
-                textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 maximumLineCount: 12
                 elide: Text.ElideRight

@@ -54,7 +54,6 @@ ColumnLayout {
                 objectName: "pathText"
                 width: flickable.width
                 text: block.path
-                textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.WrapAnywhere
                 readOnly: true
                 selectByMouse: true
@@ -89,14 +88,10 @@ ColumnLayout {
             font: pathText.font
         }
 
-        Rectangle {
-            anchors.fill: parent
-            anchors.margins: -2
+        FocusRing {
             visible: pathText.activeFocus
-            radius: 10
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.faded(Theme.accent, 0.7)
+            cornerRadius: well.radius
+            outset: 2
         }
     }
 }

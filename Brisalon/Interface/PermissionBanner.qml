@@ -40,11 +40,10 @@ Rectangle {
             color: Theme.success
         }
 
-        Text {
+        TextLabel {
             objectName: "grantedText"
             Layout.fillWidth: true
             text: "Full Disk Access enabled — This Mac scans will show more detail."
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             font: Theme.rounded(Theme.subheadline, Font.Medium)
             color: Theme.text
@@ -95,21 +94,19 @@ Rectangle {
                 Layout.fillWidth: true
                 spacing: 3
 
-                Text {
+                TextLabel {
                     objectName: "requestTitle"
                     Layout.fillWidth: true
                     text: "Full Disk Access recommended"
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     font: Theme.rounded(Theme.subheadline, Font.DemiBold)
                     color: Theme.text
                 }
 
-                Text {
+                TextLabel {
                     objectName: "requestDetail"
                     Layout.fillWidth: true
                     text: "Home scans work without it. Enable FDA for complete This Mac maps."
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     font: Theme.system(Theme.caption)
                     color: Theme.muted

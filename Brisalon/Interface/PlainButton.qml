@@ -26,14 +26,9 @@ T.AbstractButton {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
-    Rectangle {
-        anchors.fill: parent
-        anchors.margins: -3
+    FocusRing {
         z: 1
         visible: button.visualFocus
-        radius: button.cornerRadius + 3
-        color: "transparent"
-        border.width: 2
-        border.color: Theme.faded(Theme.accent, 0.9)
+        cornerRadius: button.cornerRadius
     }
 }

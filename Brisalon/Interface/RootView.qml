@@ -11,22 +11,22 @@ FocusScope {
     required property AppState appState
     required property AppCommands commands
 
-    readonly property Item keyed: Window.activeFocusItem
-    readonly property bool isKeyedHidden: keyed !== null && !keyed.visible
+    readonly property Item focused: Window.activeFocusItem
+    readonly property bool isFocusHidden: focused !== null && !focused.visible
 
     Component.onCompleted: appState.appear()
 
     // What goes away while the keyboard is on it leaves the keyboard to the map. Later,
     // because it may come back at once, or leave the keyboard to something else.
-    onIsKeyedHiddenChanged: if (isKeyedHidden) handingOn.start()
+    onIsFocusHiddenChanged: if (isFocusHidden) handingOn.start()
 
     Timer {
         id: handingOn
 
         interval: 0
         onTriggered: {
-            if (root.isKeyedHidden)
-                workspace.takeKeyboard((root.keyed as T.Control)?.visualFocus ?? false);
+            if (root.isFocusHidden)
+                workspace.takeFocus((root.focused as T.Control)?.visualFocus ?? false);
         }
     }
 

@@ -49,10 +49,9 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
         }
 
-        Text {
+        TextLabel {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Updating map…"
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.callout, Font.DemiBold)
             color: Theme.text
         }

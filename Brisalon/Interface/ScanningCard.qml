@@ -30,10 +30,9 @@ PanelStyle {
                 height: 14
             }
 
-            Text {
+            TextLabel {
                 anchors.verticalCenter: parent.verticalCenter
                 text: "Mapping…"
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.caption, Font.DemiBold)
                 color: Theme.text
             }
@@ -44,24 +43,21 @@ PanelStyle {
             visible: card.progress.isPresent
             spacing: 8
 
-            Text {
+            TextLabel {
                 text: card.progress.bytesText
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.title3, Font.Bold)
                 color: Theme.accent
             }
 
-            Text {
+            TextLabel {
                 text: card.progress.visitedText + " items"
-                textFormat: Text.PlainText
                 font: Theme.system(Theme.caption2)
                 color: Theme.muted
             }
 
-            Text {
+            TextLabel {
                 width: parent.width
                 text: card.progress.currentPath
-                textFormat: Text.PlainText
                 maximumLineCount: 1
                 elide: Text.ElideMiddle
                 font: Theme.system(Theme.caption2)

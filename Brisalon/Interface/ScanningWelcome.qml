@@ -19,15 +19,14 @@ Item {
             height: 34
         }
 
-        Text {
+        TextLabel {
             anchors.horizontalCenter: parent.horizontalCenter
             text: "Building your map…"
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.title2, Font.DemiBold)
             color: Theme.text
         }
 
-        Text {
+        TextLabel {
             // As high as its two lines at all times, so that nothing above it
             // moves from one path to the next.
             anchors.horizontalCenter: parent.horizontalCenter
@@ -36,7 +35,6 @@ Item {
             visible: view.progress.isPresent
             horizontalAlignment: Text.AlignHCenter
             text: view.progress.currentPath
-            textFormat: Text.PlainText
             wrapMode: Text.WrapAtWordBoundaryOrAnywhere
             maximumLineCount: 2
             elide: Text.ElideRight

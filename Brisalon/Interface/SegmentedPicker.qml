@@ -83,9 +83,8 @@ Item {
                 Keys.onLeftPressed: picker.pick(index - 1)
                 Keys.onRightPressed: picker.pick(index + 1)
 
-                contentItem: Text {
+                contentItem: TextLabel {
                     text: segment.text
-                    textFormat: Text.PlainText
                     horizontalAlignment: Text.AlignHCenter
                     verticalAlignment: Text.AlignVCenter
                     font: Theme.rounded(Theme.callout, Font.Medium)

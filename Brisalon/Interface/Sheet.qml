@@ -18,7 +18,7 @@ T.Popup {
     // What has the keyboard at first, and shows it.
     property Item initialFocus: contentItem
     // Whether what had the keyboard before showed it.
-    property bool wasKeyed: false
+    property bool wasFocusVisible: false
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
@@ -35,15 +35,16 @@ T.Popup {
     onVisibleChanged: {
         if (visible) {
             const item = behind.Window.activeFocusItem;
-            wasKeyed = (item as T.Control)?.visualFocus ?? (item as TreemapCanvas)?.focusVisible
-                ?? false;
+            wasFocusVisible = (item as T.Control)?.visualFocus
+                ?? (item as TreemapCanvas)?.focusVisible ?? false;
             initialFocus.forceActiveFocus(Qt.TabFocusReason);
         }
         introduce();
     }
     onNameChanged: introduce()
     onDescriptionChanged: introduce()
-    onAboutToHide: behind.forceActiveFocus(wasKeyed ? Qt.TabFocusReason : Qt.PopupFocusReason)
+    onAboutToHide: behind.forceActiveFocus(wasFocusVisible ? Qt.TabFocusReason
+                                                           : Qt.PopupFocusReason)
 
     // A popup is no item and takes no words; the item that it shows itself with does.
     function introduce() {

@@ -25,10 +25,9 @@ PlainButton {
             color: button.foreground
         }
 
-        Text {
+        TextLabel {
             Layout.fillWidth: true
             text: button.text
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.callout, button.isActive ? Font.DemiBold : Font.Medium)
             color: button.foreground
         }

@@ -52,12 +52,12 @@ Rectangle {
             id: menu
 
             // Whether the keyboard was seen on its button, where it then returns to.
-            property bool wasKeyed: false
+            property bool wasFocusVisible: false
 
             y: menuButton.height + 4
             commands: sidebar.commands
-            onAboutToShow: wasKeyed = menuButton.visualFocus
-            onAboutToHide: if (wasKeyed) menuButton.forceActiveFocus(Qt.TabFocusReason)
+            onAboutToShow: wasFocusVisible = menuButton.visualFocus
+            onAboutToHide: if (wasFocusVisible) menuButton.forceActiveFocus(Qt.TabFocusReason)
         }
     }
 
@@ -85,9 +85,8 @@ Rectangle {
                     style: Theme.headline
                 }
 
-                Text {
+                TextLabel {
                     text: "Disk map"
-                    textFormat: Text.PlainText
                     font: Theme.rounded(Theme.caption)
                     color: Theme.muted
                 }
@@ -110,13 +109,12 @@ Rectangle {
             title: "Scan"
         }
 
-        Text {
+        TextLabel {
             Layout.leftMargin: 20
             Layout.rightMargin: 20
             Layout.bottomMargin: 8
             visible: !sidebar.hasTree && !sidebar.appState.isScanning
             text: "Pick a scan target in the map →"
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.caption)
             color: Theme.muted
         }

@@ -49,7 +49,7 @@ ColumnLayout {
         }
     }
 
-    Text {
+    TextLabel {
         objectName: "snapshotError"
         Layout.fillWidth: true
         Layout.fillHeight: true
@@ -57,7 +57,6 @@ ColumnLayout {
         Layout.rightMargin: 16
         visible: panel.isEmpty && panel.appState.snapshotError !== ""
         text: panel.appState.snapshotError
-        textFormat: Text.PlainText
         wrapMode: Text.WrapAtWordBoundaryOrAnywhere
         elide: Text.ElideRight
         font: Theme.system(Theme.caption)
@@ -72,17 +71,15 @@ ColumnLayout {
         visible: panel.isEmpty && panel.appState.snapshotError === ""
         spacing: 6
 
-        Text {
+        TextLabel {
             text: "No local snapshots"
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.callout, Font.Medium)
             color: Theme.textSecondary
         }
 
-        Text {
+        TextLabel {
             Layout.fillWidth: true
             text: "When present, snapshots often hide inside System Data."
-            textFormat: Text.PlainText
             wrapMode: Text.Wrap
             font: Theme.system(Theme.caption)
             color: Theme.muted
@@ -146,11 +143,10 @@ ColumnLayout {
                     ColumnLayout {
                         spacing: 2
 
-                        Text {
+                        TextLabel {
                             objectName: "snapshotTitle"
                             Layout.fillWidth: true
                             text: cell.modelData.title
-                            textFormat: Text.PlainText
                             maximumLineCount: 1
                             elide: Text.ElideRight
                             font: Theme.rounded(Theme.callout, Font.Medium)
@@ -158,10 +154,9 @@ ColumnLayout {
                             Accessible.ignored: true
                         }
 
-                        Text {
+                        TextLabel {
                             Layout.fillWidth: true
                             text: "Local snapshot · may appear as System Data"
-                            textFormat: Text.PlainText
                             elide: Text.ElideRight
                             font: Theme.system(Theme.caption2)
                             color: Theme.muted

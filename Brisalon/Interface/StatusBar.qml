@@ -50,11 +50,10 @@ Rectangle {
             color: Theme.amber
         }
 
-        Text {
+        TextLabel {
             objectName: "statusText"
             Layout.fillWidth: true
             text: bar.statusText
-            textFormat: Text.PlainText
             maximumLineCount: 1
             // Failures are many sentences in a row, of which the first matter most.
             elide: bar.showsFailures ? Text.ElideRight : Text.ElideMiddle
@@ -64,11 +63,10 @@ Rectangle {
             Accessible.name: text
         }
 
-        Text {
+        TextLabel {
             objectName: "mapHint"
             visible: bar.appState.shouldShowMapHint
             text: "Click inspect · Double-click zoom"
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.caption)
             color: Theme.faded(Theme.muted, Theme.muted.a * 0.7)
         }

@@ -27,8 +27,8 @@ Item {
         panel?.zoom(node);
     }
 
-    function takeKeyboard(isSeen: bool) {
-        loader.forceActiveFocus(isSeen ? Qt.TabFocusReason : Qt.OtherFocusReason);
+    function takeFocus(isVisible: bool) {
+        loader.forceActiveFocus(isVisible ? Qt.TabFocusReason : Qt.OtherFocusReason);
     }
 
     Rectangle {

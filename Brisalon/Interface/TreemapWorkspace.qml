@@ -29,8 +29,8 @@ Item {
     }
 
     // Brings the keyboard to the map, or to what stands in its place.
-    function takeKeyboard(isSeen: bool) {
-        pane.takeKeyboard(isSeen);
+    function takeFocus(isVisible: bool) {
+        pane.takeFocus(isVisible);
     }
 
     ColumnLayout {

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Layouts
-import QtQuick.Templates as T
 import Brisalon.Theme
 
 // One of the welcome screen's targets.
@@ -39,35 +38,36 @@ PlainButton {
             RowLayout {
                 spacing: 8
 
-                Text {
+                TextLabel {
                     text: card.text
-                    textFormat: Text.PlainText
                     font: Theme.rounded(Theme.callout, Font.DemiBold)
                     color: Theme.text
                 }
 
-                T.Label {
+                TextLabel {
                     visible: card.isLastUsed
                     leftPadding: 8
                     rightPadding: 8
                     topPadding: 3
                     bottomPadding: 3
                     text: "Last used"
-                    textFormat: Text.PlainText
                     font: Theme.system(10, Font.DemiBold)
                     color: Theme.accent
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
 
-                    background: Rectangle {
+                    Rectangle {
+                        anchors.fill: parent
+                        z: -1
                         radius: height / 2
                         color: Theme.accentSoft
                     }
                 }
             }
 
-            Text {
+            TextLabel {
                 Layout.fillWidth: true
                 text: card.subtitle
-                textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 font: Theme.system(Theme.caption)
                 color: Theme.muted

@@ -69,22 +69,20 @@ Item {
                     cornerRadius: 16
                 }
 
-                Text {
+                TextLabel {
                     width: parent.width
                     topPadding: 8
                     horizontalAlignment: Text.AlignHCenter
                     text: "Your disk, as a map"
-                    textFormat: Text.PlainText
                     font: Theme.rounded(Theme.title, Font.Bold)
                     color: Theme.text
                 }
 
-                Text {
+                TextLabel {
                     anchors.horizontalCenter: parent.horizontalCenter
                     width: Math.min(parent.width, 420)
                     horizontalAlignment: Text.AlignHCenter
                     text: "Pick what to scan. Every rectangle is real space used — big blocks are your biggest wins."
-                    textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     lineHeight: 1.15
                     font: Theme.rounded(Theme.body)

@@ -56,9 +56,8 @@ ListView {
                 color: chip.modelData.color
             }
 
-            Text {
+            TextLabel {
                 text: chip.modelData.title
-                textFormat: Text.PlainText
                 font: Theme.rounded(11, Font.Medium)
                 color: Theme.textSecondary
                 Accessible.ignored: true

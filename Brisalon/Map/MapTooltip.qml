@@ -86,19 +86,17 @@ Item {
         y: 10
         spacing: 5
 
-        Text {
+        TextLabel {
             width: Math.min(implicitWidth, tooltip.textWidth)
             text: tooltip.node.name
-            textFormat: Text.PlainText
             font: Theme.rounded(Theme.caption, Font.DemiBold)
             color: Theme.text
             elide: Text.ElideMiddle
             maximumLineCount: 1
         }
 
-        Text {
+        TextLabel {
             text: tooltip.node.sizeText
-            textFormat: Text.PlainText
             font: Theme.monospaced(Theme.caption)
             color: Theme.textSecondary
         }
@@ -114,10 +112,9 @@ Item {
                 title: tooltip.node.riskTitle
             }
 
-            Text {
+            TextLabel {
                 anchors.verticalCenter: badge.verticalCenter
                 text: tooltip.node.hogTitle
-                textFormat: Text.PlainText
                 font: Theme.rounded(Theme.caption2)
                 color: Theme.muted
             }

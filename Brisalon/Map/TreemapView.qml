@@ -29,15 +29,9 @@ Item {
         onZoomRequested: node => view.zoomRequested(node)
     }
 
-    // Where the keyboard is.
-    Rectangle {
-        anchors.fill: parent
-        anchors.margins: -4
+    FocusRing {
         visible: canvas.focusVisible
-        color: "transparent"
-        radius: 12
-        border.width: 2
-        border.color: Theme.faded(Theme.accent, 0.7)
+        outset: 4
     }
 
     MapTooltip {

@@ -20,11 +20,10 @@ Row {
             { run: "on", color: Theme.text }
         ]
 
-        Text {
+        TextLabel {
             required property var modelData
 
             text: modelData.run
-            textFormat: Text.PlainText
             font: Theme.rounded(wordmark.style, Font.Bold)
             color: modelData.color
             Accessible.ignored: true

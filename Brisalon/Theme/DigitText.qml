@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Brisalon.Theme
 
 // A line of text whose digits are all equally wide, so that numbers line up below
 // one another and do not jitter while they change. The fonts of the interface have
@@ -25,7 +26,7 @@ Item {
     }
 
     // The metrics above round a digit to whole pixels, which looks spaced out.
-    Text {
+    TextLabel {
         id: tenZeros
 
         visible: false
@@ -39,13 +40,12 @@ Item {
         Repeater {
             model: line.text.match(/\d|\D+/g)
 
-            Text {
+            TextLabel {
                 required property string modelData
 
                 width: /\d/.test(modelData) ? tenZeros.implicitWidth / 10 : implicitWidth
                 horizontalAlignment: Text.AlignHCenter
                 text: modelData
-                textFormat: Text.PlainText
                 font: line.font
                 color: line.color
                 Accessible.ignored: true

@@ -17,12 +17,11 @@ Rectangle {
     radius: height / 2
     color: Theme.faded(tint, tint.a * 0.18)
 
-    Text {
+    TextLabel {
         id: label
 
         anchors.centerIn: parent
         text: badge.title
-        textFormat: Text.PlainText
         font: Theme.rounded(10, Font.Bold)
         color: badge.tint
     }

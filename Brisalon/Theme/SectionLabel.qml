@@ -2,11 +2,10 @@ import QtQuick
 import Brisalon.Theme
 
 // A small heading over a group. Given in mixed case, shown in capitals.
-Text {
+TextLabel {
     required property string title
 
     text: title.toUpperCase()
-    textFormat: Text.PlainText
     font: {
         const font = Theme.rounded(10, Font.DemiBold);
         font.letterSpacing = 0.6;
