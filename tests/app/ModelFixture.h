@@ -1,14 +1,13 @@
 #pragma once
 
-#include "FakeFolderPanel.h"
-#include "support/TemporaryTree.h"
-
 #include "Brisalon/App/AppState.h"
-#include "Brisalon/Platform/MemoryBundleInformation.h"
-#include "Brisalon/Platform/MemoryDefaultsStore.h"
-#include "Brisalon/Platform/MemoryFileAccess.h"
-#include "Brisalon/Platform/MemoryWorkspace.h"
-#include "Brisalon/tools/driver/ScanGate.h"
+#include "support/FakeFolderPanel.h"
+#include "support/MemoryBundleInformation.h"
+#include "support/MemoryDefaultsStore.h"
+#include "support/MemoryFileAccess.h"
+#include "support/MemoryWorkspace.h"
+#include "support/ScanGate.h"
+#include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
 

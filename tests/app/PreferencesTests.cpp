@@ -1,10 +1,9 @@
-#include "support/TemporaryTree.h"
-
 #include "Brisalon/Platform/HomeFolder.h"
-#include "Brisalon/Platform/MemoryDefaultsStore.h"
 #include "Brisalon/Platform/SettingsDefaultsStore.h"
 #include "Brisalon/Services/ScanTargetPreference.h"
 #include "Brisalon/Services/UIPreferences.h"
+#include "support/MemoryDefaultsStore.h"
+#include "support/TemporaryTree.h"
 
 #include <QSettings>
 

@@ -3,11 +3,11 @@
 #include "Brisalon/Platform/DesktopBundleInformation.h"
 #include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/HomeFolder.h"
-#include "Brisalon/Platform/MemoryBundleInformation.h"
-#include "Brisalon/Platform/MemoryFileAccess.h"
-#include "Brisalon/Platform/MemoryWorkspace.h"
 
 #include "TrashProbe.h"
+#include "support/MemoryBundleInformation.h"
+#include "support/MemoryFileAccess.h"
+#include "support/MemoryWorkspace.h"
 #include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #include "Brisalon/Services/TrashService.h"
 
-#include "Brisalon/Platform/MemoryWorkspace.h"
 #include "Brisalon/Services/TrashRequest.h"
 
 #include "TrashProbe.h"
+#include "support/MemoryWorkspace.h"
 #include "support/TemporaryTree.h"
 
 #include <QTest>

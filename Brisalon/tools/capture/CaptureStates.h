@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Brisalon/Interface/BrisalonApp.h"
-#include "Brisalon/Platform/MemoryFileAccess.h"
-#include "Brisalon/tools/driver/ScanGate.h"
-#include "Brisalon/tools/driver/WindowDriver.h"
 #include "BrisalonCore/FileURL.h"
+#include "support/MemoryFileAccess.h"
+#include "support/ScanGate.h"
+#include "support/WindowDriver.h"
 
 #include <span>
 #include <string>

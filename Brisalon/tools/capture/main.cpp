@@ -5,9 +5,9 @@
 
 #include "Brisalon/Platform/DesktopBundleInformation.h"
 #include "Brisalon/Platform/HomeFolder.h"
-#include "Brisalon/Platform/MemoryDefaultsStore.h"
-#include "Brisalon/Platform/MemoryFileAccess.h"
-#include "Brisalon/Platform/MemoryWorkspace.h"
+#include "support/MemoryDefaultsStore.h"
+#include "support/MemoryFileAccess.h"
+#include "support/MemoryWorkspace.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -1,4 +1,4 @@
-#include "Brisalon/tools/driver/ScanGate.h"
+#include "support/ScanGate.h"
 
 #include "Brisalon/App/AppState.h"
 

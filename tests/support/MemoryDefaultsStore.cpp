@@ -1,4 +1,4 @@
-#include "Brisalon/Platform/MemoryDefaultsStore.h"
+#include "support/MemoryDefaultsStore.h"
 
 namespace brisalon {
 

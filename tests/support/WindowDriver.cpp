@@ -1,4 +1,4 @@
-#include "Brisalon/tools/driver/WindowDriver.h"
+#include "support/WindowDriver.h"
 
 #include "Brisalon/App/CoreValues.h"
 #include "BrisalonCore/TreemapLayout.h"

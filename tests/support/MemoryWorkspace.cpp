@@ -1,4 +1,4 @@
-#include "Brisalon/Platform/MemoryWorkspace.h"
+#include "support/MemoryWorkspace.h"
 
 #include <QMetaObject>
 
