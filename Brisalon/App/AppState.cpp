@@ -216,7 +216,7 @@ void AppState::showTree(ScanTask::Finished finished)
     setStatus("Mapped " + node.sizeText() + " in " + node.name());
     refreshPermission();
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
-    listSnapshots();
+    listSnapshotsAnew();
 }
 
 void AppState::showFailure(const ScanTask::Outcome& outcome)
@@ -256,7 +256,7 @@ void AppState::appear()
 {
     refreshPermission();
     refreshVolume();
-    listSnapshots();
+    listSnapshotsAnew();
 }
 
 } // namespace brisalon

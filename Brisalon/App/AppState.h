@@ -186,7 +186,8 @@ public:
     Q_INVOKABLE void dismissTrash();
 
     /// Lists the local snapshots. Like their deletion it holds up the main thread
-    /// while the tool runs, which the service bounds.
+    /// while the tool runs, which the service bounds. A tool that did not answer is
+    /// asked again by this operation alone, not after scans and deletions.
     Q_INVOKABLE void listSnapshots();
     /// Deletes the snapshot that was asked for; the outcome is in statusMessage.
     Q_INVOKABLE void confirmPendingSnapshot();
@@ -248,6 +249,7 @@ private:
     void showFailure(const ScanTask::Outcome& outcome);
     bool isScanned(const FileURL& root) const;
     void rebuildBreadcrumbs(const FileNodeValue& target);
+    void listSnapshotsAnew();
     void setStatus(const QString& message);
     void setConfirmTrash(std::optional<TrashRequest> request);
     void endTrash(const CleanReport& report);
@@ -269,6 +271,7 @@ private:
     bool hasFullDiskAccess_;
     QList<LocalSnapshotValue> snapshots_;
     QString snapshotError_;
+    bool doSnapshotsAnswer_ = true;
     std::optional<TrashRequest> confirmTrash_;
     LocalSnapshotValue confirmSnapshot_;
     std::optional<CleanReport> lastClean_;

@@ -10,8 +10,16 @@ void AppState::listSnapshots()
     for (const LocalSnapshot& snapshot : result.snapshots)
         snapshots.append(LocalSnapshotValue(snapshot));
     assign(snapshots_, std::move(snapshots), &AppState::snapshotsChanged);
+    doSnapshotsAnswer_ = result.hasAnswered;
     assign(snapshotError_, displayText(result.errorText.value_or("")),
            &AppState::snapshotErrorChanged);
+}
+
+/// After something else, for which the user should not wait again and again.
+void AppState::listSnapshotsAnew()
+{
+    if (doSnapshotsAnswer_)
+        listSnapshots();
 }
 
 void AppState::setConfirmSnapshot(const LocalSnapshotValue& snapshot)
@@ -29,7 +37,7 @@ void AppState::confirmPendingSnapshot()
     if (failure)
         return setStatus(displayText(*failure));
     setStatus(displayText("Deleted local snapshot " + token + "."));
-    listSnapshots();
+    listSnapshotsAnew();
 }
 
 } // namespace brisalon

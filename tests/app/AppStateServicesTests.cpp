@@ -3,6 +3,7 @@
 #include "ModelFixture.h"
 
 #include "BrisalonCore/FileNodeBuilder.h"
+#include "support/Script.h"
 
 #include <QDateTime>
 
@@ -65,6 +66,29 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     state->setConfirmSnapshot(LocalSnapshot{token, ""});
     state->confirmPendingSnapshot();
     EXPECT_EQ(state->statusMessage(), "Could not delete snapshot 2024-01-15-123456.");
+}
+
+TEST_F(ServicesTest, AToolThatDidNotAnswerIsAskedAgainOnlyOnRequest)
+{
+    installTool("exit 0\n");
+    list("x.2024-01-15-123456.local\n");
+    state->appear();
+    ASSERT_EQ(state->snapshots().size(), 1);
+
+    script(tools, "tmutil", "echo asked >> '" + tools.at("log") + "'; kill -STOP $$");
+    scan(tree.url());
+    EXPECT_TRUE(state->snapshots().isEmpty());
+    EXPECT_TRUE(state->snapshotError().endsWith(" did not answer in time."));
+    scan(tree.url());
+    state->appear();
+    EXPECT_EQ(contents(tools.at("log")), "asked\n");
+
+    installTool("exit 0\n");
+    state->listSnapshots();
+    EXPECT_EQ(state->snapshots().size(), 1);
+    list("");
+    scan(tree.url());
+    EXPECT_TRUE(state->snapshots().isEmpty());
 }
 
 TEST_F(ServicesTest, AppearingAsksForThePermissionThenTheVolumeThenTheSnapshots)

@@ -30,10 +30,12 @@ using tests::TemporaryTree;
 
 namespace {
 
+const Deadline later = std::chrono::steady_clock::now() + 1h;
+
 template <typename Manager>
 ManagedSnapshots managed(const std::string& tool, const std::string& mountPoint)
 {
-    return ManagedSnapshots(std::make_shared<Manager>(tool, mountPoint, 30s));
+    return ManagedSnapshots(std::make_shared<Manager>(tool, mountPoint));
 }
 
 using Tokens = std::vector<std::string>;
@@ -69,14 +71,15 @@ TEST_F(SnapperSnapshotsTest, ListsAndDeletesThoseOfTheMountPoint)
 {
     const std::string list = "number,date\n0,\n1,2024-01-15 12:34:56\n23,2024-01-16 00:00:00\n";
     write("list", list);
-    ASSERT_TRUE(snapper_.isAvailable());
-    EXPECT_EQ(snapper_.list(),
+    ASSERT_TRUE(snapper_.isAvailable(later));
+    EXPECT_EQ(snapper_.list(later),
               (SnapshotListResult{{{"2024-01-15-123456", "1,2024-01-15 12:34:56"},
                                    {"2024-01-16-000000", "23,2024-01-16 00:00:00"}},
                                   list,
                                   std::nullopt}));
-    EXPECT_EQ(snapper_.remove("2024-01-16-000000"), std::nullopt);
-    EXPECT_EQ(snapper_.remove("2024-01-17-000000"), "Could not delete snapshot 2024-01-17-000000.");
+    EXPECT_EQ(snapper_.remove("2024-01-16-000000", later), std::nullopt);
+    EXPECT_EQ(snapper_.remove("2024-01-17-000000", later),
+              "Could not delete snapshot 2024-01-17-000000.");
     EXPECT_EQ(contents(at("deleted")), "-c root delete 23\n");
 }
 
@@ -85,53 +88,80 @@ TEST_F(SnapperSnapshotsTest, LinesOfAnotherFormAreNoSnapshots)
     write("list", "1;2024-01-15 12:34:56\n2\n3,\n,2024-01-15 12:34:56\n4,Mon 15 Jan 2024 12:34:56\n"
                   "5,2024-01-15 12:34:561\n6,2024-01-15T12:34:56\n-7,2024-01-15 12:34:56\n"
                   "99999999999999999999999,2024-01-15 12:34:56\n8,2024-01-15 12:34:56");
-    EXPECT_EQ(tokens(snapper_.list()), Tokens{"2024-01-15-123456"});
-    EXPECT_EQ(snapper_.remove("2024-01-15-123456"), std::nullopt);
+    EXPECT_EQ(tokens(snapper_.list(later)), Tokens{"2024-01-15-123456"});
+    EXPECT_EQ(snapper_.remove("2024-01-15-123456", later), std::nullopt);
     EXPECT_EQ(contents(at("deleted")), "-c root delete 8\n");
 }
 
 TEST_F(SnapperSnapshotsTest, AvailableOnlyWhereItIsSetUpForTheMountPoint)
 {
-    EXPECT_FALSE(managed<host::SnapperSnapshots>(tool_, "/hom").isAvailable());
-    EXPECT_FALSE(managed<host::SnapperSnapshots>(at("missing"), "/").isAvailable());
+    EXPECT_FALSE(managed<host::SnapperSnapshots>(tool_, "/hom").isAvailable(later));
+    EXPECT_FALSE(managed<host::SnapperSnapshots>(at("missing"), "/").isAvailable(later));
     write("configs", "subvolume,config\n");
-    EXPECT_FALSE(snapper_.isAvailable());
+    EXPECT_FALSE(snapper_.isAvailable(later));
+}
+
+TEST_F(SnapperSnapshotsTest, TheWholeListingIsBoundedAndNobodyElseIsAsked)
+{
+    const std::string slow =
+        tests::script(tree_, "slow", "sleep 0.3; exec \"${0%/*}/snapper\" \"$@\"");
+    write("list", "7,2024-01-15 12:34:56\n");
+    const auto refused = [](const std::string& tool) {
+        return SnapshotListResult{{}, "", tool + " did not answer in time.", false};
+    };
+    for (const auto& [tool, limit] : {std::pair(slow, 400ms), {slow, 100ms}}) {
+        const auto begin = std::chrono::steady_clock::now();
+        const SnapshotService service(at("missing"),
+                                      {std::make_shared<ManagedSnapshots>(
+                                           std::make_shared<host::SnapperSnapshots>(tool, "/")),
+                                       std::make_shared<ManagedSnapshots>(
+                                           std::make_shared<host::SnapperSnapshots>(tool_, "/"))},
+                                      {limit, 30s});
+        EXPECT_EQ(service.listLocalSnapshots(), refused(tool));
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, limit + 1s);
+        EXPECT_EQ(service.deleteLocalSnapshot("2024-01-15-123456"), std::nullopt);
+    }
+    EXPECT_FALSE(managed<host::SnapperSnapshots>(at("missing"), "/").isAvailable(later));
 }
 
 TEST_F(SnapperSnapshotsTest, ItsComplaintsReachTheUser)
 {
     const auto home = managed<host::SnapperSnapshots>(tool_, "/home");
-    EXPECT_EQ(home.list(), (SnapshotListResult{{},
-                                               "",
-                                               "Unknown command: -c home --csvout --iso list "
-                                               "--disable-used-space --columns number,date\n"}));
-    EXPECT_EQ(home.remove("2024-01-15-123456"), home.list().errorText);
+    EXPECT_EQ(home.list(later),
+              (SnapshotListResult{{},
+                                  "",
+                                  "Unknown command: -c home --csvout --iso list "
+                                  "--disable-used-space --columns number,date\n"}));
+    EXPECT_EQ(home.remove("2024-01-15-123456", later), home.list(later).errorText);
 }
 
 TEST_F(SnapperSnapshotsTest, SnapshotsOfOneSecondKeepTheirOwnTokens)
 {
     const std::string time = ",2024-01-15 12:34:56\n";
     write("list", "7" + time + "8" + time + "9,2024-01-15 12:34:57\n" + "48" + time);
-    EXPECT_EQ(tokens(snapper_.list()), (Tokens{"2024-01-15-123467", "2024-01-15-123468",
-                                               "2024-01-15-123457", "2024-01-15-123469"}));
-    EXPECT_EQ(snapper_.remove("2024-01-15-123468"), std::nullopt);
-    EXPECT_EQ(snapper_.remove("2024-01-15-123456"), "Could not delete snapshot 2024-01-15-123456.");
+    EXPECT_EQ(tokens(snapper_.list(later)), (Tokens{"2024-01-15-123467", "2024-01-15-123468",
+                                                    "2024-01-15-123457", "2024-01-15-123469"}));
+    EXPECT_EQ(snapper_.remove("2024-01-15-123468", later), std::nullopt);
+    EXPECT_EQ(snapper_.remove("2024-01-15-123456", later),
+              "Could not delete snapshot 2024-01-15-123456.");
 
     // Somebody else deletes one after it was shown: none of the others takes its place.
     write("list", "7" + time + "9,2024-01-15 12:34:57\n");
-    EXPECT_EQ(snapper_.remove("2024-01-15-123468"), "Could not delete snapshot 2024-01-15-123468.");
-    EXPECT_EQ(snapper_.remove("2024-01-15-123467"), "Could not delete snapshot 2024-01-15-123467.");
-    EXPECT_EQ(tokens(snapper_.list()), (Tokens{"2024-01-15-123456", "2024-01-15-123457"}));
+    EXPECT_EQ(snapper_.remove("2024-01-15-123468", later),
+              "Could not delete snapshot 2024-01-15-123468.");
+    EXPECT_EQ(snapper_.remove("2024-01-15-123467", later),
+              "Could not delete snapshot 2024-01-15-123467.");
+    EXPECT_EQ(tokens(snapper_.list(later)), (Tokens{"2024-01-15-123456", "2024-01-15-123457"}));
     EXPECT_EQ(contents(at("deleted")), "-c root delete 8\n");
 
     std::string many;
     for (int i = 1; i <= 50; ++i)
         many += std::to_string(i) + time;
     write("list", many);
-    const Tokens all = tokens(snapper_.list());
+    const Tokens all = tokens(snapper_.list(later));
     EXPECT_EQ(all.size(), 40U);
     EXPECT_EQ(std::set(all.begin(), all.end()).size(), 40U);
-    EXPECT_NE(snapper_.remove(""), std::nullopt);
+    EXPECT_NE(snapper_.remove("", later), std::nullopt);
     EXPECT_EQ(contents(at("deleted")), "-c root delete 8\n");
 }
 
@@ -204,9 +234,8 @@ protected:
     const std::string mount_ = tree_.at("mount");
     const SnapshotService service_{
         tree_.at("missing"),
-        30s,
         {std::make_shared<ManagedSnapshots>(
-            std::make_shared<host::BtrfsSnapshots>("/usr/bin/btrfs", mount_, 30s))}};
+            std::make_shared<host::BtrfsSnapshots>("/usr/bin/btrfs", mount_))}};
 };
 
 TEST_F(BtrfsSnapshotsTest, ListDeleteOneListAgain)
@@ -311,8 +340,8 @@ TEST_F(BtrfsSnapshotsTest, TheToolsRefusalReachesTheUser)
 
 TEST(BtrfsSnapshots, AvailableOnlyOnSuchAFileSystemWithItsTool)
 {
-    EXPECT_FALSE(managed<host::BtrfsSnapshots>("/bin/sh", "/proc").isAvailable());
-    const SnapshotListResult result = managed<host::BtrfsSnapshots>("/bin/sh", "/proc").list();
+    EXPECT_FALSE(managed<host::BtrfsSnapshots>("/bin/sh", "/proc").isAvailable(later));
+    const SnapshotListResult result = managed<host::BtrfsSnapshots>("/bin/sh", "/proc").list(later);
     EXPECT_EQ(result.errorText,
               "Could not list the snapshots of /proc: Inappropriate ioctl for device.");
 }

@@ -27,9 +27,10 @@ const std::string otherToken = "2023-12-31-000000";
 class SnapshotServiceTest : public testing::Test {
 protected:
     /// A service whose tool is that shell script.
-    SnapshotService running(std::string_view body, std::chrono::milliseconds timeLimit = 30s)
+    SnapshotService running(std::string_view body, std::chrono::milliseconds listing = 30s,
+                            std::chrono::milliseconds deletion = 30s)
     {
-        return SnapshotService(tests::script(tree_, "tool", body), timeLimit);
+        return {tests::script(tree_, "tool", body), {}, {listing, deletion}};
     }
     std::string at(std::string_view name) const { return tree_.at(name); }
 
@@ -166,7 +167,7 @@ bool dies(const std::string& process)
 
 TEST_F(SnapshotServiceTest, AHangingToolIsStoppedWithAllThatItStarted)
 {
-    const std::string stopped = at("tool") + " did not finish in time and was stopped.";
+    const std::string stopped = at("tool") + " did not answer in time.";
     const std::string note = "echo $$ > " + at("pid") + "; ";
     const auto begin = std::chrono::steady_clock::now();
     for (const char* body : {
@@ -175,8 +176,9 @@ TEST_F(SnapshotServiceTest, AHangingToolIsStoppedWithAllThatItStarted)
              "kill -STOP $$",
              "while :; do :; done",
          }) {
-        const auto service = running(note + body, 100ms);
-        EXPECT_EQ(service.listLocalSnapshots(), (SnapshotListResult{{}, "", stopped})) << body;
+        const auto service = running(note + body, 100ms, 100ms);
+        EXPECT_EQ(service.listLocalSnapshots(), (SnapshotListResult{{}, "", stopped, false}))
+            << body;
         EXPECT_FALSE(isAlive(contents(at("pid")).substr(0, contents(at("pid")).find('\n'))));
         EXPECT_EQ(service.deleteLocalSnapshot(token), stopped) << body;
     }
@@ -213,11 +215,16 @@ TEST_F(SnapshotServiceTest, EndlessOutputIsCutOff)
 {
     auto result = running("exec cat /dev/zero", 300ms).listLocalSnapshots();
     EXPECT_LE(result.rawOutput.size(), std::size_t{16} << 20U);
-    EXPECT_EQ(result.errorText, at("tool") + " did not finish in time and was stopped.");
+    EXPECT_EQ(result.errorText, at("tool") + " did not answer in time.");
 
     result = running("head -c 20000000 /dev/zero; echo end >&2").listLocalSnapshots();
     EXPECT_EQ(result.rawOutput.size(), std::size_t{16} << 20U);
     EXPECT_EQ(result.errorText, "end\n");
+
+    // Even where the cut is in the middle of a character.
+    result = running("printf " + token + "; yes \u00E9 | tr -d '\\n' | head -c 20000000")
+                 .listLocalSnapshots();
+    EXPECT_EQ(tokens(result), Tokens{token});
 }
 
 int openDescriptors()
@@ -313,9 +320,13 @@ public:
         : isThere_(isThere), token_(std::move(dateToken))
     {
     }
-    bool isAvailable() const override { return isThere_; }
-    SnapshotListResult list() const override { return {{{token_, "line"}}, "raw", "grumble"}; }
-    std::optional<std::string> remove(std::string_view dateToken) const override
+    bool isAvailable(Deadline /*deadline*/) const override { return isThere_; }
+    SnapshotListResult list(Deadline /*deadline*/) const override
+    {
+        return {{{token_, "line"}}, "raw", "grumble"};
+    }
+    std::optional<std::string> remove(std::string_view dateToken,
+                                      Deadline /*deadline*/) const override
     {
         return "removing " + std::string(dateToken);
     }
@@ -330,16 +341,16 @@ TEST_F(SnapshotServiceTest, AProviderStandsInForAnAbsentToolOnly)
     const auto absent = std::make_shared<FixedProvider>(false);
     const auto first = std::make_shared<FixedProvider>(true, token);
     const auto second = std::make_shared<FixedProvider>(true, otherToken);
-    const SnapshotService without(at("missing"), 30s, {absent});
+    const SnapshotService without(at("missing"), {absent});
     EXPECT_EQ(without.listLocalSnapshots().errorText,
               "Could not start " + at("missing") + ": No such file or directory.");
 
-    const SnapshotService with(at("missing"), 30s, {absent, first, second});
+    const SnapshotService with(at("missing"), {absent, first, second});
     EXPECT_EQ(with.listLocalSnapshots(), (SnapshotListResult{{{token, "line"}}, "raw", "grumble"}));
     EXPECT_EQ(with.deleteLocalSnapshot(token), "removing " + std::string(token));
 
     tree_.file("plain");
-    const SnapshotService broken(at("plain"), 30s, {first});
+    const SnapshotService broken(at("plain"), {first});
     EXPECT_EQ(broken.listLocalSnapshots().errorText,
               "Could not start " + at("plain") + ": Permission denied.");
     EXPECT_EQ(broken.deleteLocalSnapshot(token),

@@ -17,6 +17,9 @@ struct SnapshotListResult {
     /// What the tool complained of, or why it could not be started. There may be
     /// snapshots all the same.
     std::optional<std::string> errorText;
+    /// False when time ran out before all was said; errorText says so. To ask again
+    /// would take as long.
+    bool hasAnswered = true;
 
     friend bool operator==(const SnapshotListResult&, const SnapshotListResult&) = default;
 };

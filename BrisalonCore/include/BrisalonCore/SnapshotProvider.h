@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BrisalonCore/Deadline.h"
 #include "BrisalonCore/SnapshotListResult.h"
 
 #include <optional>
@@ -11,7 +12,8 @@ namespace brisalon {
 /// What may answer for local snapshots on a machine without the system's tool.
 ///
 /// Both operations ask anew, and a date token names the same snapshot as in the
-/// listing that showed it, or none. Immutable; any thread.
+/// listing that showed it, or none. What is not done at the deadline is given up soon
+/// after. Immutable; any thread.
 class SnapshotProvider {
 public:
     SnapshotProvider() = default;
@@ -20,13 +22,14 @@ public:
     virtual ~SnapshotProvider() = default;
 
     /// Whether it can answer on this machine.
-    virtual bool isAvailable() const = 0;
+    virtual bool isAvailable(Deadline deadline) const = 0;
 
     /// As SnapshotService::listLocalSnapshots.
-    virtual SnapshotListResult list() const = 0;
+    virtual SnapshotListResult list(Deadline deadline) const = 0;
 
     /// As SnapshotService::deleteLocalSnapshot.
-    virtual std::optional<std::string> remove(std::string_view dateToken) const = 0;
+    virtual std::optional<std::string> remove(std::string_view dateToken,
+                                              Deadline deadline) const = 0;
 };
 
 } // namespace brisalon

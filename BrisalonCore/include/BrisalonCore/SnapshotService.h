@@ -16,10 +16,10 @@ namespace brisalon {
 /// running the system's tool for them or, where that is absent, by asking what else
 /// the machine manages snapshots with.
 ///
-/// Every call blocks until the tool has ended, but for no longer than the time
-/// limit: a tool that takes longer is killed with all that it started, and a text
-/// says so. What answers in the tool's place may run a few commands, each with that
-/// limit.
+/// Every call blocks until the tool has ended, but for no longer than its time limit
+/// and the moment that a killed tool takes to be gone, whatever number of commands it
+/// runs: a tool that takes longer is killed with all that it started, and a text says
+/// that it did not answer.
 ///
 /// A value without state between calls; any thread, several at once.
 class SnapshotService {
@@ -27,7 +27,13 @@ public:
     using Providers = std::vector<std::shared_ptr<const SnapshotProvider>>;
 
     static constexpr std::string_view systemTool = "/usr/bin/tmutil";
-    static constexpr std::chrono::milliseconds usualTimeLimit = std::chrono::seconds(30);
+
+    struct TimeLimits {
+        /// Together with the moment above, three seconds: the window waits for it.
+        std::chrono::milliseconds listing{2800};
+        /// Long, since a deletion that is cut short may be half done.
+        std::chrono::milliseconds deletion = std::chrono::seconds(30);
+    };
 
     /// This machine's: the system's tool, else the first provider that is there.
     SnapshotService();
@@ -35,8 +41,8 @@ public:
     /// Runs the executable at the path `tool`, and nothing of this machine's in its
     /// place: where no file has that path, the first available of `substitutes`
     /// answers; without one, the failure to start is the answer.
-    explicit SnapshotService(std::string tool, std::chrono::milliseconds timeLimit = usualTimeLimit,
-                             Providers substitutes = {});
+    explicit SnapshotService(std::string tool, Providers substitutes = {});
+    SnapshotService(std::string tool, Providers substitutes, TimeLimits timeLimits);
 
     /// A tool that fails but prints snapshots still yields them.
     SnapshotListResult listLocalSnapshots() const;
@@ -46,11 +52,11 @@ public:
     std::optional<std::string> deleteLocalSnapshot(std::string_view dateToken) const;
 
 private:
-    const SnapshotProvider* substitute() const;
+    const SnapshotProvider* substitute(Deadline deadline) const;
 
     std::string tool_;
-    std::chrono::milliseconds timeLimit_;
     Providers substitutes_;
+    TimeLimits timeLimits_;
 };
 
 } // namespace brisalon

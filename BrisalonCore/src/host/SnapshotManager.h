@@ -2,7 +2,6 @@
 
 #include "host/Process.h"
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -13,7 +12,7 @@ namespace brisalon::host {
 /// A manager of snapshots that may be found on a machine without the system tool,
 /// such as a program for them or the file system itself. It knows them by numbers.
 ///
-/// Immutable; any thread.
+/// What is not done at the deadline is given up. Immutable; any thread.
 class SnapshotManager {
 public:
     SnapshotManager() = default;
@@ -22,7 +21,7 @@ public:
     virtual ~SnapshotManager() = default;
 
     /// Whether this manager is installed and looks after the startup volume.
-    virtual bool isAvailable() const = 0;
+    virtual bool isAvailable(Deadline deadline) const = 0;
 
     struct Snapshot {
         std::uint64_t number = 0;
@@ -31,18 +30,17 @@ public:
     };
     struct Listing {
         std::vector<Snapshot> snapshots;
-        std::string rawOutput; ///< all that the manager says
-        std::string complaint; ///< empty when all went well
+        std::string rawOutput;   ///< all that the manager says
+        std::string complaint;   ///< empty when all went well
+        bool hasAnswered = true; ///< false when the deadline cut it short
     };
-    virtual Listing list() const = 0;
+    virtual Listing list(Deadline deadline) const = 0;
 
     /// Deletes the snapshot of that number.
-    virtual ProcessResult erase(std::uint64_t number) const = 0;
+    virtual ProcessResult erase(std::uint64_t number, Deadline deadline) const = 0;
 };
 
-/// This machine's managers, the preferred one first; each command that they run may
-/// take that long.
-std::vector<std::shared_ptr<const SnapshotManager>>
-snapshotManagers(std::chrono::milliseconds timeLimit);
+/// This machine's managers, the preferred one first.
+std::vector<std::shared_ptr<const SnapshotManager>> snapshotManagers();
 
 } // namespace brisalon::host

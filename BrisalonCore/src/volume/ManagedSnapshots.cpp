@@ -78,14 +78,14 @@ ManagedSnapshots::ManagedSnapshots(std::shared_ptr<const host::SnapshotManager> 
 {
 }
 
-bool ManagedSnapshots::isAvailable() const
+bool ManagedSnapshots::isAvailable(Deadline deadline) const
 {
-    return manager_->isAvailable();
+    return manager_->isAvailable(deadline);
 }
 
-SnapshotListResult ManagedSnapshots::list() const
+SnapshotListResult ManagedSnapshots::list(Deadline deadline) const
 {
-    auto found = manager_->list();
+    auto found = manager_->list(deadline);
     std::vector<Token> tokens = uniqueTokens(found.snapshots);
     SnapshotListResult result;
     for (std::size_t i = 0; i < tokens.size(); ++i)
@@ -95,16 +95,18 @@ SnapshotListResult ManagedSnapshots::list() const
     result.rawOutput = std::move(found.rawOutput);
     if (!found.complaint.empty())
         result.errorText = std::move(found.complaint);
+    result.hasAnswered = found.hasAnswered;
     return result;
 }
 
-std::optional<std::string> ManagedSnapshots::remove(std::string_view dateToken) const
+std::optional<std::string> ManagedSnapshots::remove(std::string_view dateToken,
+                                                    Deadline deadline) const
 {
-    const auto found = manager_->list();
+    const auto found = manager_->list(deadline);
     const std::vector<Token> tokens = uniqueTokens(found.snapshots);
     const auto token = std::ranges::find(tokens, dateToken, &Token::text);
     if (token != tokens.end() && !dateToken.empty())
-        return deletionFailure(manager_->erase(token->number), dateToken);
+        return deletionFailure(manager_->erase(token->number, deadline), dateToken);
     return found.complaint.empty() ? couldNotDelete(dateToken) : found.complaint;
 }
 

@@ -16,9 +16,9 @@ class ManagedSnapshots final : public SnapshotProvider {
 public:
     explicit ManagedSnapshots(std::shared_ptr<const host::SnapshotManager> manager);
 
-    bool isAvailable() const override;
-    SnapshotListResult list() const override;
-    std::optional<std::string> remove(std::string_view dateToken) const override;
+    bool isAvailable(Deadline deadline) const override;
+    SnapshotListResult list(Deadline deadline) const override;
+    std::optional<std::string> remove(std::string_view dateToken, Deadline deadline) const override;
 
 private:
     std::shared_ptr<const host::SnapshotManager> manager_;

@@ -17,47 +17,53 @@ namespace {
 SnapshotService::Providers machinesProviders()
 {
     SnapshotService::Providers providers;
-    for (auto& manager : host::snapshotManagers(SnapshotService::usualTimeLimit))
+    for (auto& manager : host::snapshotManagers())
         providers.push_back(std::make_shared<detail::ManagedSnapshots>(std::move(manager)));
     return providers;
 }
 
 } // namespace
 
-SnapshotService::SnapshotService()
-    : SnapshotService(std::string(systemTool), usualTimeLimit, machinesProviders())
+SnapshotService::SnapshotService() : SnapshotService(std::string(systemTool), machinesProviders())
 {
 }
 
-SnapshotService::SnapshotService(std::string tool, std::chrono::milliseconds timeLimit,
-                                 Providers substitutes)
-    : tool_(std::move(tool)), timeLimit_(timeLimit), substitutes_(std::move(substitutes))
+SnapshotService::SnapshotService(std::string tool, Providers substitutes)
+    : SnapshotService(std::move(tool), std::move(substitutes), TimeLimits())
+{
+}
+
+SnapshotService::SnapshotService(std::string tool, Providers substitutes, TimeLimits timeLimits)
+    : tool_(std::move(tool)), substitutes_(std::move(substitutes)), timeLimits_(timeLimits)
 {
 }
 
 SnapshotListResult SnapshotService::listLocalSnapshots() const
 {
-    if (const SnapshotProvider* provider = substitute())
-        return provider->list();
+    const Deadline deadline = std::chrono::steady_clock::now() + timeLimits_.listing;
+    if (const SnapshotProvider* provider = substitute(deadline))
+        return provider->list(deadline);
     const host::ProcessResult result =
-        host::runProcess(tool_, {"listlocalsnapshots", "/"}, timeLimit_);
+        host::runProcess(tool_, {"listlocalsnapshots", "/"}, deadline);
     if (result.error && result.standardOutput.empty())
         return {{}, result.standardOutput, result.error};
     return {SnapshotParser::parse(result.standardOutput), result.standardOutput,
-            result.standardError.empty() ? std::nullopt : std::optional(result.standardError)};
+            result.standardError.empty() ? std::nullopt : std::optional(result.standardError),
+            result.hasAnswered};
 }
 
 std::optional<std::string> SnapshotService::deleteLocalSnapshot(std::string_view dateToken) const
 {
-    if (const SnapshotProvider* provider = substitute())
-        return provider->remove(dateToken);
+    const Deadline deadline = std::chrono::steady_clock::now() + timeLimits_.deletion;
+    if (const SnapshotProvider* provider = substitute(deadline))
+        return provider->remove(dateToken, deadline);
     return detail::deletionFailure(
-        host::runProcess(tool_, {"deletelocalsnapshots", std::string(dateToken)}, timeLimit_),
+        host::runProcess(tool_, {"deletelocalsnapshots", std::string(dateToken)}, deadline),
         dateToken);
 }
 
 /// What answers in the tool's place; null when the tool has to.
-const SnapshotProvider* SnapshotService::substitute() const
+const SnapshotProvider* SnapshotService::substitute(Deadline deadline) const
 {
     std::error_code error;
     const bool isAbsent =
@@ -65,7 +71,7 @@ const SnapshotProvider* SnapshotService::substitute() const
     if (!isAbsent)
         return nullptr;
     const auto found = std::ranges::find_if(
-        substitutes_, [](const auto& provider) { return provider->isAvailable(); });
+        substitutes_, [deadline](const auto& provider) { return provider->isAvailable(deadline); });
     return found == substitutes_.end() ? nullptr : found->get();
 }
 

@@ -177,13 +177,12 @@ std::string shown(std::string_view path)
 
 } // namespace
 
-BtrfsSnapshots::BtrfsSnapshots(std::string tool, std::string mountPoint,
-                               std::chrono::milliseconds timeLimit)
-    : tool_(std::move(tool)), mountPoint_(std::move(mountPoint)), timeLimit_(timeLimit)
+BtrfsSnapshots::BtrfsSnapshots(std::string tool, std::string mountPoint)
+    : tool_(std::move(tool)), mountPoint_(std::move(mountPoint))
 {
 }
 
-bool BtrfsSnapshots::isAvailable() const
+bool BtrfsSnapshots::isAvailable(Deadline /*deadline*/) const
 {
     struct statfs status;
     std::error_code error;
@@ -191,7 +190,7 @@ bool BtrfsSnapshots::isAvailable() const
            std::filesystem::exists(tool_, error);
 }
 
-SnapshotManager::Listing BtrfsSnapshots::list() const
+SnapshotManager::Listing BtrfsSnapshots::list(Deadline deadline) const
 {
     Listing found;
     const OpenFolder folder = OpenFolder::at(mountPoint_);
@@ -203,6 +202,11 @@ SnapshotManager::Listing BtrfsSnapshots::list() const
     }
     const std::set<std::uint64_t> mounted = mountedSubvolumes(mountPoint_);
     for (const auto& [number, subvolume] : subvolumes) {
+        if (std::chrono::steady_clock::now() >= deadline) {
+            found.complaint = mountPoint_ + " did not answer in time.";
+            found.hasAnswered = false;
+            break;
+        }
         if (!subvolume.isSnapshot || mounted.contains(number))
             continue;
         const auto path = pathOf(number, subvolumes, folder.descriptor().get());
@@ -217,13 +221,13 @@ SnapshotManager::Listing BtrfsSnapshots::list() const
     return found;
 }
 
-ProcessResult BtrfsSnapshots::erase(std::uint64_t number) const
+ProcessResult BtrfsSnapshots::erase(std::uint64_t number, Deadline deadline) const
 {
     // By number: a path may be out of reach of the mount point, or name another one
     // by now.
     return runProcess(tool_,
                       {"subvolume", "delete", "--subvolid", std::to_string(number), mountPoint_},
-                      timeLimit_);
+                      deadline);
 }
 
 } // namespace brisalon::host

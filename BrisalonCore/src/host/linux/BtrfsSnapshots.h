@@ -14,17 +14,16 @@ namespace brisalon::host {
 /// what containers and machines stand on.
 class BtrfsSnapshots : public SnapshotManager {
 public:
-    BtrfsSnapshots(std::string tool, std::string mountPoint, std::chrono::milliseconds timeLimit);
+    BtrfsSnapshots(std::string tool, std::string mountPoint);
 
     /// Whether that is a btrfs file system and the tool is there.
-    bool isAvailable() const override;
-    Listing list() const override;
-    ProcessResult erase(std::uint64_t number) const override;
+    bool isAvailable(Deadline deadline) const override;
+    Listing list(Deadline deadline) const override;
+    ProcessResult erase(std::uint64_t number, Deadline deadline) const override;
 
 private:
     std::string tool_;
     std::string mountPoint_;
-    std::chrono::milliseconds timeLimit_;
 };
 
 } // namespace brisalon::host

@@ -28,15 +28,12 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t keptBytes = std::size_t{16} << 20U;
 
-/// How long a killed tool may take to be gone. One that hangs in the kernel, on a
-/// disk that no longer answers, takes longer.
-constexpr std::chrono::seconds dyingTime{1};
-
 /// One of the tool's output streams.
 struct Stream {
     Descriptor ours;
     Descriptor theirs;
     std::string bytes;
+    bool isCut = false;
 
     /// An error number, or 0.
     int open()
@@ -66,11 +63,19 @@ struct Stream {
             ours.close();
             return;
         }
-        bytes.append(buffer.data(),
-                     std::min(static_cast<std::size_t>(count), keptBytes - bytes.size()));
+        const std::size_t kept =
+            std::min(static_cast<std::size_t>(count), keptBytes - bytes.size());
+        bytes.append(buffer.data(), kept);
+        isCut = isCut || kept < static_cast<std::size_t>(count);
     }
 
-    std::string text() { return detail::isUtf8(bytes) ? std::move(bytes) : std::string(); }
+    std::string text()
+    {
+        // The cut may have left up to three bytes of a character.
+        for (int dropped = 0; isCut && dropped < 3 && !detail::isUtf8(bytes); ++dropped)
+            bytes.pop_back();
+        return detail::isUtf8(bytes) ? std::move(bytes) : std::string();
+    }
 };
 
 using Streams = std::array<Stream, 2>;
@@ -145,7 +150,7 @@ int start(const std::string& tool, const std::vector<std::string>& arguments, St
     return error;
 }
 
-int millisecondsUntil(Clock::time_point deadline)
+int millisecondsUntil(Deadline deadline)
 {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     return static_cast<int>(std::clamp<decltype(left)>(left, 0, INT_MAX));
@@ -153,7 +158,7 @@ int millisecondsUntil(Clock::time_point deadline)
 
 /// Reads both streams side by side, so that neither can stall the tool, until both
 /// have ended.
-void drain(Streams& streams, Clock::time_point deadline)
+void drain(Streams& streams, Deadline deadline)
 {
     while (
         std::ranges::any_of(streams, [](const Stream& stream) { return stream.ours.isValid(); })) {
@@ -171,7 +176,7 @@ void drain(Streams& streams, Clock::time_point deadline)
 
 /// Whether the child has exited by then. It is not reaped: its number, and so that of
 /// its group, stays its own.
-bool exitsUntil(pid_t child, Clock::time_point deadline)
+bool exitsUntil(pid_t child, Deadline deadline)
 {
     for (;;) {
         siginfo_t info{};
@@ -201,10 +206,15 @@ std::int32_t reap(pid_t child)
 } // namespace
 
 ProcessResult runProcess(const std::string& tool, const std::vector<std::string>& arguments,
-                         std::chrono::milliseconds timeLimit)
+                         Deadline deadline)
 {
-    const auto deadline = Clock::now() + timeLimit;
+    const std::string noAnswer = tool + " did not answer in time.";
     ProcessResult result;
+    if (Clock::now() >= deadline) {
+        result.standardError = noAnswer;
+        result.hasAnswered = false;
+        return result;
+    }
     Streams streams;
     pid_t child = -1;
     if (const int error = start(tool, arguments, streams, child)) {
@@ -214,22 +224,22 @@ ProcessResult runProcess(const std::string& tool, const std::vector<std::string>
     }
 
     drain(streams, deadline);
-    const bool isInTime = exitsUntil(child, deadline);
+    result.hasAnswered = exitsUntil(child, deadline);
     const bool hasEnded =
         std::ranges::none_of(streams, [](const Stream& stream) { return stream.ours.isValid(); });
-    if (!isInTime || !hasEnded)
+    if (!result.hasAnswered || !hasEnded)
         ::kill(-child, SIGKILL);
-    if (isInTime || exitsUntil(child, Clock::now() + dyingTime))
+    if (result.hasAnswered || exitsUntil(child, Clock::now() + dyingTime))
         result.exitCode = reap(child);
     else
         std::thread(reap, child).detach();
 
     result.standardOutput = streams[0].text();
     result.standardError = streams[1].text();
-    if (!isInTime) {
+    if (!result.hasAnswered) {
         if (!result.standardError.empty() && !result.standardError.ends_with('\n'))
             result.standardError += '\n';
-        result.standardError += tool + " did not finish in time and was stopped.";
+        result.standardError += noAnswer;
     }
     return result;
 }

@@ -31,37 +31,38 @@ std::vector<std::string_view> lines(std::string_view text)
 
 } // namespace
 
-SnapperSnapshots::SnapperSnapshots(std::string tool, std::string mountPoint,
-                                   std::chrono::milliseconds timeLimit)
-    : tool_(std::move(tool)), mountPoint_(std::move(mountPoint)), timeLimit_(timeLimit)
+SnapperSnapshots::SnapperSnapshots(std::string tool, std::string mountPoint)
+    : tool_(std::move(tool)), mountPoint_(std::move(mountPoint))
 {
 }
 
-bool SnapperSnapshots::isAvailable() const
+bool SnapperSnapshots::isAvailable(Deadline deadline) const
 {
-    return configuration().has_value();
+    const Configuration found = configuration(deadline);
+    return found.name || !found.hasAnswered;
 }
 
 /// The name of the configuration for the mount point.
-std::optional<std::string> SnapperSnapshots::configuration() const
+SnapperSnapshots::Configuration SnapperSnapshots::configuration(Deadline deadline) const
 {
-    const ProcessResult result = runProcess(
-        tool_, {"--csvout", "list-configs", "--columns", "subvolume,config"}, timeLimit_);
+    const ProcessResult result =
+        runProcess(tool_, {"--csvout", "list-configs", "--columns", "subvolume,config"}, deadline);
     const std::string prefix = mountPoint_ + ',';
     for (const std::string_view line : lines(result.standardOutput))
         if (line.starts_with(prefix))
-            return std::string(line.substr(prefix.size()));
-    return std::nullopt;
+            return {std::string(line.substr(prefix.size())), result.hasAnswered};
+    return {std::nullopt, result.hasAnswered};
 }
 
-SnapshotManager::Listing SnapperSnapshots::list() const
+SnapshotManager::Listing SnapperSnapshots::list(Deadline deadline) const
 {
     // Only columns that never need quoting; how much space each takes would take long
     // to find out.
-    ProcessResult result = runProcess(tool_,
-                                      {"-c", configuration().value_or(""), "--csvout", "--iso",
-                                       "list", "--disable-used-space", "--columns", "number,date"},
-                                      timeLimit_);
+    ProcessResult result =
+        runProcess(tool_,
+                   {"-c", configuration(deadline).name.value_or(""), "--csvout", "--iso", "list",
+                    "--disable-used-space", "--columns", "number,date"},
+                   deadline);
     Listing found;
     // The headings are no such line, nor is number 0, the running system, which has
     // no date.
@@ -78,14 +79,16 @@ SnapshotManager::Listing SnapperSnapshots::list() const
         found.snapshots.push_back(std::move(snapshot));
     }
     found.rawOutput = std::move(result.standardOutput);
+    found.hasAnswered = result.hasAnswered;
     found.complaint = result.error ? *result.error : std::move(result.standardError);
     return found;
 }
 
-ProcessResult SnapperSnapshots::erase(std::uint64_t number) const
+ProcessResult SnapperSnapshots::erase(std::uint64_t number, Deadline deadline) const
 {
-    return runProcess(tool_, {"-c", configuration().value_or(""), "delete", std::to_string(number)},
-                      timeLimit_);
+    return runProcess(
+        tool_, {"-c", configuration(deadline).name.value_or(""), "delete", std::to_string(number)},
+        deadline);
 }
 
 } // namespace brisalon::host

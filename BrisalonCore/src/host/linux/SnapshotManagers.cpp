@@ -22,13 +22,12 @@ std::string installed(const std::string& tool)
 
 } // namespace
 
-std::vector<std::shared_ptr<const SnapshotManager>>
-snapshotManagers(std::chrono::milliseconds timeLimit)
+std::vector<std::shared_ptr<const SnapshotManager>> snapshotManagers()
 {
     // Where snapper manages the file system's snapshots it has to hear of deletions.
     return {
-        std::make_shared<SnapperSnapshots>(installed("snapper"), "/", timeLimit),
-        std::make_shared<BtrfsSnapshots>(installed("btrfs"), "/", timeLimit),
+        std::make_shared<SnapperSnapshots>(installed("snapper"), "/"),
+        std::make_shared<BtrfsSnapshots>(installed("btrfs"), "/"),
     };
 }
 
