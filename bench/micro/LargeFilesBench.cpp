@@ -1,3 +1,4 @@
+#include "BrisalonCore/HogSummary.h"
 #include "BrisalonCore/LargeFiles.h"
 
 #include <benchmark/benchmark.h>
@@ -51,5 +52,13 @@ void findTheLastNode(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * 1'000'001);
 }
 BENCHMARK(findTheLastNode)->Unit(benchmark::kMillisecond);
+
+void hogSummary(benchmark::State& state)
+{
+    const FileNode root = millionNodes();
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(HogSummary::of(root, 10));
+}
+BENCHMARK(hogSummary)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -1,49 +1,17 @@
 #include "BrisalonCore/LargeFiles.h"
 
+#include "analysis/LargestNodes.h"
+#include "analysis/PreOrder.h"
 #include "model/NameBlock.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <span>
-#include <utility>
 #include <variant>
 
 namespace brisalon {
 
+using detail::Visit;
+using detail::walkPreOrder;
+
 namespace {
-
-enum class Visit : std::uint8_t { enter, passOver, stop };
-
-/// Calls `visit` with the node and everything below it in pre-order, children in
-/// their stored order, until it answers `stop`; the node where it did, or null.
-/// Keeps its own stack, since a tree may be deeper than the thread's.
-///
-/// With a node `visit` receives the value of the folder that holds it (of the
-/// root: `outside`) and changes it into the node's own.
-template <typename Value, typename Visitor>
-const FileNode* walkPreOrder(const FileNode& root, Value outside, Visitor&& visit)
-{
-    std::vector<std::pair<std::span<const FileNode>, Value>> pending{{{&root, 1}, outside}};
-    while (!pending.empty()) {
-        auto& [siblings, folderValue] = pending.back();
-        const FileNode& node = siblings.front();
-        Value value = folderValue;
-        siblings = siblings.subspan(1);
-        if (siblings.empty())
-            pending.pop_back();
-        switch (visit(node, value)) {
-        case Visit::stop:
-            return &node;
-        case Visit::enter:
-            if (!node.children().empty())
-                pending.emplace_back(node.children(), value);
-            break;
-        case Visit::passOver:
-            break;
-        }
-    }
-    return nullptr;
-}
 
 /// How much of a wanted path a node's own path spells, a slash behind it
 /// included; nothing when what lies in the node cannot have that path.
@@ -83,32 +51,12 @@ struct Spelled {
     }
 };
 
-struct Candidate {
-    std::int64_t size;
-    std::size_t position; ///< in pre-order
-    const FileNode* node;
-};
-
-bool standsBefore(const Candidate& a, const Candidate& b) noexcept
-{
-    return a.size != b.size ? a.size > b.size : a.position < b.position;
-}
-
-LargeFileEntry entryOf(const FileNode& node)
-{
-    return {node.url(), node.name(), node.allocatedSize(), node.hogKind(), node.risk()};
-}
-
 } // namespace
 
 std::vector<LargeFileEntry> LargeFiles::topFiles(const FileNode& root, std::size_t limit)
 {
-    if (limit == 0)
-        return {};
-    // A heap of the best so far, the last of them on top.
-    std::vector<Candidate> best;
-    std::size_t position = 0;
-    walkPreOrder(root, std::monostate(), [&](const FileNode& node, std::monostate) {
+    detail::LargestNodes largest(limit);
+    walkPreOrder(root, std::monostate(), [&largest](const FileNode& node, std::monostate) {
         switch (node.kind().which()) {
         case NodeKind::Case::directory:
             return Visit::enter;
@@ -118,24 +66,10 @@ std::vector<LargeFileEntry> LargeFiles::topFiles(const FileNode& root, std::size
         case NodeKind::Case::package:
             break;
         }
-        const Candidate candidate{node.allocatedSize(), position++, &node};
-        if (best.size() == limit) {
-            if (!standsBefore(candidate, best.front()))
-                return Visit::passOver;
-            std::ranges::pop_heap(best, standsBefore);
-            best.pop_back();
-        }
-        best.push_back(candidate);
-        std::ranges::push_heap(best, standsBefore);
+        largest.offer(node);
         return Visit::passOver;
     });
-    std::ranges::sort_heap(best, standsBefore);
-
-    std::vector<LargeFileEntry> entries;
-    entries.reserve(best.size());
-    for (const Candidate& candidate : best)
-        entries.push_back(entryOf(*candidate.node));
-    return entries;
+    return largest.takeEntries();
 }
 
 const FileNode* LargeFiles::find(std::string_view path, const FileNode& root)
