@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <random>
 #include <stdexcept>
 
 using namespace brisalon;
@@ -121,42 +120,11 @@ TEST(DiskScanner, AggregateStandsBehindSiblingsOfItsSize)
     EXPECT_TRUE(scan.tree().children()[3].kind().isAggregate());
 }
 
-/// A tree of every kind of item with names of every kind.
-void fillAtRandom(const TemporaryTree& tree, unsigned seed, int items)
-{
-    std::mt19937 random(seed);
-    const auto upTo = [&](unsigned most) { return random() % (most + 1); };
-    std::vector<std::string> folders{""};
-    const std::string stems[]{
-        "a",       "Library", "Caches", "node_modules",        "\xFF\xFE",    "new\nline",
-        " space ", "x.app",   ".cache", std::string(240, 'n'), "\u212Aelvin", "Z.PhotosLibrary"};
-    for (int i = 0; i < items; ++i) {
-        const std::string path = folders[upTo(static_cast<unsigned>(folders.size()) - 1)] + '/' +
-                                 stems[upTo(std::size(stems) - 1)] + std::to_string(i) +
-                                 (upTo(9) == 0 ? ".bundle" : "");
-        switch (upTo(9)) {
-        case 0:
-        case 1:
-        case 2:
-            if (path.size() < 2000) {
-                tree.folder(path);
-                folders.push_back(path);
-            }
-            break;
-        case 3:
-            tree.link(path, upTo(1) ? tree.path() : "nowhere");
-            break;
-        default:
-            tree.file(path, static_cast<std::int64_t>(upTo(3) ? upTo(3) : upTo(600)) * kib);
-        }
-    }
-}
-
 TEST(DiskScanner, AgreesWithThePlainestWalkOnRandomTrees)
 {
     for (unsigned seed = 1; seed <= 6; ++seed) {
         const TemporaryTree tree(TemporaryTree::Storage::memory);
-        fillAtRandom(tree, seed, 900);
+        tree.fillAtRandom(seed, 900);
         for (const std::int64_t threshold : {0 * kib, 8 * kib, 256 * kib}) {
             const Scan scan(tree.url(), threshold, 7);
             EXPECT_EQ(scan.tree(), referenceTree(tree.path(), threshold)) << "seed " << seed;
@@ -247,7 +215,7 @@ TEST(DiskScanner, CancellationIsNoticedAtTheNextItem)
 TEST(DiskScanner, CallbackFailureEndsTheScanAndReachesTheCaller)
 {
     TemporaryTree tree;
-    fillAtRandom(tree, 99, 300);
+    tree.fillAtRandom(99, 300);
     const auto failAt = [&](std::int64_t count) {
         return DiskScanner{0, 1}.scan(tree.url(), [=](const ScanProgress& report) {
             if (report.visitedCount == count)
@@ -261,7 +229,7 @@ TEST(DiskScanner, CallbackFailureEndsTheScanAndReachesTheCaller)
 TEST(DiskScanner, TwoScansMayRunAtOnce)
 {
     TemporaryTree tree;
-    fillAtRandom(tree, 7, 300);
+    tree.fillAtRandom(7, 300);
     const Scan outer(tree.url());
     std::atomic<int> same = 0;
     (void)DiskScanner{256 * kib, 100}.scan(

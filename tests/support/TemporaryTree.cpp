@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <random>
 #include <vector>
 
 #include <dirent.h>
@@ -136,6 +138,36 @@ void TemporaryTree::chain(std::string_view top, const std::string& name, int lev
         folder = next;
     }
     ::close(folder);
+}
+
+void TemporaryTree::fillAtRandom(unsigned seed, int items, const std::string& top) const
+{
+    std::mt19937 random(seed);
+    const auto upTo = [&](unsigned most) { return random() % (most + 1); };
+    std::vector<std::string> folders{top};
+    const std::string stems[]{
+        "a",       "Library", "Caches", "node_modules",        "\xFF\xFE",    "new\nline",
+        " space ", "x.app",   ".cache", std::string(240, 'n'), "\u212Aelvin", "Z.PhotosLibrary"};
+    for (int i = 0; i < items; ++i) {
+        const std::string path = folders[upTo(static_cast<unsigned>(folders.size()) - 1)] + '/' +
+                                 stems[upTo(std::size(stems) - 1)] + std::to_string(seed) + "." +
+                                 std::to_string(i) + (upTo(9) == 0 ? ".bundle" : "");
+        switch (upTo(9)) {
+        case 0:
+        case 1:
+        case 2:
+            if (path.size() < 2000) {
+                folder(path);
+                folders.push_back(path);
+            }
+            break;
+        case 3:
+            link(path, upTo(1) ? path_ : "nowhere");
+            break;
+        default:
+            file(path, static_cast<std::int64_t>(upTo(3) ? upTo(3) : upTo(600)) * 1024);
+        }
+    }
 }
 
 void TemporaryTree::remove(std::string_view relative) const

@@ -46,6 +46,9 @@ public:
     /// "sibling" (0: in none). Of any depth.
     void chain(std::string_view top, const std::string& name, int levels, int siblingEvery) const;
 
+    /// Items of every kind with names of every kind, so many, below the folder `top`.
+    void fillAtRandom(unsigned seed, int items, const std::string& top = "") const;
+
     /// Removes the item and everything in it. Missing items are fine.
     void remove(std::string_view relative) const;
 

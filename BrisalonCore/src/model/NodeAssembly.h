@@ -3,6 +3,9 @@
 #include "model/NameBlock.h"
 #include "model/NodeContent.h"
 
+#include <algorithm>
+#include <span>
+
 namespace brisalon::detail {
 
 /// How a scan builds the nodes of its tree: in place, in their folder's block,
@@ -31,6 +34,7 @@ public:
         return {std::move(url), size, kind, hogKind, FileNode::Shape::plain};
     }
 
+    static void setURL(FileNode& node, FileURL url) noexcept { node.url_ = std::move(url); }
     static void setSize(FileNode& node, std::int64_t size) noexcept { node.allocatedSize_ = size; }
 
     /// Gives a folder its children; takes over the block.
@@ -39,6 +43,18 @@ public:
         block->retain();
         node.content_ = block;
         node.shape_ = FileNode::Shape::children;
+    }
+
+    /// Brings the children of one folder into their order.
+    static void sort(std::span<FileNode> children)
+    {
+        // Names stand in their block in the order of reading, the aggregate's last,
+        // so equal sizes keep that order.
+        std::ranges::sort(children, [](const FileNode& a, const FileNode& b) {
+            if (a.allocatedSize() != b.allocatedSize())
+                return a.allocatedSize() > b.allocatedSize();
+            return NameBlock::offsetOf(a.url()) < NameBlock::offsetOf(b.url());
+        });
     }
 };
 

@@ -2,10 +2,10 @@
 
 #include "BrisalonCore/HogClassifier.h"
 #include "BrisalonCore/MountTable.h"
+#include "base/SaturatingSum.h"
 #include "host/Package.h"
 #include "host/Volume.h"
 #include "scan/PathRules.h"
-#include "scan/SaturatingSum.h"
 
 #include <algorithm>
 #include <cstring>
@@ -332,13 +332,7 @@ void FolderWalk::finishUnread(WalkFolder* parent)
 std::int64_t FolderWalk::arrange(const ChildBlock& children)
 {
     const auto nodes = children.nodes();
-    // Names stand in their block in the order of reading, the aggregate's last,
-    // so equal sizes keep that order.
-    std::sort(nodes.begin(), nodes.end(), [](const FileNode& a, const FileNode& b) {
-        if (a.allocatedSize() != b.allocatedSize())
-            return a.allocatedSize() > b.allocatedSize();
-        return NameBlock::offsetOf(a.url()) < NameBlock::offsetOf(b.url());
-    });
+    NodeAssembly::sort(nodes);
     std::int64_t total = 0;
     for (const FileNode& node : nodes)
         total = saturatingSum(total, node.allocatedSize());

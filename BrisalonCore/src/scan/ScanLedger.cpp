@@ -1,7 +1,7 @@
 #include "scan/ScanLedger.h"
 
 #include "BrisalonCore/Paths.h"
-#include "scan/SaturatingSum.h"
+#include "base/SaturatingSum.h"
 
 #include <utility>
 
