@@ -75,6 +75,7 @@ QQuickWindow* BrisalonApp::open(const QVariantMap& properties)
 {
     QVariantMap initial = properties;
     initial.insert("appState", QVariant::fromValue(&state_));
+    initial.insert("commands", QVariant::fromValue(&commands_));
     initial.insert("product", QVariant::fromValue(&product_));
     engine_.setInitialProperties(initial);
     engine_.load(QUrl("qrc:/qt/qml/Brisalon/Interface/BrisalonWindow.qml"));

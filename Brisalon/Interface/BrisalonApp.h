@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Brisalon/App/AppState.h"
+#include "Brisalon/App/Commands.h"
 #include "Brisalon/Interface/ProductInformation.h"
 #include "Brisalon/Platform/DesktopFolderPanel.h"
 
@@ -48,6 +49,7 @@ private:
     DesktopFolderPanel folderPanel_;
     ProductInformation product_;
     AppState state_;
+    Commands commands_{state_};
     QPointer<QQuickWindow> window_;
 };
 

@@ -9,6 +9,7 @@ Window {
     id: window
 
     required property AppState appState
+    required property Commands commands
     required property ProductInformation product
     property bool showAbout: false
 
@@ -28,11 +29,12 @@ Window {
             showMaximized();
     }
 
-    AppCommands {
-        id: commands
+    Connections {
+        target: window.commands
 
-        appState: window.appState
-        onAboutRequested: window.showAbout = true
+        function onAboutRequested() {
+            window.showAbout = true;
+        }
     }
 
     RootView {
@@ -41,7 +43,7 @@ Window {
         anchors.fill: parent
         focus: true
         appState: window.appState
-        commands: commands
+        commands: window.commands
     }
 
     ResizeBorder {

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Templates as T
+import Brisalon.App
 import Brisalon.Theme
 
 // The menu of the application's commands.
 T.Menu {
     id: menu
 
-    required property AppCommands commands
+    required property Commands commands
 
     implicitWidth: 240
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
@@ -32,6 +33,12 @@ T.Menu {
     component Entry: T.MenuItem {
         id: entry
 
+        required property Command modelData
+
+        objectName: modelData.objectName + "Entry"
+        text: modelData.text
+        enabled: modelData.isEnabled
+        onTriggered: modelData.run()
         implicitWidth: 230
         implicitHeight: 28
         leftPadding: 10
@@ -49,7 +56,7 @@ T.Menu {
             TextLabel {
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.right: parent.right
-                text: entry.action?.shortcut ?? ""
+                text: entry.modelData.shortcut
                 font: Theme.system(Theme.subheadline)
                 color: Theme.muted
             }
@@ -61,33 +68,32 @@ T.Menu {
         }
     }
 
-    Entry {
-        action: menu.commands.scan[0]
-    }
-    Entry {
-        action: menu.commands.scan[1]
-    }
-    Entry {
-        action: menu.commands.scan[2]
-    }
-    Entry {
-        action: menu.commands.scan[3]
-    }
-    T.MenuSeparator {
-        implicitWidth: 230
-        implicitHeight: 11
+    Component {
+        id: line
 
-        contentItem: Item {}
-        background: Rectangle {
-            x: 10
-            y: 5
-            width: parent.width - 20
-            height: 1
-            color: Theme.stroke
+        T.MenuSeparator {
+            implicitWidth: 230
+            implicitHeight: 11
+
+            contentItem: Item {}
+            background: Rectangle {
+                x: 10
+                y: 5
+                width: parent.width - 20
+                height: 1
+                color: Theme.stroke
+            }
         }
     }
-    Entry {
-        objectName: "aboutEntry"
-        action: menu.commands.about
+
+    Instantiator {
+        model: menu.commands.menu
+        delegate: Entry {}
+        onObjectAdded: (index, entry) => {
+            const [before, command] = [menu.commands.menu[index - 1], menu.commands.menu[index]];
+            if (before && before.group !== command.group)
+                menu.addItem(line.createObject(menu.contentItem));
+            menu.addItem(entry);
+        }
     }
 }

@@ -9,7 +9,7 @@ FocusScope {
     id: root
 
     required property AppState appState
-    required property AppCommands commands
+    required property Commands commands
 
     readonly property Item focused: Window.activeFocusItem
     readonly property bool isFocusHidden: focused !== null && !focused.visible
@@ -27,6 +27,18 @@ FocusScope {
         onTriggered: {
             if (root.isFocusHidden)
                 workspace.takeFocus((root.focused as T.Control)?.visualFocus ?? false);
+        }
+    }
+
+    Instantiator {
+        model: root.commands.all
+
+        delegate: Shortcut {
+            required property Command modelData
+
+            sequence: modelData.shortcut
+            enabled: modelData.isEnabled
+            onActivated: modelData.run()
         }
     }
 

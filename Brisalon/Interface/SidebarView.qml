@@ -10,7 +10,7 @@ Rectangle {
 
     required property AppState appState
     required property scanProgress progress
-    required property AppCommands commands
+    required property Commands commands
 
     readonly property bool hasTree: appState.tree.isPresent
 

@@ -157,7 +157,8 @@ TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
     ASSERT_TRUE(stopsAsking());
 
     gate.holdAfter(0);
-    app->state().startScan(home.url());
+    driver->press(Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(app->state().isScanning());
     driver->press(Qt::Key_Delete);
     EXPECT_FALSE(app->state().confirmTrash());
     gate.open();

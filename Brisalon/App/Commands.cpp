@@ -1,0 +1,122 @@
+#include "Brisalon/App/Commands.h"
+
+#include <QMetaMethod>
+#include <QMetaProperty>
+
+namespace brisalon {
+
+using Group = Command::Group;
+
+struct Command::Row {
+    const char* id;
+    const char* text;
+    const char* shortcut;
+    Group group;
+    /// May read any property of the model.
+    bool (*isEnabled)(const AppState& state);
+    void (*run)(Commands& commands);
+};
+
+namespace {
+
+bool always(const AppState&)
+{
+    return true;
+}
+
+bool isScanning(const AppState& state)
+{
+    return state.isScanning();
+}
+
+bool isIdle(const AppState& state)
+{
+    return !state.isScanning();
+}
+
+// In the order of the menu.
+constexpr Command::Row rows[] = {
+    {"scanHome", "Scan Home Folder", "Ctrl+Shift+H", Group::Scan, isIdle,
+     [](Commands& commands) { commands.state().startScan(commands.state().homeFolder()); }},
+    {"scanThisMac", "Scan This Mac", "Ctrl+Shift+M", Group::Scan, isIdle,
+     [](Commands& commands) { commands.state().startScan(AppState::startupVolume()); }},
+    {"scanFolder", "Scan Folder…", "Ctrl+O", Group::Scan, isIdle,
+     [](Commands& commands) { commands.state().pickFolderAndScan(); }},
+    {"scanAgain", "Scan Again", "Ctrl+R", Group::Scan,
+     [](const AppState& state) { return isIdle(state) && state.tree().isPresent(); },
+     [](Commands& commands) { commands.state().startScan(FileURL(commands.state().scanRoot())); }},
+    {"cancelScan", "Cancel Scan", "Escape", Group::KeyOnly, isScanning,
+     [](Commands& commands) { commands.state().cancelScan(); }},
+    {"moveToTrash", "Move to Trash", "Delete", Group::KeyOnly,
+     [](const AppState& state) { return isIdle(state) && state.selection().isPresent(); },
+     [](Commands& commands) { commands.state().requestTrashSelected(); }},
+    {"upOneLevel", "Up One Level", "Backspace", Group::KeyOnly, always,
+     [](Commands& commands) { commands.state().zoomUpOneLevel(); }},
+    {"about", "About Brisalon", "", Group::Application, always,
+     [](Commands& commands) { emit commands.aboutRequested(); }},
+};
+
+} // namespace
+
+Command::Command(const Row& row, Commands& commands)
+    : QObject(&commands),
+      row_(row),
+      commands_(commands),
+      isEnabled_(row.isEnabled(commands.state()))
+{
+    setObjectName(row.id);
+}
+
+QString Command::text() const
+{
+    return QString::fromUtf8(row_.text);
+}
+
+QString Command::shortcut() const
+{
+    return QString::fromLatin1(row_.shortcut);
+}
+
+Group Command::group() const
+{
+    return row_.group;
+}
+
+void Command::run()
+{
+    if (isEnabled_)
+        row_.run(commands_);
+}
+
+void Command::update()
+{
+    const bool isEnabled = row_.isEnabled(commands_.state());
+    if (isEnabled == isEnabled_)
+        return;
+    isEnabled_ = isEnabled;
+    emit isEnabledChanged();
+}
+
+Commands::Commands(AppState& state) : state_(state)
+{
+    for (const Command::Row& row : rows) {
+        all_.append(new Command(row, *this));
+        if (row.group != Group::KeyOnly)
+            menu_.append(all_.last());
+    }
+    // Whatever changes, so that no row needs to say what its condition reads.
+    const QMetaMethod slot = metaObject()->method(metaObject()->indexOfSlot("update()"));
+    const QMetaObject& model = AppState::staticMetaObject;
+    for (int i = model.propertyOffset(); i < model.propertyCount(); ++i) {
+        if (const QMetaProperty property = model.property(i); property.hasNotifySignal())
+            connect(&state_, property.notifySignal(), this, slot);
+    }
+}
+
+void Commands::update()
+{
+    for (Command* const command : all_)
+        command->update();
+}
+
+} // namespace brisalon
