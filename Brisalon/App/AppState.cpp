@@ -1,9 +1,9 @@
 #include "Brisalon/App/AppStateFields.h"
 
 #include "Brisalon/App/DisplayText.h"
+#include "Brisalon/App/ScanTargets.h"
 #include "Brisalon/Platform/DefaultsStore.h"
 #include "Brisalon/Platform/FolderPanel.h"
-#include "Brisalon/Platform/HomeFolder.h"
 #include "Brisalon/Services/FullDiskAccess.h"
 #include "BrisalonCore/ByteFormat.h"
 
@@ -31,7 +31,7 @@ AppState::AppState(AppServices services, QObject* parent)
       preferences_(services_.defaults),
       trash_(services_.workspace),
       hasFullDiskAccess_(FullDiskAccess::isGranted(services_.fileAccess)),
-      scanRoot_(brisalon::homeFolder()),
+      scanRoot_(ScanTargets::home()),
       preferredWelcomeTarget_(ScanTargetPreference::load(services_.defaults))
 {
     if (!services_.scan)
@@ -45,9 +45,6 @@ AppState::AppState(AppServices services, QObject* parent)
     connect(this, &AppState::selectedLargeFileIDsChanged, this, &AppState::selectionChanged);
     connect(this, &AppState::largeFilesChanged, this, &AppState::selectionChanged);
     connect(this, &AppState::treeChanged, this, &AppState::shouldShowMapHintChanged);
-    connect(this, &AppState::treeChanged, this, &AppState::scannedTargetChanged);
-    connect(this, &AppState::isScanningChanged, this, &AppState::scannedTargetChanged);
-    connect(this, &AppState::scanRootChanged, this, &AppState::scannedTargetChanged);
 }
 
 AppState::~AppState()
@@ -91,27 +88,6 @@ WelcomeTarget AppState::lastUsedTarget() const
         break;
     }
     return WelcomeTarget::ChooseFolder;
-}
-
-FileURL AppState::homeFolder() const
-{
-    return brisalon::homeFolder();
-}
-
-bool AppState::isHomeScanned() const
-{
-    return isScanned(homeFolder());
-}
-
-bool AppState::isThisMacScanned() const
-{
-    return isScanned(startupVolume());
-}
-
-bool AppState::isScanned(const FileURL& root) const
-{
-    return !isScanning_ && tree_ &&
-           scanRoot_.resolvingSymbolicLinks() == root.resolvingSymbolicLinks();
 }
 
 bool AppState::shouldShowMapHint() const
@@ -248,7 +224,7 @@ void AppState::pickFolderAndScan()
 
 void AppState::refreshVolume()
 {
-    assign(volume_, VolumeStatsValue(VolumeStats::read(tree_ ? scanRoot_ : startupVolume())),
+    assign(volume_, VolumeStatsValue(VolumeStats::read(tree_ ? scanRoot_ : ScanTargets::thisMac())),
            &AppState::volumeChanged);
 }
 

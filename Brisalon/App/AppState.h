@@ -76,19 +76,13 @@ class AppState : public QObject {
     Q_PROPERTY(brisalon::Selection selection READ selection NOTIFY selectionChanged)
     Q_PROPERTY(brisalon::welcome::WelcomeTarget lastUsedTarget READ lastUsedTarget NOTIFY
                    lastUsedTargetChanged)
-    Q_PROPERTY(bool isHomeScanned READ isHomeScanned NOTIFY scannedTargetChanged)
-    Q_PROPERTY(bool isThisMacScanned READ isThisMacScanned NOTIFY scannedTargetChanged)
+    Q_PROPERTY(bool canZoomOut READ canZoomOut NOTIFY breadcrumbsChanged)
     Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
     Q_PROPERTY(bool shouldShowMapHint READ shouldShowMapHint NOTIFY shouldShowMapHintChanged)
-
-    Q_PROPERTY(brisalon::FileURL homeFolder READ homeFolder CONSTANT)
-    Q_PROPERTY(brisalon::FileURL startupVolume READ startupVolume CONSTANT)
 
 public:
     /// A scan folds files below 256 KiB and reports every 400 items.
     static constexpr DiskScanner scanner{.smallFileThreshold = 262'144, .progressEvery = 400};
-    FileURL homeFolder() const;
-    static FileURL startupVolume() { return FileURL("/"); }
 
     explicit AppState(AppServices services, QObject* parent = nullptr);
     ~AppState() override;
@@ -147,9 +141,7 @@ public:
     QString failureText() const;
     /// What preferredWelcomeTarget is, or None when no target was ever remembered.
     WelcomeTarget lastUsedTarget() const;
-    /// Whether the map on screen is that target's, and no scan runs.
-    bool isHomeScanned() const;
-    bool isThisMacScanned() const;
+    bool canZoomOut() const { return breadcrumbs_.size() >= 2; }
     bool shouldShowFDABanner() const;
     /// Whether there is a map and the user has never zoomed into one.
     bool shouldShowMapHint() const;
@@ -236,7 +228,6 @@ signals:
     // Of the derived values: sent whenever a field that they read has changed.
     void selectionChanged();
     void lastUsedTargetChanged();
-    void scannedTargetChanged();
     void shouldShowFDABannerChanged();
     void shouldShowMapHintChanged();
 
@@ -247,7 +238,6 @@ private:
     void endScan(ScanTask& task, ScanTask::Outcome outcome);
     void showTree(ScanTask::Finished finished);
     void showFailure(const ScanTask::Outcome& outcome);
-    bool isScanned(const FileURL& root) const;
     void rebuildBreadcrumbs(const FileNodeValue& target);
     void listSnapshotsAnew();
     void setStatus(const QString& message);

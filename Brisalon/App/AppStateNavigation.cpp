@@ -41,7 +41,7 @@ void AppState::zoom(const FileNodeValue& node)
 
 void AppState::zoomUpOneLevel()
 {
-    if (breadcrumbs_.size() >= 2)
+    if (canZoomOut())
         jumpToBreadcrumb(FileNodeValue(breadcrumbs_.at(breadcrumbs_.size() - 2)));
 }
 

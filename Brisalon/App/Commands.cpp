@@ -1,5 +1,7 @@
 #include "Brisalon/App/Commands.h"
 
+#include "Brisalon/App/ScanTargets.h"
+
 #include <QMetaMethod>
 #include <QMetaProperty>
 
@@ -37,9 +39,9 @@ bool isIdle(const AppState& state)
 // In the order of the menu.
 constexpr Command::Row rows[] = {
     {"scanHome", "Scan Home Folder", "Ctrl+Shift+H", Group::Scan, isIdle,
-     [](Commands& commands) { commands.state().startScan(commands.state().homeFolder()); }},
+     [](Commands& commands) { commands.state().startScan(ScanTargets::home()); }},
     {"scanThisMac", "Scan This Mac", "Ctrl+Shift+M", Group::Scan, isIdle,
-     [](Commands& commands) { commands.state().startScan(AppState::startupVolume()); }},
+     [](Commands& commands) { commands.state().startScan(ScanTargets::thisMac()); }},
     {"scanFolder", "Scan Folder…", "Ctrl+O", Group::Scan, isIdle,
      [](Commands& commands) { commands.state().pickFolderAndScan(); }},
     {"scanAgain", "Scan Again", "Ctrl+R", Group::Scan,

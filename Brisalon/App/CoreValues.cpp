@@ -114,6 +114,11 @@ QString LargeFileEntryValue::sizeText() const
     return ascii(ByteFormat::string(entry_.allocatedSize));
 }
 
+QString LargeFileEntryValue::spokenText() const
+{
+    return name() + ", " + folderName() + ", " + sizeText();
+}
+
 QString LargeFileEntryValue::hogTitle() const
 {
     return ascii(title(entry_.hogKind));
@@ -134,9 +139,10 @@ QString ScanProgressValue::currentPath() const
     return progress_ ? displayPath(progress_->currentPath) : QString();
 }
 
-QString ScanProgressValue::visitedText() const
+QString ScanProgressValue::itemsText() const
 {
-    return progress_ ? QLocale().toString(qlonglong{progress_->visitedCount}) : QString();
+    return progress_ ? QLocale().toString(qlonglong{progress_->visitedCount}) + " items"
+                     : QString();
 }
 
 QString ScanProgressValue::bytesText() const
@@ -146,12 +152,12 @@ QString ScanProgressValue::bytesText() const
 
 QString VolumeStatsValue::freeText() const
 {
-    return stats_ ? ascii(ByteFormat::string(stats_->free)) : QString();
+    return stats_ ? ascii(ByteFormat::string(stats_->free)) + " free" : QString();
 }
 
 QString VolumeStatsValue::usedText() const
 {
-    return stats_ ? ascii(ByteFormat::string(stats_->used())) : QString();
+    return stats_ ? ascii(ByteFormat::string(stats_->used())) + " used" : QString();
 }
 
 QString LocalSnapshotValue::title() const

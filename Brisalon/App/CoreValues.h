@@ -108,6 +108,7 @@ class LargeFileEntryValue {
     Q_PROPERTY(QString path READ path CONSTANT)
     Q_PROPERTY(brisalon::FileURL url READ url CONSTANT)
     Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
+    Q_PROPERTY(QString spokenText READ spokenText CONSTANT)
     Q_PROPERTY(brisalon::HogKind hogKind READ hogKind CONSTANT)
     Q_PROPERTY(bool isHog READ isHog CONSTANT)
     Q_PROPERTY(QString hogTitle READ hogTitle CONSTANT)
@@ -122,6 +123,8 @@ public:
     QString path() const;
     const FileURL& url() const { return entry_.url; }
     QString sizeText() const;
+    /// The row in one line, for those who hear it.
+    QString spokenText() const;
     HogKind hogKind() const { return entry_.hogKind; }
     bool isHog() const { return entry_.hogKind != HogKind::none; }
     QString hogTitle() const;
@@ -148,7 +151,7 @@ class ScanProgressValue {
 
     Q_PROPERTY(bool isPresent READ isPresent CONSTANT)
     Q_PROPERTY(QString currentPath READ currentPath CONSTANT)
-    Q_PROPERTY(QString visitedText READ visitedText CONSTANT)
+    Q_PROPERTY(QString itemsText READ itemsText CONSTANT)
     Q_PROPERTY(QString bytesText READ bytesText CONSTANT)
 
 public:
@@ -162,8 +165,8 @@ public:
     bool isPresent() const { return progress_.has_value(); }
     /// Decoded for people.
     QString currentPath() const;
-    /// The count of visited items with the digit grouping of the user's locale.
-    QString visitedText() const;
+    /// "12,345 items": those visited, with the digit grouping of the user's locale.
+    QString itemsText() const;
     QString bytesText() const;
 
     friend bool operator==(const ScanProgressValue&, const ScanProgressValue&) = default;
@@ -195,6 +198,7 @@ public:
     double usedFraction() const { return stats_ ? stats_->usedFraction() : 0; }
     /// The used fraction in whole percent, rounded down.
     int usedPercent() const { return static_cast<int>(usedFraction() * 100); }
+    /// "12 GB free", "34 GB used".
     QString freeText() const;
     QString usedText() const;
 

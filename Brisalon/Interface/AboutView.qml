@@ -12,8 +12,7 @@ FocusScope {
     required property AppState appState
     required property ProductInformation product
 
-    readonly property string version: product.version()
-    readonly property string build: product.build()
+    readonly property string versionText: product.versionText()
     property bool showFDAHelp: false
 
     signal closed()
@@ -59,7 +58,7 @@ FocusScope {
             TextLabel {
                 objectName: "aboutVersion"
                 anchors.horizontalCenter: parent.horizontalCenter
-                text: "Version " + about.version + " (" + about.build + ")"
+                text: about.versionText
                 font: Theme.system(Theme.callout)
                 color: Theme.muted
                 Accessible.role: Accessible.StaticText

@@ -1,5 +1,6 @@
 import QtQuick
 import Brisalon.App
+import Brisalon.Interface
 import Brisalon.Theme
 
 // How full the volume is.
@@ -7,9 +8,6 @@ PanelStyle {
     id: card
 
     required property volumeStats volume
-
-    readonly property bool isFull: volume.usedFraction > 0.9
-    readonly property bool isFilling: !isFull && volume.usedFraction > 0.75
 
     cornerRadius: 14
     implicitHeight: 80
@@ -26,9 +24,8 @@ PanelStyle {
             lineWidth: 6
             fraction: card.volume.usedFraction
             track: Theme.faded("white", 0.08)
-            from: card.isFull ? Theme.danger : card.isFilling ? Theme.amber : Theme.accent
-            to: card.isFull ? Theme.faded(Theme.danger, 0.7)
-                : card.isFilling ? Theme.accent : Theme.faded(Theme.success, 0.8)
+            from: RingColors.from(card.volume.usedFraction)
+            to: RingColors.to(card.volume.usedFraction)
 
             Column {
                 anchors.centerIn: parent
@@ -61,13 +58,13 @@ PanelStyle {
             }
 
             TextLabel {
-                text: card.volume.freeText + " free"
+                text: card.volume.freeText
                 font: Theme.rounded(Theme.callout, Font.DemiBold)
                 color: Theme.text
             }
 
             TextLabel {
-                text: card.volume.usedText + " used"
+                text: card.volume.usedText
                 font: Theme.system(Theme.caption2)
                 color: Theme.muted
             }

@@ -105,7 +105,7 @@ ColumnLayout {
             x: 16
             width: ListView.view.width - 32
             isHovered: pointer.containsMouse
-            Accessible.name: entry.name + ", " + entry.folderName + ", " + entry.sizeText
+            Accessible.name: entry.spokenText
             Accessible.selectable: true
             Accessible.selected: isSelected
             Accessible.focusable: true

@@ -28,7 +28,7 @@ Rectangle {
 
         BorderedButton {
             objectName: "upButton"
-            visible: bar.appState.breadcrumbs.length >= 2
+            visible: bar.appState.canZoomOut
             symbol: "chevron.up"
             text: "Up one level"
             display: T.AbstractButton.IconOnly

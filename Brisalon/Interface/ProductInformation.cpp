@@ -18,14 +18,10 @@ QString textOr(const BundleInformation& bundle, std::string_view key, const char
 
 } // namespace
 
-QString ProductInformation::version() const
+QString ProductInformation::versionText() const
 {
-    return textOr(bundle_, BundleInformation::versionKey, "1.0.0");
-}
-
-QString ProductInformation::build() const
-{
-    return textOr(bundle_, BundleInformation::buildKey, "1");
+    return "Version " + textOr(bundle_, BundleInformation::versionKey, "1.0.0") + " (" +
+           textOr(bundle_, BundleInformation::buildKey, "1") + ")";
 }
 
 QString ProductInformation::siteLabel() const

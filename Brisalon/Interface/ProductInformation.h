@@ -25,9 +25,9 @@ public:
     {
     }
 
-    /// What the bundle says at this moment; "1.0.0" and "1" when it says nothing.
-    Q_INVOKABLE QString version() const;
-    Q_INVOKABLE QString build() const;
+    /// "Version 1.0.0 (1)": what the bundle says of version and build at this moment,
+    /// and these when it says nothing.
+    Q_INVOKABLE QString versionText() const;
 
     /// The host of the site's address; empty if that is no address.
     QString siteLabel() const;

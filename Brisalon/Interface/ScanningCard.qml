@@ -50,7 +50,7 @@ PanelStyle {
             }
 
             TextLabel {
-                text: card.progress.visitedText + " items"
+                text: card.progress.itemsText
                 font: Theme.system(Theme.caption2)
                 color: Theme.muted
             }

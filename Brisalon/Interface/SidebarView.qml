@@ -12,7 +12,7 @@ Rectangle {
     required property scanProgress progress
     required property Commands commands
 
-    readonly property bool hasTree: appState.tree.isPresent
+    readonly property int phase: ScanTargets.phase(appState.tree, appState.isScanning)
 
     objectName: "sidebar"
     color: Theme.sidebar
@@ -113,7 +113,7 @@ Rectangle {
             Layout.leftMargin: 20
             Layout.rightMargin: 20
             Layout.bottomMargin: 8
-            visible: !sidebar.hasTree && !sidebar.appState.isScanning
+            visible: sidebar.phase === ScanTargets.BeforeFirst
             text: "Pick a scan target in the map →"
             font: Theme.rounded(Theme.caption)
             color: Theme.muted
@@ -124,16 +124,17 @@ Rectangle {
             Layout.leftMargin: 12
             Layout.rightMargin: 12
             spacing: 4
-            enabled: sidebar.hasTree && !sidebar.appState.isScanning
-            opacity: sidebar.hasTree || sidebar.appState.isScanning ? 1 : 0.45
+            enabled: sidebar.phase === ScanTargets.Mapped
+            opacity: sidebar.phase === ScanTargets.BeforeFirst ? 0.45 : 1
 
             SidebarButton {
                 objectName: "homeTarget"
                 width: parent.width
                 text: "Home folder"
                 symbol: "house.fill"
-                isActive: sidebar.appState.isHomeScanned
-                onClicked: sidebar.appState.startScan(sidebar.appState.homeFolder)
+                isActive: ScanTargets.isShown(ScanTargets.home, sidebar.phase,
+                                              sidebar.appState.scanRoot)
+                onClicked: sidebar.appState.startScan(ScanTargets.home)
             }
 
             SidebarButton {
@@ -141,8 +142,9 @@ Rectangle {
                 width: parent.width
                 text: "This Mac"
                 symbol: "internaldrive.fill"
-                isActive: sidebar.appState.isThisMacScanned
-                onClicked: sidebar.appState.startScan(sidebar.appState.startupVolume)
+                isActive: ScanTargets.isShown(ScanTargets.thisMac, sidebar.phase,
+                                              sidebar.appState.scanRoot)
+                onClicked: sidebar.appState.startScan(ScanTargets.thisMac)
             }
 
             SidebarButton {
@@ -160,7 +162,7 @@ Rectangle {
             Layout.leftMargin: 16
             Layout.rightMargin: 16
             Layout.topMargin: 16
-            visible: sidebar.appState.isScanning
+            visible: sidebar.phase === ScanTargets.Scanning
             appState: sidebar.appState
             progress: sidebar.progress
         }
@@ -170,7 +172,7 @@ Rectangle {
             Layout.leftMargin: 12
             Layout.rightMargin: 12
             Layout.topMargin: 8
-            visible: sidebar.hasTree && !sidebar.appState.isScanning
+            visible: sidebar.phase === ScanTargets.Mapped
             objectName: "sidebarRescan"
             text: "Rescan"
             symbol: "arrow.clockwise"

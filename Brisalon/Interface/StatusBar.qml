@@ -10,15 +10,8 @@ Rectangle {
     required property AppState appState
     required property scanProgress progress
 
-    readonly property bool showsProgress: appState.isScanning && progress.isPresent
-    readonly property bool showsFailures: !showsProgress && appState.failureText !== ""
-    readonly property string statusText: {
-        if (showsProgress)
-            return "Scanning · " + progress.visitedText + " items · " + progress.bytesText;
-        if (showsFailures)
-            return appState.failureText;
-        return appState.statusMessage || "Ready";
-    }
+    readonly property bool showsFailures:
+        StatusLine.isOfFailures(appState.isScanning, progress, appState.failureText)
 
     objectName: "statusBar"
     implicitHeight: row.implicitHeight + 18
@@ -53,7 +46,8 @@ Rectangle {
         TextLabel {
             objectName: "statusText"
             Layout.fillWidth: true
-            text: bar.statusText
+            text: StatusLine.text(bar.appState.isScanning, bar.progress, bar.appState.failureText,
+                                  bar.appState.statusMessage)
             maximumLineCount: 1
             // Failures are many sentences in a row, of which the first matter most.
             elide: bar.showsFailures ? Text.ElideRight : Text.ElideMiddle

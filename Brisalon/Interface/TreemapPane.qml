@@ -14,11 +14,19 @@ Item {
     required property scanProgress progress
 
     readonly property Component content: {
-        if (appState.scanError !== "" && !appState.tree.isPresent)
+        switch (MapPlace.content(appState.scanError, appState.tree, appState.current,
+                                 appState.isScanning)) {
+        case MapPlace.Failure:
             return failure;
-        if (appState.current.isPresent)
-            return appState.current.childCount === 0 ? emptyFolder : map;
-        return appState.isScanning ? scanning : welcome;
+        case MapPlace.EmptyFolder:
+            return emptyFolder;
+        case MapPlace.Map:
+            return map;
+        case MapPlace.FirstScan:
+            return scanning;
+        default:
+            return welcome;
+        }
     }
 
     // Zooms in as the user does it on the map.

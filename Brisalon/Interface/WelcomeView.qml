@@ -108,7 +108,7 @@ Item {
                     isLastUsed: view.appState.lastUsedTarget === WelcomeTarget.Home
                     onHoveredChanged: view.hover(WelcomeTarget.Home, hovered)
                     onVisualFocusChanged: if (visualFocus) view.reveal(this)
-                    onClicked: view.appState.startScan(view.appState.homeFolder)
+                    onClicked: view.appState.startScan(ScanTargets.home)
                 }
 
                 WelcomeCard {
@@ -124,7 +124,7 @@ Item {
                     isLastUsed: view.appState.lastUsedTarget === WelcomeTarget.ThisMac
                     onHoveredChanged: view.hover(WelcomeTarget.ThisMac, hovered)
                     onVisualFocusChanged: if (visualFocus) view.reveal(this)
-                    onClicked: view.appState.startScan(view.appState.startupVolume)
+                    onClicked: view.appState.startScan(ScanTargets.thisMac)
                 }
 
                 WelcomeCard {

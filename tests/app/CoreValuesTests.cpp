@@ -90,9 +90,9 @@ TEST(ScanProgressValueTest, CountsAreGroupedAsTheUsersLocaleDoes)
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
     const ScanProgressValue progress(ScanProgress{12'345, "/a\xff", 5 * 1024 * 1024});
-    EXPECT_EQ(progress.visitedText(), "12,345");
+    EXPECT_EQ(progress.itemsText(), "12,345 items");
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    EXPECT_EQ(progress.visitedText(), "12.345");
+    EXPECT_EQ(progress.itemsText(), "12.345 items");
     QLocale::setDefault(before);
     EXPECT_EQ(progress.bytesText(), "5.0 MB");
     EXPECT_EQ(progress.currentPath(), QString("/a\ufffd"));
@@ -103,7 +103,7 @@ TEST(VolumeStatsValueTest, PercentAreRoundedDown)
     EXPECT_EQ(VolumeStatsValue(VolumeStats{1000, 101}).usedPercent(), 89);
     EXPECT_EQ(VolumeStatsValue(VolumeStats{1000, 0}).usedPercent(), 100);
     EXPECT_EQ(VolumeStatsValue(VolumeStats{0, 0}).usedPercent(), 0);
-    EXPECT_EQ(VolumeStatsValue(VolumeStats{10, 20}).usedText(), "0 B");
+    EXPECT_EQ(VolumeStatsValue(VolumeStats{10, 20}).usedText(), "0 B used");
 }
 
 } // namespace brisalon::tests

@@ -1,9 +1,12 @@
 #include "Rendered.h"
 #include "WindowFixture.h"
 
+#include "Brisalon/Interface/RingColors.h"
 #include "Brisalon/Theme/Theme.h"
 
 #include <QTest>
+
+#include <tuple>
 
 namespace brisalon::tests {
 
@@ -24,6 +27,20 @@ protected:
     QRectF box(const char* name) const { return shown().box(name); }
     QRectF textBox(const char* text) const { return shown().textBox(text); }
 };
+
+TEST(RingColorsTest, WarnAsTheVolumeFills)
+{
+    const QColor green = Theme::faded(Theme::success(), 0.8);
+    const QColor red = Theme::faded(Theme::danger(), 0.7);
+    for (const auto& [used, from, to] :
+         {std::tuple{0.0, Theme::accent(), green}, std::tuple{0.75, Theme::accent(), green},
+          std::tuple{0.76, Theme::amber(), Theme::accent()},
+          std::tuple{0.9, Theme::amber(), Theme::accent()}, std::tuple{0.905, Theme::danger(), red},
+          std::tuple{1.0, Theme::danger(), red}}) {
+        EXPECT_EQ(RingColors::from(used), from) << used;
+        EXPECT_EQ(RingColors::to(used), to) << used;
+    }
+}
 
 TEST_F(GeometryTest, Sidebar)
 {
@@ -48,9 +65,8 @@ TEST_F(GeometryTest, Sidebar)
     const VolumeStatsValue& volume = app->state().volume();
     shown().expectText(QString::number(volume.usedPercent()), Theme::rounded(18, QFont::Bold),
                        Theme::text());
-    shown().expectText(volume.freeText() + " free", Theme::rounded(12, QFont::DemiBold),
-                       Theme::text());
-    shown().expectText(volume.usedText() + " used", Theme::system(10), Theme::muted());
+    shown().expectText(volume.freeText(), Theme::rounded(12, QFont::DemiBold), Theme::text());
+    shown().expectText(volume.usedText(), Theme::system(10), Theme::muted());
 
     const QRectF label = textBox("SCAN");
     EXPECT_EQ(label.topLeft(), QPointF(20, card.bottom() + 20 + 12));

@@ -173,6 +173,8 @@ TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
     ASSERT_TRUE(tabTo("menuButton"));
     driver->press(Qt::Key_Space);
     ASSERT_TRUE(WindowDriver::waitFor([this] { return driver->find("aboutEntry"); }));
+    EXPECT_EQ(driver->find("aboutEntry")->y() - driver->find("scanAgainEntry")->y(), 28 + 11)
+        << "a line between the groups";
     driver->press(Qt::Key_Backspace);
     EXPECT_EQ(levelName(), "Movies");
     driver->press(Qt::Key_Delete);
