@@ -1,10 +1,10 @@
 #include "Brisalon/Interface/BrisalonApp.h"
 
 #include "Brisalon/Platform/GraphicsProcessor.h"
+#include "Brisalon/Theme/LogoMark.h"
 #include "Brisalon/Theme/Theme.h"
 
 #include <QApplication>
-#include <QIcon>
 #include <QPalette>
 #include <QSGRendererInterface>
 
@@ -43,7 +43,7 @@ void BrisalonApp::prepare()
     QCoreApplication::setOrganizationName("Brisalon");
     QCoreApplication::setApplicationName("Brisalon");
     QApplication::setDesktopFileName("brisalon");
-    QApplication::setWindowIcon(QIcon(":/qt/qml/Brisalon/Theme/LogoMark.svg"));
+    QApplication::setWindowIcon(LogoMark::icon());
     QApplication::setFont(Theme::system(Theme::body()));
     QApplication::setPalette(darkPalette());
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);

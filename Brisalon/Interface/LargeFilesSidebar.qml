@@ -102,7 +102,8 @@ ColumnLayout {
             required isSelected
 
             objectName: "largeFile" + index
-            x: 16
+            // No x: the lists of newer Qt set that of their rows.
+            transform: Translate { x: 16 }
             width: ListView.view.width - 32
             isHovered: pointer.containsMouse
             Accessible.name: entry.spokenText

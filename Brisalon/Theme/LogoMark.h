@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QQuickPaintedItem>
 
 namespace brisalon {
@@ -12,6 +13,10 @@ class LogoMark : public QQuickPaintedItem {
 
 public:
     explicit LogoMark(QQuickItem* parent = nullptr);
+
+    /// The whole mark in the sizes that window managers ask for, drawn without the
+    /// plugin that reads such drawings, which not every system has.
+    static QIcon icon();
 
     void paint(QPainter* painter) override;
 

@@ -39,8 +39,9 @@ namespace {
 
 constexpr std::int64_t kib = 1024;
 
-FileNode scanned(
-    const FileURL& root, const DiskScanner::ProgressCallback& progress = [](auto&) {})
+void ignore(const ScanProgress&) {}
+
+FileNode scanned(const FileURL& root, const DiskScanner::ProgressCallback& progress = ignore)
 {
     return std::get<FileNode>(DiskScanner{256 * kib, 400}.scan(root, progress));
 }

@@ -10,9 +10,9 @@ void MemoryWorkspace::recycle(std::vector<TrashItem> items, Completion completio
 {
     requests.push_back(items);
     moves_.push_back({std::move(items), std::move(completion)});
+    const auto release = [this] { releaseMove(); };
     if (!holdsMoves)
-        QMetaObject::invokeMethod(
-            &context_, [this] { releaseMove(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(&context_, release, Qt::QueuedConnection);
 }
 
 bool MemoryWorkspace::releaseMove()

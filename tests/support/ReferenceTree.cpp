@@ -27,7 +27,7 @@ std::vector<std::string> namesIn(const std::string& folder)
 
 struct stat statusOf(const std::string& path)
 {
-    struct stat status {};
+    struct stat status = {};
     ::lstat(path.c_str(), &status);
     return status;
 }
