@@ -9,138 +9,23 @@ and exits with 1; with 77, and what is missing, where it cannot run.
 """
 
 import os
-import shutil
-import signal
 import subprocess
 import sys
-import tempfile
-import time
 
-MISSING = 77
+from session import *
 
-try:
-    import dbus
-except ImportError:
-    print("skipped: needs python3-dbus")
-    sys.exit(MISSING)
-for tool in ("Xvfb", "dbus-daemon", "dbus-monitor", "setpriv", "xdotool"):
-    if not shutil.which(tool):
-        print("skipped: needs", tool)
-        sys.exit(MISSING)
-if not os.path.exists("/usr/share/dbus-1/services/org.a11y.Bus.service"):
-    print("skipped: needs at-spi2-core")
-    sys.exit(MISSING)
+need("Xvfb", "dbus-monitor", "xdotool")
 
-ACCESSIBLE = "org.a11y.atspi.Accessible"
-ACTION = "org.a11y.atspi.Action"
-COMPONENT = "org.a11y.atspi.Component"
-ROOT = "/org/a11y/atspi/accessible/root"
-
-# Numbers of the protocol.
-FOCUSABLE, FOCUSED, SELECTED, SHOWING = 11, 12, 23, 25
 UNKNOWN_ROLES = {"unknown", "invalid", "filler", ""}
 
-failures = []
 
-
-def check(holds, what):
-    if not holds:
-        print("FAILED", what)
-        failures.append(what)
-
-
-def wait_for(find, what, seconds=8):
-    """What find() returns as soon as that is something; None after the time."""
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        try:
-            found = find()
-        except dbus.DBusException:
-            # An item that went while it was asked.
-            found = None
-        if found:
-            return found
-        time.sleep(0.05)
-    check(False, what)
-    return None
-
-
-class Item:
-    def __init__(self, bus, reference):
-        self.bus = bus
-        self.key = (str(reference[0]), str(reference[1]))
-        self.proxy = bus.get_object(*self.key, introspect=False)
-
-    def call(self, interface, method, *arguments):
-        return self.proxy.get_dbus_method(method, interface)(*arguments)
-
-    def get(self, interface, name):
-        return self.call("org.freedesktop.DBus.Properties", "Get", interface, name)
-
-    def name(self):
-        return str(self.get(ACCESSIBLE, "Name"))
-
-    def description(self):
-        return str(self.get(ACCESSIBLE, "Description"))
-
-    def role(self):
-        return str(self.call(ACCESSIBLE, "GetRoleName"))
-
-    def has(self, state):
-        words = self.call(ACCESSIBLE, "GetState")
-        return bool(int(words[state // 32]) >> state % 32 & 1)
-
-    def children(self):
-        return [Item(self.bus, child) for child in self.call(ACCESSIBLE, "GetChildren")]
-
-    def actions(self):
-        if ACTION not in self.call(ACCESSIBLE, "GetInterfaces"):
-            return []
-        return [str(action[0]) for action in self.call(ACTION, "GetActions")]
-
-    def act(self, action):
-        names = self.actions()
-        matches = [i for i, name in enumerate(names) if name.lower() == action.lower()]
-        check(matches, f"'{self.name()}' has no action {action}, only {names}")
-        if matches:
-            self.call(ACTION, "DoAction", dbus.Int32(matches[0]))
-
-    def below(self):
-        """This and everything below it that is on screen."""
-        found = [self]
-        for child in self.children():
-            try:
-                if child.has(SHOWING):
-                    found += child.below()
-            except dbus.DBusException as error:
-                # It may go between two questions, as a map does that has faded away.
-                if error.get_dbus_name() != "org.freedesktop.DBus.Error.UnknownObject":
-                    raise
-        return found
-
-    def find(self, name):
-        return next((item for item in self.below() if item.name() == name), None)
-
-
-class Session:
-    """A display, a session bus and a home folder, with the program in it."""
+class XSession(Session):
+    """With a display of X11, and a log of what the program tells of the focus."""
 
     def __init__(self, folder):
-        self.folder = folder
-        self.processes = []
-        self.environment = {
-            "PATH": os.environ["PATH"],
-            "LANG": "C.UTF-8",
-            "HOME": folder + "/home",
-            "XDG_CONFIG_HOME": folder + "/settings",
-            "XDG_CACHE_HOME": folder + "/cache",
-            "XDG_RUNTIME_DIR": folder,
-            "QT_QPA_PLATFORM": "xcb",
-            "QT_QUICK_BACKEND": "software",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-        }
+        super().__init__(folder, QT_QPA_PLATFORM="xcb")
 
-    def begin(self, program):
+    def begin(self):
         reading, writing = os.pipe()
         # Without a reset, which would come when the bus's launcher, its first client,
         # leaves, and break the connections of those who come at that moment.
@@ -150,39 +35,15 @@ class Session:
         with os.fdopen(reading) as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
 
-        # The bus of the session starts the one for accessibility when it is asked for.
-        daemon = self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
-                            stdout=subprocess.PIPE)
-        address = daemon.stdout.readline().decode().strip()
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
-        session = dbus.bus.BusConnection(address)
-        a11y = session.get_object("org.a11y.Bus", "/org/a11y/bus", introspect=False)
-        address = str(a11y.get_dbus_method("GetAddress", "org.a11y.Bus")())
-        self.bus = dbus.bus.BusConnection(address)
-
+        self.begin_buses()
         self.events = os.path.join(self.folder, "events")
         with open(self.events, "w") as log:
-            self.start(["dbus-monitor", "--address", address,
+            self.start(["dbus-monitor", "--address", self.address,
                         "interface='org.a11y.atspi.Event.Object'"], stdout=log)
         # The program tells only what somebody has asked to hear.
-        Item(self.bus, ("org.a11y.atspi.Registry", "/org/a11y/atspi/registry")).call(
-            "org.a11y.atspi.Registry", "RegisterEvent", "object:state-changed:focused")
-        self.program = self.start([program])
-
-    def start(self, command, **options):
-        # Nothing outlives this, however it ends; what the buses start ends with them.
-        process = subprocess.Popen(["setpriv", "--pdeathsig", "KILL"] + command,
-                                   env=self.environment, **options)
-        self.processes.append(process)
-        return process
-
-    def window(self):
-        registry = Item(self.bus, ("org.a11y.atspi.Registry", ROOT))
-        for application in registry.children():
-            for window in application.children():
-                if window.name() == "Brisalon" and window.children():
-                    return window
-        return None
+        Item(self.bus, (REGISTRY, "/org/a11y/atspi/registry")).call(
+            REGISTRY, "RegisterEvent", "object:state-changed:focused")
+        self.begin_program(sys.argv[1])
 
     def take_keyboard(self):
         """What a window manager does for a new window; shortcuts need it."""
@@ -205,16 +66,6 @@ class Session:
                 return True
         return False
 
-    def end(self):
-        for process in reversed(self.processes):
-            process.terminate()
-        for process in self.processes:
-            try:
-                process.wait(3)
-            except subprocess.TimeoutExpired:
-                process.kill()
-                process.wait()
-
 
 def check_names(window, where):
     for item in window.below():
@@ -222,19 +73,6 @@ def check_names(window, where):
             check(item.name() != "", f"{where}: a {item.role()} at {item.key[1]} has no name")
             check(item.role() not in UNKNOWN_ROLES,
                   f"{where}: '{item.name()}' has the role '{item.role()}'")
-
-
-def fill(home):
-    def file(path, megabytes):
-        path = os.path.join(home, path)
-        os.makedirs(os.path.dirname(path), exist_ok=True)
-        with open(path, "wb") as out:
-            out.write(b"x" * (megabytes << 20))
-
-    file("node_modules/a.bin", 12)
-    file("node_modules/b.bin", 8)
-    file("disk.iso", 10)
-    file("film.mov", 6)
 
 
 def journey(session):
@@ -271,9 +109,9 @@ def journey(session):
                     "film.mov, File, 6.0 MB"], f"the blocks are {names}")
     check(all(block.role() == "list item" for block in blocks), "the blocks are list items")
     for i, block in enumerate(blocks):
-        x, y, width, height = block.call(COMPONENT, "GetExtents", dbus.UInt32(0))
+        x, y, width, height = block.extents()
         at = map_item.call(COMPONENT, "GetAccessibleAtPoint", dbus.Int32(x + width // 2),
-                           dbus.Int32(y + height // 2), dbus.UInt32(0))
+                           dbus.Int32(y + height // 2), dbus.UInt32(ON_SCREEN))
         check(str(at[1]) == block.key[1], f"block {i} is found where it is")
 
     blocks[1].act("SetFocus")
@@ -321,7 +159,7 @@ def trash(session, window, map_item):
     session.press("Escape")
     wait_for(lambda: not window.find("Cancel"), "Escape withdraws the question")
     wait_for(lambda: block.has(FOCUSED), "the block has the focus again")
-    check(os.path.exists(session.folder + "/home/film.mov"), "nothing was moved")
+    check(os.path.exists(session.home + "/film.mov"), "nothing was moved")
 
 
 def rows(session, window):
@@ -345,20 +183,5 @@ def rows(session, window):
     wait_for(lambda: session.told_focus(found[2]), "an event says which row has the focus")
 
 
-def main():
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
-    with tempfile.TemporaryDirectory(prefix="brisalon-reader-") as folder:
-        os.mkdir(folder + "/home")
-        fill(folder + "/home")
-        session = Session(folder)
-        try:
-            session.begin(os.path.abspath(sys.argv[1]))
-            journey(session)
-            check(session.program.poll() is None, "the program still runs")
-        finally:
-            session.end()
-    return 1 if failures else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    run(XSession, journey)
