@@ -2,20 +2,15 @@
 
 #include "Brisalon/Platform/FolderPanel.h"
 
-#include <QObject>
-#include <QPointer>
-
 #include <functional>
-
-class QFileDialog;
+#include <memory>
 
 namespace brisalon {
 
 /// The folder panel of the desktop that the program runs on, or Qt's where that has
-/// none. Begins in the home folder and later where it was left. Needs a QApplication.
-class DesktopFolderPanel final : public QObject, public FolderPanel {
-    Q_OBJECT
-
+/// none. Begins in the home folder and later in the folder chosen last; otherwise each
+/// panel is a new one. Needs a QApplication.
+class DesktopFolderPanel final : public FolderPanel {
 public:
     DesktopFolderPanel();
     ~DesktopFolderPanel() override;
@@ -23,10 +18,8 @@ public:
     void open(const char* confirmTitle, std::function<void(const FileURL&)> chosen) override;
 
 private:
-    void accept(const QString& path);
-
-    QPointer<QFileDialog> dialog_;
-    std::function<void(const FileURL&)> chosen_;
+    class Panels;
+    std::unique_ptr<Panels> panels_;
 };
 
 } // namespace brisalon

@@ -5,8 +5,9 @@
 namespace brisalon::tests {
 
 /// A home folder of the test program's own: from its construction on, the
-/// program's home and settings lie in a temporary folder, and no test can touch
-/// those of whoever runs it. Make one before the application object.
+/// program's home and settings lie in a temporary folder and nobody answers on its
+/// session bus, so that no test can touch those of whoever runs it. Make one before
+/// the application object.
 class TestHome {
 public:
     TestHome();

@@ -223,17 +223,18 @@ TEST_F(WindowTest, TheFolderPanelScansTheFolderThatItNamesAndNothingWhenDismisse
         return shown;
     };
     driver->press(Qt::Key_O, Qt::ControlModifier);
-    ASSERT_NE(panel(), nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel() != nullptr; }));
     EXPECT_TRUE(panel()->isModal());
     EXPECT_EQ(panel()->labelText(QFileDialog::Accept), "Scan");
     EXPECT_EQ(panel()->fileMode(), QFileDialog::Directory);
     EXPECT_EQ(panel()->directory().path().toStdString(), home.path());
     panel()->reject();
-    EXPECT_EQ(panel(), nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel() == nullptr; }));
     EXPECT_FALSE(app->state().isScanning());
 
     app->state().pickFolderAndScan();
-    ASSERT_NE(panel(), nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return panel() != nullptr; }));
+    EXPECT_EQ(panel()->directory().path().toStdString(), home.path());
     panel()->selectFile(QString::fromStdString(home.at("Movies")));
     QMetaObject::invokeMethod(panel(), "accept");
     ASSERT_TRUE(mapAppears());
