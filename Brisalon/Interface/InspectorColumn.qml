@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 import Brisalon.App
+import Brisalon.Map
 import Brisalon.Theme
 
 // The column at the right: what is selected, and the lists below it.

@@ -1,4 +1,4 @@
-#include "Brisalon/App/LargeFilesModel.h"
+#include "Brisalon/Map/LargeFilesModel.h"
 
 #include <algorithm>
 #include <iterator>

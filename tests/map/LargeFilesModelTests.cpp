@@ -1,6 +1,6 @@
-#include "Brisalon/App/LargeFilesModel.h"
+#include "Brisalon/Map/LargeFilesModel.h"
 
-#include "ModelFixture.h"
+#include "app/ModelFixture.h"
 
 #include <QAbstractItemModelTester>
 
