@@ -6,7 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <fstream>
 #include <stdexcept>
+#include <tuple>
+
+#include <sys/stat.h>
 
 using namespace brisalon;
 using namespace brisalon::tests;
@@ -224,6 +228,60 @@ TEST(DiskScanner, CallbackFailureEndsTheScanAndReachesTheCaller)
     };
     EXPECT_THROW(failAt(0), std::runtime_error);
     EXPECT_THROW(failAt(60), std::runtime_error);
+}
+
+TEST(DiskScanner, ATaggedFolderIsACacheWithAllBelowIt)
+{
+    const std::string signature = "Signature: 8a477f597d28d172789f06886806bc55";
+    TemporaryTree tree;
+    const auto tag = [&tree](std::string_view folder, const std::string& text) {
+        const std::string name = std::string(folder) + "/CACHEDIR.TAG";
+        tree.file(name);
+        std::ofstream(tree.at(name)) << text;
+    };
+    tag("exact", signature);
+    tag("longer", signature + "\n# a comment");
+    tag("bundle.app", signature);
+    tag("node_modules", signature);
+    tag("short", signature.substr(0, signature.size() - 1));
+    tag("wrong", "signature" + signature.substr(9));
+    tag("empty", "");
+    tag("late", ' ' + signature);
+    tree.folder("folder/CACHEDIR.TAG");
+    tree.link("link/CACHEDIR.TAG", "../exact/CACHEDIR.TAG");
+    tree.folder("fifo");
+    ASSERT_EQ(::mkfifo(tree.at("fifo/CACHEDIR.TAG").c_str(), 0600), 0);
+    tree.file("case/cachedir.tag");
+    std::ofstream(tree.at("case/cachedir.tag")) << signature;
+
+    using enum HogKind;
+    const std::tuple<const char*, HogKind, HogKind> expected[] = {
+        {"exact", caches, caches},
+        {"longer", caches, caches},
+        {"node_modules", nodeModules, caches},
+        {"short", none, none},
+        {"wrong", none, none},
+        {"empty", none, none},
+        {"late", none, none},
+        {"folder", none, none},
+        {"link", none, none},
+        {"fifo", none, none},
+        {"case", none, none},
+    };
+    for (const auto& [folder, own, below] : expected)
+        tree.file(std::string(folder) + "/deep/er/file", 300 * kib);
+    const Scan scan(tree.url());
+    for (const auto& [folder, own, below] : expected) {
+        EXPECT_EQ(find(scan, tree.at(folder))->hogKind(), own) << folder;
+        EXPECT_EQ(find(scan, tree.at(folder))->risk(), risk(own)) << folder;
+        for (const char* const inside : {"/deep", "/deep/er", "/deep/er/file"})
+            EXPECT_EQ(find(scan, tree.at(folder) + inside)->hogKind(), below) << folder;
+        EXPECT_EQ(Scan(FileURL(tree.at(folder))).tree().hogKind(), own) << folder;
+        EXPECT_EQ(Scan(FileURL(tree.at(folder) + "/deep/er")).tree().hogKind(), below) << folder;
+    }
+    EXPECT_EQ(find(scan, tree.at("exact/.small-files-aggregate"))->hogKind(), caches);
+    EXPECT_EQ(find(scan, tree.at("bundle.app"))->hogKind(), caches);
+    EXPECT_EQ(find(scan, tree.path())->hogKind(), none);
 }
 
 TEST(DiskScanner, TwoScansMayRunAtOnce)

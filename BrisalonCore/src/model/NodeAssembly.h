@@ -37,6 +37,13 @@ public:
     static void setURL(FileNode& node, FileURL url) noexcept { node.url_ = std::move(url); }
     static void setSize(FileNode& node, std::int64_t size) noexcept { node.allocatedSize_ = size; }
 
+    /// For a folder whose content tells more of it than its path.
+    static void setHogKind(FileNode& node, HogKind hogKind) noexcept
+    {
+        node.hogKind_ = hogKind;
+        node.risk_ = risk(hogKind);
+    }
+
     /// Gives a folder its children; takes over the block.
     static void setChildren(FileNode& node, const ChildBlock* block) noexcept
     {

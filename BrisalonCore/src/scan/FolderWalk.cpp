@@ -1,8 +1,8 @@
 #include "scan/FolderWalk.h"
 
-#include "BrisalonCore/HogClassifier.h"
 #include "BrisalonCore/MountTable.h"
 #include "base/SaturatingSum.h"
+#include "host/CacheTag.h"
 #include "host/Package.h"
 #include "host/Volume.h"
 #include "scan/PathRules.h"
@@ -44,6 +44,18 @@ std::uint64_t appendName(std::string& names, const char* name)
     return offset;
 }
 
+/// The trail of the folder that holds the root.
+HogTrail trailAbove(std::string_view rootPath)
+{
+    const HogTrail trail = HogTrail::of(rootPath.substr(0, rootPath.rfind('/')));
+    return host::isBelowCacheTag(rootPath) ? trail.tagged() : trail;
+}
+
+bool isCacheTagName(const char* name) noexcept
+{
+    return std::strcmp(name, host::cacheTagName) == 0;
+}
+
 unsigned componentCount(std::string_view path) noexcept
 {
     return path == "/" ? 0 : static_cast<unsigned>(std::count(path.begin(), path.end(), '/'));
@@ -63,7 +75,9 @@ FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& led
       openFolders_(rootPath_, host::openFolderBudget()),
       queues_(workersFor(rootPath_)),
       workerCount_(queues_.workerCount()),
-      rootNode_(NodeAssembly::leaf(root_, 0, NodeKind::directory, HogClassifier::classify(root_)))
+      trailAboveRoot_(trailAbove(rootPath_)),
+      rootNode_(NodeAssembly::leaf(root_, 0, NodeKind::directory,
+                                   trailAboveRoot_.classify(root_.lastPathComponent())))
 {
 }
 
@@ -122,7 +136,7 @@ void FolderWalk::visit(const Task& task, Worker& worker)
         folder->slot = task.slot;
         if (!parent) {
             folder->depth = componentCount(rootPath_);
-            folder->trail = HogTrail::of(rootPath_);
+            folder->trail = trailAboveRoot_.entering(root_.lastPathComponent());
             folder->mounts = barriers_.root();
         } else {
             const char* name = folder->name();
@@ -175,6 +189,7 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
     worker.smallNames.clear();
     worker.smallCount = 0;
     worker.smallBytes = 0;
+    worker.sawCacheTag = false;
 
     const FileURL url = urlOf(folder);
     std::string pathForSkipping;
@@ -197,6 +212,8 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
         if (!ledger_.enter(url, worker.items))
             return abandon();
     }
+    if (worker.sawCacheTag && host::isCacheTagged(handle.descriptor()))
+        markAsCache(folder);
     makeNodes(folder, worker);
 }
 
@@ -233,6 +250,7 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
         worker.kept.push_back({appendName(worker.keptNames, entry.name), size, kind, !isBarrier});
         return 0; // a package's bytes are recorded when it has been measured
     }
+    worker.sawCacheTag |= !isBarrier && isCacheTagName(entry.name);
     if (size < smallFileThreshold_) {
         appendName(worker.smallNames, entry.name);
         ++worker.smallCount;
@@ -242,6 +260,15 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
             {appendName(worker.keptNames, entry.name), size, NodeKind::file, false});
     }
     return size;
+}
+
+void FolderWalk::markAsCache(WalkFolder& folder)
+{
+    folder.trail = folder.trail.tagged();
+    const HogTrail& around = folder.parent ? folder.parent->trail : trailAboveRoot_;
+    NodeAssembly::setHogKind(
+        nodeOf(folder),
+        around.tagged().classify(folder.parent ? folder.name() : root_.lastPathComponent()));
 }
 
 void FolderWalk::makeNodes(WalkFolder& folder, Worker& worker) const
@@ -274,6 +301,7 @@ void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle,
 {
     worker.keptNames.clear();
     std::int64_t bytes = 0;
+    worker.sawCacheTag = false;
     worker.reader.start(handle);
     while (worker.reader.readBatch()) {
         while (const auto entry = worker.reader.next()) {
@@ -288,10 +316,13 @@ void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle,
             if (!measure)
                 continue;
             bytes = saturatingSum(bytes, measure->allocatedBytes);
+            worker.sawCacheTag |= isCacheTagName(entry->name);
             if (measure->type == ItemType::folder)
                 worker.tasks.push_back({&folder, appendName(worker.keptNames, entry->name), 0});
         }
     }
+    if (worker.sawCacheTag && folder.package == &folder && host::isCacheTagged(handle.descriptor()))
+        markAsCache(folder);
     std::int64_t total = folder.package->packageBytes;
     while (!folder.package->packageBytes.compare_exchange_weak(total, saturatingSum(total, bytes)))
         ;
@@ -311,7 +342,7 @@ void FolderWalk::finish(std::unique_ptr<WalkFolder> folder)
         }
         WalkFolder* const parent = folder->parent;
         if (folder->package == nullptr || folder->package == folder.get()) {
-            FileNode& node = parent ? parent->children->nodes()[folder->slot] : rootNode_;
+            FileNode& node = nodeOf(*folder);
             NodeAssembly::setSize(node, size);
             if (folder->children)
                 NodeAssembly::setChildren(node, folder->children.get());
@@ -337,6 +368,11 @@ std::int64_t FolderWalk::arrange(const ChildBlock& children)
     for (const FileNode& node : nodes)
         total = saturatingSum(total, node.allocatedSize());
     return total;
+}
+
+FileNode& FolderWalk::nodeOf(const WalkFolder& folder)
+{
+    return folder.parent ? folder.parent->children->nodes()[folder.slot] : rootNode_;
 }
 
 FileURL FolderWalk::urlOf(const WalkFolder& folder) const

@@ -64,6 +64,7 @@ private:
         std::string smallNames;
         std::int64_t smallCount = 0;
         std::int64_t smallBytes = 0;
+        bool sawCacheTag = false;
         std::vector<Task> tasks;
     };
 
@@ -76,6 +77,8 @@ private:
     std::int64_t note(const host::FolderReader::Entry& entry, const WalkFolder& folder,
                       const std::string& pathForSkipping, const host::OpenFolder& handle,
                       Worker& worker) const;
+    /// Classifies a folder again that turned out to be tagged, before its nodes are made.
+    void markAsCache(WalkFolder& folder);
     void makeNodes(WalkFolder& folder, Worker& worker) const;
 
     /// Adds up a folder inside a package; leaves a task for each subfolder.
@@ -88,6 +91,7 @@ private:
     void finishUnread(WalkFolder* parent);
     static std::int64_t arrange(const ChildBlock& children);
 
+    FileNode& nodeOf(const WalkFolder& folder);
     FileURL urlOf(const WalkFolder& folder) const;
     bool isAbandoned() const noexcept { return isAbandoned_.load(std::memory_order_relaxed); }
     void abandon(std::exception_ptr reason = nullptr) noexcept;
@@ -106,6 +110,7 @@ private:
     std::atomic<bool> isAbandoned_{false};
     std::mutex failureMutex_;
     std::exception_ptr failure_;
+    const HogTrail trailAboveRoot_;
     FileNode rootNode_;
 };
 
