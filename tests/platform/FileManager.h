@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QProcess>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <cstdint>
 
@@ -23,6 +24,7 @@ public:
     ~SessionBus();
 
 private:
+    QTemporaryDir folder_;
     QProcess process_;
     QString address_;
 };

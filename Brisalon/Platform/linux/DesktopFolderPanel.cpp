@@ -32,7 +32,7 @@ public:
     {
         chosen_ = std::move(chosen);
         confirmTitle_ = QString::fromUtf8(confirmTitle);
-        if (dialog_)
+        if (dialog_ && dialog_->isVisible())
             dialog_->raise();
         else
             portal_.open(confirmTitle_, folder_);
@@ -44,7 +44,7 @@ private:
     void openDialog()
     {
         dialog_ = new QFileDialog;
-        dialog_->setAttribute(Qt::WA_DeleteOnClose);
+        QObject::connect(dialog_, &QDialog::finished, dialog_, &QObject::deleteLater);
         dialog_->setWindowTitle("Choose a folder");
         dialog_->setFileMode(QFileDialog::Directory);
         dialog_->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::ReadOnly);

@@ -71,13 +71,18 @@ void DesktopWorkspace::reveal(const FileURL& item)
         "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
         "org.freedesktop.FileManager1", "ShowItems");
     message << QStringList(QString::fromLatin1(fileAddress(item))) << QString();
+    const auto openFolder = [folder = item.deletingLastPathComponent()] {
+        QDesktopServices::openUrl(QUrl::fromEncoded(fileAddress(folder)));
+    };
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    // A call on no bus at all is never answered, not even by a failure.
+    if (!bus.isConnected())
+        return openFolder();
     auto* const call = new QDBusPendingCallWatcher(
-        QDBusConnection::sessionBus().asyncCall(message, static_cast<int>(patience_.count())),
-        &calls_);
-    const FileURL folder = item.deletingLastPathComponent();
-    QObject::connect(call, &QDBusPendingCallWatcher::finished, &calls_, [call, folder] {
+        bus.asyncCall(message, static_cast<int>(patience_.count())), &calls_);
+    QObject::connect(call, &QDBusPendingCallWatcher::finished, &calls_, [call, openFolder] {
         if (call->isError())
-            QDesktopServices::openUrl(QUrl::fromEncoded(fileAddress(folder)));
+            openFolder();
         call->deleteLater();
     });
 }

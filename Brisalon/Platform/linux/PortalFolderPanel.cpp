@@ -62,6 +62,9 @@ void PortalFolderPanel::open(const QString& confirmTitle, const QByteArray& fold
     if (isOpen())
         return;
     state_ = State::asking;
+    // A call on no bus at all is never answered, not even by a failure.
+    if (!bus_.isConnected())
+        return end(&PortalFolderPanel::unavailable);
     QDBusMessage question =
         QDBusMessage::createMethodCall(service, object, "org.freedesktop.DBus.Properties", "Get");
     question << QString(chooser) << QStringLiteral("version");

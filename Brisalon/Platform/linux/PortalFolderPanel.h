@@ -25,7 +25,7 @@ public:
     bool isOpen() const noexcept { return state_ != State::closed; }
 
     /// Shows the panel, in `folder` at first, with that text on its confirm button.
-    /// Ends with one of the signals.
+    /// Ends with one of the signals, which may come before this returns.
     void open(const QString& confirmTitle, const QByteArray& folder);
 
 signals:
