@@ -1,12 +1,13 @@
 // hog_share ROOT
 //
-// How many of the bytes that a scan finds have a kind, by kind, and the largest files and
-// blocks of small files that have none.
+// How many of the bytes that a scan finds lie in hogs, by kind, and the largest items that
+// do not.
 
 #include "BrisalonCore/DiskScanner.h"
+#include "BrisalonCore/HogSummary.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <variant>
@@ -28,26 +29,22 @@ int main(int argc, char** argv)
         return 1;
     }
 
-    std::array<std::int64_t, allHogKinds.size()> bytes{};
+    const double all = static_cast<double>(std::max<std::int64_t>(tree->allocatedSize(), 1));
+    for (const HogSum& sum : HogSummary::of(*tree, 0))
+        std::printf("%5.1f %%  %15jd  %s\n", 100 * static_cast<double>(sum.allocatedSize) / all,
+                    std::intmax_t{sum.allocatedSize}, std::string(rawValue(sum.kind)).c_str());
+
     std::vector<const FileNode*> unknown;
     std::vector<const FileNode*> open{tree};
     while (!open.empty()) {
         const FileNode* node = open.back();
         open.pop_back();
+        if (node->hogKind() != HogKind::none)
+            continue;
+        if (node->kind() != NodeKind::directory)
+            unknown.push_back(node);
         for (const FileNode& child : node->children())
             open.push_back(&child);
-        if (node->kind() == NodeKind::directory)
-            continue;
-        bytes[static_cast<std::size_t>(node->hogKind())] += node->allocatedSize();
-        if (node->hogKind() == HogKind::none)
-            unknown.push_back(node);
-    }
-
-    const double all = static_cast<double>(std::max<std::int64_t>(tree->allocatedSize(), 1));
-    for (const HogKind kind : allHogKinds) {
-        const std::int64_t found = bytes[static_cast<std::size_t>(kind)];
-        std::printf("%5.1f %%  %15lld  %s\n", 100 * static_cast<double>(found) / all,
-                    static_cast<long long>(found), std::string(rawValue(kind)).c_str());
     }
     constexpr std::size_t shown = 20;
     const auto end = unknown.begin() + std::min<std::ptrdiff_t>(shown, std::ssize(unknown));
@@ -55,6 +52,5 @@ int main(int argc, char** argv)
         return a->allocatedSize() > b->allocatedSize();
     });
     for (auto node = unknown.begin(); node != end; ++node)
-        std::printf("%15lld  %s\n", static_cast<long long>((*node)->allocatedSize()),
-                    (*node)->id().c_str());
+        std::printf("%15jd  %s\n", std::intmax_t{(*node)->allocatedSize()}, (*node)->id().c_str());
 }
