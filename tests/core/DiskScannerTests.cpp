@@ -1,5 +1,6 @@
 #include "BrisalonCore/DiskScanner.h"
 #include "BrisalonCore/LargeFiles.h"
+#include "scan/SaturatingSum.h"
 #include "support/ReferenceTree.h"
 #include "support/TemporaryTree.h"
 
@@ -7,6 +8,7 @@
 
 #include <atomic>
 #include <fstream>
+#include <limits>
 #include <stdexcept>
 #include <tuple>
 
@@ -293,6 +295,14 @@ TEST(DiskScanner, TwoScansMayRunAtOnce)
     (void)DiskScanner{256 * kib, 100}.scan(
         tree.url(), [&](const ScanProgress&) { same += Scan(tree.url()).tree() == outer.tree(); });
     EXPECT_GE(same, 3);
+}
+
+TEST(SaturatingSum, StaysAtTheLargestNumber)
+{
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(detail::saturatingSum(most - 1, 1), most);
+    EXPECT_EQ(detail::saturatingSum(most - 1, 2), most);
+    EXPECT_EQ(detail::saturatingSum(2, 3), 5);
 }
 
 } // namespace

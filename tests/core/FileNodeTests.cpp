@@ -53,6 +53,7 @@ TEST(FileNode, BuilderDerivesAndInitialiserStores)
     EXPECT_EQ(made.hogKind(), HogKind::caches);
     EXPECT_EQ(made.risk(), Risk::safe);
     EXPECT_EQ(made.name(), "37 small files");
+    EXPECT_EQ(file("/u/Docker.raw", 1).risk(), Risk::caution);
     EXPECT_EQ(made.aggregateSources(), FileURLList({FileURL("/u/Library/Caches/x")}));
 
     const FileNode odd(url, "anything", -1, NodeKind::smallFilesAggregate(-2), HogKind::docker,
@@ -115,6 +116,8 @@ TEST(FileNode, EqualityComparesEveryValueAtEveryDepth)
     EXPECT_NE(plain, node("n", NodeKind::file, HogKind::logs, Risk::unknown, {}));
     EXPECT_NE(plain, node("n", NodeKind::file, HogKind::none, Risk::safe, {}));
     EXPECT_NE(plain, node("n", NodeKind::file, HogKind::none, Risk::unknown, {FileURL("/n/x")}));
+    EXPECT_NE(node("n", NodeKind::file, HogKind::none, Risk::unknown, {FileURL("/n/y")}),
+              node("n", NodeKind::file, HogKind::none, Risk::unknown, {FileURL("/n/x")}));
     EXPECT_NE(node("n", NodeKind::smallFilesAggregate(1), HogKind::none, Risk::unknown, {}),
               node("n", NodeKind::smallFilesAggregate(2), HogKind::none, Risk::unknown, {}));
 }

@@ -142,34 +142,6 @@ TEST(TreemapLayout, StopsWhenTheAreaIsUsedUp)
               (std::vector<Rect>{{0, 0, 400, 100}}));
 }
 
-TEST(TreemapLayout, TilesTheWholeArea)
-{
-    std::mt19937 random(5);
-    std::vector<std::int64_t> sizes(5000);
-    for (auto& size : sizes)
-        size = 1 + static_cast<std::int64_t>(random() >> (random() % 32));
-    std::ranges::sort(sizes, std::ranges::greater());
-    const auto rects = TreemapLayout::layout(nodesOf(sizes), 1600, 900);
-    ASSERT_EQ(rects.size(), sizes.size());
-    double total = 0;
-    for (const std::int64_t size : sizes)
-        total += static_cast<double>(size);
-    double area = 0;
-    for (std::size_t i = 0; i < rects.size(); ++i) {
-        const TreemapRect& rect = rects[i];
-        area += rect.width * rect.height;
-        EXPECT_NEAR(rect.width * rect.height, 1600 * 900 * static_cast<double>(sizes[i]) / total,
-                    1e-3);
-        EXPECT_GE(rect.x, 0);
-        EXPECT_GE(rect.y, 0);
-        EXPECT_LE(rect.x + rect.width, 1600 + 1e-6);
-        EXPECT_LE(rect.y + rect.height, 900 + 1e-6);
-        const double x = rect.x + rect.width / 2, y = rect.y + rect.height / 2;
-        EXPECT_EQ(TreemapLayout::hitTest(x, y, rects), &rect);
-    }
-    EXPECT_NEAR(area, 1600 * 900, 1e-3);
-}
-
 TEST(TreemapLayout, SharedEdgesBelongToTheRightAndLowerNeighbour)
 {
     const auto rects = TreemapLayout::layout(nodesOf({3, 1}), 400, 100);
