@@ -53,66 +53,49 @@ TEST_F(NavigationTest, ZoomingInAndOut)
     EXPECT_EQ(state->current(), root);
 }
 
-TEST_F(NavigationTest, AFileIsSelectedAndNotEntered)
+TEST_F(NavigationTest, WhatIsNoStepDeeperOrOnTheWay)
 {
     state->zoom(flat);
-    EXPECT_EQ(state->selected(), flat);
-    EXPECT_EQ(state->current(), root);
-    EXPECT_EQ(state->breadcrumbs().size(), 1);
+    EXPECT_EQ(state->selected(), flat) << "a file is selected and not entered";
+    EXPECT_EQ(crumbNames(), Names{"root"});
     EXPECT_TRUE(state->shouldShowMapHint());
-}
 
-TEST_F(NavigationTest, AFolderOnTheWayCutsTheWayBackToIt)
-{
-    state->zoom(outer);
-    state->zoom(inner);
-    state->zoom(root);
-    EXPECT_EQ(crumbNames(), (Names{"root"}));
-    EXPECT_EQ(state->current(), root);
-}
-
-TEST_F(NavigationTest, AJumpToWhatIsNotOnTheWayIsIgnored)
-{
     state->zoom(outer);
     state->jumpToBreadcrumb(inner);
     state->jumpToBreadcrumb({});
-    EXPECT_EQ(crumbNames(), (Names{"root", "outer"}));
+    EXPECT_EQ(crumbNames(), (Names{"root", "outer"})) << "not on the way";
     EXPECT_EQ(state->current(), outer);
     EXPECT_EQ(state->selected(), outer);
-}
 
-TEST_F(NavigationTest, TheHintIsGoneForGoodAfterTheFirstZoom)
-{
-    state->zoom(outer);
-    AppState next(services());
-    next.startScan(FileURL(tree.at("root")));
-    while (next.isScanning())
-        letEverythingHappen();
-    ASSERT_TRUE(next.tree());
-    EXPECT_FALSE(next.shouldShowMapHint());
+    state->zoom(inner);
+    state->zoom(root);
+    EXPECT_EQ(crumbNames(), (Names{"root"})) << "a folder on the way cuts it";
+    EXPECT_EQ(state->current(), root);
 }
 
 TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
 {
     int changes = 0;
-    QObject::connect(state.get(), &AppState::selectedChanged, [&] { ++changes; });
-    state->setSelected(outer);
-    state->setSelected(outer);
+    const auto model = std::move(state);
+    QObject::connect(model.get(), &AppState::selectedChanged, [&] { ++changes; });
+    model->setSelected(outer);
+    model->setSelected(outer);
     EXPECT_EQ(changes, 1);
 
     // The same folder of a tree of its own is the same while all in it is equal.
-    AppState other(services());
+    state = std::make_unique<AppState>(services());
     const auto rescan = [&] {
-        other.startScan(FileURL(tree.at("root")));
-        while (other.isScanning())
-            letEverythingHappen();
-        return child(other.tree(), "outer");
+        scan(FileURL(tree.at("root")));
+        return child(state->tree(), "outer");
     };
-    state->setSelected(rescan());
+    model->setSelected(rescan());
     EXPECT_EQ(changes, 1);
     tree.file("root/outer/more.bin", mib);
-    state->setSelected(rescan());
+    model->setSelected(rescan());
     EXPECT_EQ(changes, 2);
+
+    model->zoom(outer);
+    EXPECT_FALSE(state->shouldShowMapHint()) << "gone for good after the first zoom";
 }
 
 TEST_F(NavigationTest, AClickOnTheMapEndsASelectionOfLargeFiles)

@@ -7,10 +7,8 @@
 
 #include <QDateTime>
 
-#include <condition_variable>
 #include <filesystem>
 #include <fstream>
-#include <mutex>
 
 namespace brisalon::tests {
 
@@ -213,38 +211,6 @@ TEST_F(ServicesTest, RevealsItemsInTheFileManager)
     state->requestReveal(FileURL("/usr/missing"));
     EXPECT_EQ(workspace.revealed.size(), 2u);
     EXPECT_EQ(state->statusMessage(), "That path is not available.");
-}
-
-TEST_F(ServicesTest, AReplacedScanThatEndsLastLeavesTheNewerAlone)
-{
-    // The older scan ignores its cancellation until the newer one has ended.
-    tree.file("one/file", mib);
-    tree.file("two/file", 2 * mib);
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool mayEnd = false;
-    AppServices slow = services();
-    slow.scan = [&](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                    std::stop_token) -> ScanResult {
-        if (root.lastPathComponent() == "two")
-            return AppState::scanner.scan(root, progress, {});
-        std::unique_lock lock(mutex);
-        changed.wait(lock, [&] { return mayEnd; });
-        return ScanError::cancelled;
-    };
-    state = std::make_unique<AppState>(std::move(slow));
-    state->startScan(FileURL(tree.at("one")));
-    state->startScan(FileURL(tree.at("two")));
-    waitForEnd();
-    EXPECT_EQ(state->statusMessage(), "Mapped 2.0 MB in two");
-    {
-        const std::lock_guard lock(mutex);
-        mayEnd = true;
-    }
-    changed.notify_all();
-    letEverythingHappen();
-    EXPECT_EQ(state->statusMessage(), "Mapped 2.0 MB in two");
-    EXPECT_EQ(state->tree().name(), "two");
 }
 
 } // namespace brisalon::tests

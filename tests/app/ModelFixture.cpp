@@ -1,5 +1,6 @@
 #include "ModelFixture.h"
 
+#include <QCoreApplication>
 #include <QTest>
 
 namespace brisalon::tests {
@@ -44,9 +45,10 @@ void ModelFixture::waitForEnd() const
     ASSERT_TRUE(waitFor([this] { return !state->isScanning(); }));
 }
 
-void ModelFixture::letEverythingHappen()
+void ModelFixture::letScanEnd() const
 {
-    QTest::qWait(60);
+    ASSERT_TRUE(gate.waitForEnd());
+    QCoreApplication::processEvents();
 }
 
 FileNodeValue ModelFixture::child(const FileNodeValue& folder, const std::string& name) const

@@ -37,9 +37,9 @@ protected:
     static bool waitFor(const std::function<bool()>& condition);
     /// The same until no scan runs.
     void waitForEnd() const;
-    /// Lets the events be handled for a moment: whatever is still under way and
-    /// should have no effect gets the chance to have one.
-    static void letEverythingHappen();
+    /// Lets one more scan end and has all handled that it told: what should have no
+    /// effect has had the chance to have one.
+    void letScanEnd() const;
 
     FileNodeValue child(const FileNodeValue& folder, const std::string& name) const;
     std::vector<std::string> crumbNames() const;

@@ -159,7 +159,7 @@ TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
     while (namesIn(tree.at("data/Trash/files")).empty()) {
     }
     workspace.reset();
-    QTest::qWait(1);
+    QCoreApplication::processEvents();
 
     EXPECT_FALSE(isEnded);
     const std::vector<std::string> moved = namesIn(tree.at("data/Trash/files"));

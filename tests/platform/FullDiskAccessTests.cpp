@@ -72,15 +72,6 @@ TEST(FullDiskAccess, OlderSettingsAreAskedForWhenTheNewerDoNotOpen)
     EXPECT_EQ(workspace.addresses, (std::vector{newer, older}));
 }
 
-TEST(FullDiskAccess, TheProgramIsShownInTheFileManager)
-{
-    MemoryBundleInformation bundle;
-    bundle.place = FileURL("/Applications/Brisalon.app");
-    MemoryWorkspace workspace;
-    FullDiskAccess::revealAppInFinder(workspace, bundle);
-    EXPECT_EQ(workspace.revealed, std::vector{bundle.place});
-}
-
 TEST(BundleInformation, OfTheRunningProgram)
 {
     const DesktopBundleInformation bundle;

@@ -133,7 +133,7 @@ TEST_F(TrashServiceTest, WhoeverIsGoneHearsNothing)
     service = std::make_unique<TrashService>(workspace);
     move({"a"});
     service.reset();
-    QTest::qWait(20);
+    QCoreApplication::processEvents();
     EXPECT_EQ(workspace.requests.size(), 1U);
     EXPECT_TRUE(reports.empty());
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <limits>
+#include <utility>
 
 namespace brisalon {
 
@@ -57,15 +58,41 @@ bool ScanGate::waitForScan() const
                                     [this] { return state_->waiting > 0; });
 }
 
-ScanTask::Scan ScanGate::scan() const
+bool ScanGate::waitForEnd() const
 {
-    return [state = state_](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                            std::stop_token cancellation) {
+    std::unique_lock lock(state_->mutex);
+    const bool hasEnded = state_->changed.wait_for(lock, std::chrono::seconds(30),
+                                                   [this] { return state_->ended > 0; });
+    state_->ended -= hasEnded;
+    return hasEnded;
+}
+
+ScanTask::Scan ScanGate::scan(ScanTask::Scan inner) const
+{
+    // Lives as long as the scan's thread, which ends once all has been told.
+    struct Witness {
+        std::shared_ptr<State> state;
+        ~Witness()
+        {
+            const std::lock_guard lock(state->mutex);
+            ++state->ended;
+            state->changed.notify_all();
+        }
+    };
+    if (!inner)
+        inner = [](const FileURL& root, const DiskScanner::ProgressCallback& progress,
+                   std::stop_token cancellation) {
+            return AppState::scanner.scan(root, progress, std::move(cancellation));
+        };
+    return [state = state_, inner = std::move(inner)](const FileURL& root,
+                                                      const DiskScanner::ProgressCallback& progress,
+                                                      std::stop_token cancellation) {
+        thread_local const Witness witness{state};
         const auto report = [&](const ScanProgress& reported) {
             progress(reported);
             state->pass(reported.visitedCount, cancellation);
         };
-        ScanResult outcome = AppState::scanner.scan(root, report, cancellation);
+        ScanResult outcome = inner(root, report, cancellation);
         state->pass(result, cancellation);
         return outcome;
     };

@@ -30,9 +30,12 @@ public:
     /// Waits until a scan stands at the gate; false when none came within a
     /// generous time.
     bool waitForScan() const;
+    /// Waits until one more scan has ended, its thread with it, so that all that it
+    /// had to tell is on its way; false when none did within a generous time.
+    bool waitForEnd() const;
 
-    /// The scanner's scan, through this gate.
-    ScanTask::Scan scan() const;
+    /// The scanner's scan, or that one, through this gate.
+    ScanTask::Scan scan(ScanTask::Scan inner = {}) const;
 
 private:
     struct State {
@@ -41,6 +44,7 @@ private:
         bool isClosed = false;
         std::int64_t holdsAfter = 0;
         int waiting = 0;
+        int ended = 0;
 
         void pass(std::int64_t visitedCount, const std::stop_token& cancellation);
     };
