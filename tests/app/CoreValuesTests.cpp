@@ -2,7 +2,6 @@
 #include "BrisalonCore/FileNodeBuilder.h"
 
 #include <QLocale>
-#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -54,18 +53,6 @@ TEST(FileNodeValueTest, ShowsVeryLongPathsWithoutTheirMiddle)
     EXPECT_TRUE(longer.endsWith("x/end"));
 }
 
-TEST(FileNodeValueTest, NoNodeReadsAsEmpty)
-{
-    const FileNodeValue none;
-    EXPECT_TRUE(none.id().isEmpty());
-    EXPECT_TRUE(none.name().isEmpty());
-    EXPECT_TRUE(none.sizeText().isEmpty());
-    EXPECT_FALSE(none.isHog());
-    EXPECT_EQ(none.risk(), Risk::unknown);
-    EXPECT_EQ(none.childCount(), 0);
-    EXPECT_FALSE(none.canZoom());
-}
-
 TEST(FileNodeValueTest, KeepsTheBytesOfANameAndShowsWhatIsText)
 {
     const FileNodeValue node =
@@ -74,15 +61,6 @@ TEST(FileNodeValueTest, KeepsTheBytesOfANameAndShowsWhatIsText)
     EXPECT_EQ(node.name(), QString("\ufffd\ufffd.log"));
     EXPECT_EQ(node.sizeText(), "2.0 KB");
     EXPECT_EQ(node.kindTitle(), "File");
-}
-
-TEST(FileNodeValueTest, TheLastCopyOfATreeIsTakenApartElsewhere)
-{
-    FileNodeValue tree = folderOf("/x", 7);
-    const FileNode kept = *tree;
-    tree = {};
-    QThreadPool::globalInstance()->waitForDone();
-    EXPECT_EQ(kept.children().size(), 1u) << "what others hold stays";
 }
 
 TEST(ScanProgressValueTest, CountsAreGroupedAsTheUsersLocaleDoes)

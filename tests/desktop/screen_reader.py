@@ -156,6 +156,8 @@ def trash(session, window, map_item):
         return
     wait_for(lambda: cancel.has(FOCUSED), "the question's Cancel has the focus")
     check_names(window, "question")
+    dialog = window.find("Move 1 item(s) to Trash?")
+    check(dialog and dialog.role() == "dialog", "the question is a dialog of that name")
     session.press("Escape")
     wait_for(lambda: not window.find("Cancel"), "Escape withdraws the question")
     wait_for(lambda: block.has(FOCUSED), "the block has the focus again")

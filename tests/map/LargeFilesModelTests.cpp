@@ -158,17 +158,4 @@ TEST_F(LargeFilesModelTest, ARescanKeepsWhatIsStillListedAndNothingElse)
     EXPECT_EQ(files.currentRow(), -1);
 }
 
-TEST_F(LargeFilesModelTest, FilesAreToldApartByTheirBytes)
-{
-    TemporaryTree other;
-    other.file("caf\xe9", 2 * mib);
-    other.file("caf\xe8", 3 * mib);
-    scan(other.url());
-    ASSERT_EQ(files.rowCount(), 2);
-    files.click(1);
-    EXPECT_EQ(ticked(), "1");
-    EXPECT_EQ(state->selectedLargeFileIDs(), std::set{other.at("caf\xe9")});
-    EXPECT_EQ(state->selected()->name(), "caf\xe9");
-}
-
 } // namespace brisalon::tests

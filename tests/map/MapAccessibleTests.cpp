@@ -75,6 +75,7 @@ TEST_F(MapAccessibleTest, TheFocusIsOnTheSelectedBlock)
     QAccessibleInterface* fifth = map()->child(4);
     EXPECT_EQ(map()->focusChild(), fifth);
     EXPECT_TRUE(fifth->state().selected && fifth->state().focused);
+    EXPECT_FALSE(map()->child(3)->state().selected || map()->child(3)->state().focused);
     EXPECT_FALSE(map()->state().focused);
     EXPECT_FALSE(map()->child(3)->state().selected);
 }

@@ -125,7 +125,6 @@ TEST_F(TreemapCanvasTest, AnEmptyLevelShowsNothingAndDoesNothing)
     EXPECT_NE(pixel({500, 300}), background);
     for (const FileNodeValue& level : {folder({}), folder({{"nothing", 0}}), FileNodeValue()}) {
         show(level);
-        QTest::qWait(20);
         expectPixel({500, 300}, background);
         movePointer({400, 300});
         movePointer({500, 300});

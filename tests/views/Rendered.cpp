@@ -29,12 +29,6 @@ Accepts showsText(const QString& text)
     };
 }
 
-// The item itself, which what it shows may be larger or smaller than.
-QRectF boxOf(const QQuickItem* item)
-{
-    return item ? item->mapRectToScene(QRectF(0, 0, item->width(), item->height())) : QRectF();
-}
-
 } // namespace
 
 const QQuickItem* Rendered::item(const Accepts& isIt) const
@@ -50,19 +44,19 @@ Rendered Rendered::within(const char* objectName) const
     return Rendered(found);
 }
 
-QRectF Rendered::box(const char* objectName) const
+QRectF Rendered::box(const QString& nameOrText) const
 {
-    const QQuickItem* const found =
-        item([&](const QQuickItem& other) { return other.objectName() == objectName; });
-    EXPECT_NE(found, nullptr) << "no " << objectName;
-    return boxOf(found);
+    const QQuickItem* found =
+        item([&](const QQuickItem& other) { return other.objectName() == nameOrText; });
+    if (!found)
+        found = item(showsText(nameOrText));
+    EXPECT_NE(found, nullptr) << "no " << nameOrText.toStdString();
+    return found ? found->mapRectToScene(QRectF(QPointF(), found->size())) : QRectF();
 }
 
-QRectF Rendered::textBox(const QString& text) const
+double Rendered::below(const QString& upper, const QString& lower) const
 {
-    const QQuickItem* const found = item(showsText(text));
-    EXPECT_NE(found, nullptr) << "no text " << text.toStdString();
-    return boxOf(found);
+    return box(lower).top() - box(upper).bottom();
 }
 
 void Rendered::expectText(const QString& text, const QFont& font, const QColor& color) const

@@ -20,10 +20,11 @@ public:
     /// What the item of that name shows. It outlives the result.
     Rendered within(const char* objectName) const;
 
-    /// Where the item of that name, or of that text, is; nowhere without it, which
-    /// fails the test.
-    QRectF box(const char* objectName) const;
-    QRectF textBox(const QString& text) const;
+    /// Where the item of that name is, or else that text; nowhere without either,
+    /// which fails the test.
+    QRectF box(const QString& nameOrText) const;
+    /// How far one begins below the end of the other.
+    double below(const QString& upper, const QString& lower) const;
 
     /// Expects a text to be shown in this font (size, weight, design, spacing) and
     /// colour.

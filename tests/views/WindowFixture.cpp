@@ -44,6 +44,13 @@ void WindowFixture::start()
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
 }
 
+void WindowFixture::startWithMap()
+{
+    start();
+    state().startScan(home.url());
+    ASSERT_TRUE(mapAppears());
+}
+
 bool WindowFixture::mapAppears()
 {
     return WindowDriver::waitFor([this] { return !app->state().isScanning(); }) &&
@@ -55,11 +62,52 @@ QString WindowFixture::text(const char* objectName) const
     return driver->property(objectName, "text").toString();
 }
 
+bool WindowFixture::appears(const QString& objectName) const
+{
+    return WindowDriver::waitFor([&] { return isShown(objectName); });
+}
+
+bool WindowFixture::goes(const QString& objectName) const
+{
+    return WindowDriver::waitFor([&] { return !isShown(objectName); });
+}
+
 QPoint WindowFixture::block(const std::string& name) const
 {
     const auto point = driver->block([&](const FileNode& node) { return node.name() == name; });
     EXPECT_TRUE(point) << "no block " << name;
     return point.value_or(QPoint());
+}
+
+QRectF WindowFixture::box(const QString& nameOrText)
+{
+    driver->settle();
+    return shown().box(nameOrText);
+}
+
+double WindowFixture::below(const QString& upper, const QString& lower)
+{
+    driver->settle();
+    return shown().below(upper, lower);
+}
+
+void WindowFixture::clickOn(const QString& objectName, Qt::KeyboardModifiers modifiers)
+{
+    driver->settle();
+    driver->click(driver->centre(objectName), modifiers);
+}
+
+QString WindowFixture::focused() const
+{
+    const QQuickItem* const item = window->activeFocusItem();
+    return item ? item->objectName() : QString();
+}
+
+bool WindowFixture::reaches(const QString& objectName, int key)
+{
+    for (int presses = 0; presses < 60 && focused() != objectName; ++presses)
+        driver->press(key);
+    return focused() == objectName;
 }
 
 } // namespace brisalon::tests

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Rendered.h"
+
 #include "Brisalon/Interface/BrisalonApp.h"
 #include "support/MemoryBundleInformation.h"
 #include "support/MemoryDefaultsStore.h"
@@ -28,13 +30,30 @@ protected:
 
     /// Starts the program; what it works with may be set up before.
     void start();
+    /// The same, and maps the home folder.
+    void startWithMap();
     /// Waits until no scan runs and the map is painted; false when it does not come.
     bool mapAppears();
 
+    AppState& state() { return app->state(); }
+    QString levelName() const { return app->state().current().name(); }
     QString text(const char* objectName) const;
+    bool isShown(const QString& objectName) const { return driver->find(objectName) != nullptr; }
+    /// Waits until it is; false when that takes too long.
+    bool appears(const QString& objectName) const;
+    bool goes(const QString& objectName) const;
     /// The middle of the block of that name.
     QPoint block(const std::string& name) const;
-    QString levelName() const { return app->state().current().name(); }
+    Rendered shown() const { return Rendered(*window); }
+    /// Where an item is, and how far below another, once all is laid out.
+    QRectF box(const QString& nameOrText);
+    double below(const QString& upper, const QString& lower);
+    void clickOn(const QString& objectName, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+
+    /// What has the keyboard.
+    QString focused() const;
+    /// Presses a key until the item has the keyboard; false if it never does.
+    bool reaches(const QString& objectName, int key = Qt::Key_Tab);
 
     TemporaryTree home;
     MemoryDefaultsStore store;
