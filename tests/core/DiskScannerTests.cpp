@@ -1,6 +1,6 @@
 #include "BrisalonCore/DiskScanner.h"
 #include "BrisalonCore/LargeFiles.h"
-#include "scan/SaturatingSum.h"
+#include "base/SaturatingSum.h"
 #include "support/ReferenceTree.h"
 #include "support/TemporaryTree.h"
 

@@ -77,7 +77,6 @@ TEST_F(MapAccessibleTest, TheFocusIsOnTheSelectedBlock)
     EXPECT_TRUE(fifth->state().selected && fifth->state().focused);
     EXPECT_FALSE(map()->child(3)->state().selected || map()->child(3)->state().focused);
     EXPECT_FALSE(map()->state().focused);
-    EXPECT_FALSE(map()->child(3)->state().selected);
 }
 
 TEST_F(MapAccessibleTest, TheItemsOfALevelGoWithIt)
