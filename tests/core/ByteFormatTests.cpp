@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdio>
 #include <limits>
-#include <random>
 
 using namespace brisalon;
 
@@ -37,27 +34,6 @@ TEST(ByteFormat, Samples)
     };
     for (const auto& [bytes, text] : samples)
         EXPECT_EQ(ByteFormat::string(bytes), text) << bytes;
-}
-
-TEST(ByteFormat, RoundsAsPrintfAtEveryScale)
-{
-    std::mt19937_64 random(1);
-    const char* const units[] = {"KB", "MB", "GB", "TB"};
-    for (int i = 0; i < 20000; ++i) {
-        const auto bytes = static_cast<std::int64_t>((random() >> 1) >> (random() % 53));
-        if (bytes < 1024)
-            continue;
-        int unit = 1;
-        while (unit < 4 && bytes >> (10 * (unit + 1)) != 0)
-            ++unit;
-        const double value = std::ldexp(static_cast<double>(bytes), -10 * unit);
-        char expected[64];
-        if (value >= 10)
-            std::snprintf(expected, sizeof expected, "%.0f %s", value, units[unit - 1]);
-        else
-            std::snprintf(expected, sizeof expected, "%.1f %s", value, units[unit - 1]);
-        ASSERT_EQ(ByteFormat::string(bytes), expected) << bytes;
-    }
 }
 
 } // namespace

@@ -97,31 +97,12 @@ TEST(LargeFiles, FilesAndPackagesButNoAggregates)
     EXPECT_EQ(entries[1].risk, Risk::review);
     EXPECT_EQ(entries[2].allocatedSize, 0);
 
+    EXPECT_EQ(LargeFiles::parentPath(FileURL("/r/A.app"), root), "/r");
+    EXPECT_EQ(LargeFiles::parentPath(FileURL("/r/A.app/x"), root), "/r/A.app");
+    EXPECT_EQ(LargeFiles::parentPath(url, root), std::nullopt);
     EXPECT_EQ(LargeFiles::topFiles(leaf(url, "alone", 3), 5).size(), 1u);
     EXPECT_TRUE(
         LargeFiles::topFiles(leaf(url, "a", 3, NodeKind::smallFilesAggregate(1)), 5).empty());
-}
-
-TEST(LargeFiles, FindsByWholePathInPreOrder)
-{
-    const FileURL url("/r");
-    const FileURL twice("/r/twice");
-    const FileNode first = FileNodeBuilder::make(twice, 1, NodeKind::file);
-    const FileNode folder = FileNodeBuilder::make(FileURL("/r/d"), 0, NodeKind::directory, {first});
-    const FileNode root = FileNodeBuilder::make(
-        url, 0, NodeKind::directory, {folder, FileNodeBuilder::make(twice, 2, NodeKind::file)});
-
-    EXPECT_EQ(LargeFiles::find("/r", root), &root);
-    EXPECT_EQ(LargeFiles::find("/r/", root), nullptr);
-    EXPECT_EQ(LargeFiles::find("r", root), nullptr);
-    EXPECT_EQ(LargeFiles::find("", root), nullptr);
-    EXPECT_EQ(LargeFiles::find("/r/D", root), nullptr);
-    ASSERT_NE(LargeFiles::find("/r/twice", root), nullptr);
-    EXPECT_EQ(LargeFiles::find("/r/twice", root)->allocatedSize(), 1) << "the deeper comes first";
-
-    EXPECT_EQ(LargeFiles::parentPath(FileURL("/r/d/x"), root), "/r/d");
-    EXPECT_EQ(LargeFiles::parentPath(FileURL("/r/d"), root), "/r");
-    EXPECT_EQ(LargeFiles::parentPath(url, root), std::nullopt);
 }
 
 TEST(LargeFiles, FindsWhatAComparisonOfEveryPathFinds)

@@ -91,15 +91,6 @@ TEST(TreemapLayout, Samples)
     expectLayout({2, 1, 1}, 100, 100, {{0, 0, 50, 100}, {50, 0, 50, 50}, {50, 50, 50, 50}});
 }
 
-TEST(TreemapLayout, NodesWithoutSizeGetNoRectangle)
-{
-    const auto rects = TreemapLayout::layout(nodesOf({0, 3, 0, -2, 1}), 400, 100);
-    ASSERT_EQ(rects.size(), 2u);
-    EXPECT_EQ(rects[0].nodeID(), "/r/1");
-    EXPECT_EQ(rects[1].id(), "/r/4");
-    EXPECT_EQ(rectsOf(rects), (std::vector<Rect>{{0, 0, 300, 100}, {300, 0, 100, 100}}));
-}
-
 TEST(TreemapLayout, RectanglesOutliveTheirNodes)
 {
     std::vector<std::int64_t> sizes(2000);

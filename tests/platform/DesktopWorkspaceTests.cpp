@@ -19,8 +19,6 @@
 #include <optional>
 #include <system_error>
 
-#include <unistd.h>
-
 namespace brisalon::tests {
 
 namespace {
@@ -168,20 +166,6 @@ TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
     EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), moved.size());
     for (const std::string& name : moved)
         EXPECT_TRUE(restoreInfo(FileURL(tree.at("data/Trash/files/" + name)))) << name;
-}
-
-TEST_F(DesktopWorkspaceTest, TwoFileSystems)
-{
-    const TemporaryTree volume(TemporaryTree::Storage::memory);
-    if (!volume.isInMemory())
-        GTEST_SKIP() << "needs the right to mount";
-    tree.file("items/here");
-    volume.file("items/there");
-    const CleanReport report = move(
-        TrashRequest::make({FileURL(tree.at("items/here")), FileURL(volume.at("items/there"))}, 0));
-    EXPECT_EQ(report.movedCount, 2);
-    EXPECT_TRUE(exists(tree.at("data/Trash/files/here")));
-    EXPECT_TRUE(exists(volume.at(".Trash-" + std::to_string(::getuid()) + "/files/there")));
 }
 
 } // namespace
