@@ -15,7 +15,7 @@ Item {
     // The node that is shown; while the card fades out, the one that was.
     property fileNode node
 
-    readonly property bool shown: map.hoveredNode.isPresent
+    readonly property bool shown: map.enabled && map.hoveredNode.isPresent
 
     // The placement allows the card 240 points to the right edge, of which it
     // leaves 8.
@@ -115,7 +115,7 @@ Item {
             TextLabel {
                 anchors.verticalCenter: badge.verticalCenter
                 text: tooltip.node.hogTitle
-                font: Theme.rounded(Theme.caption2)
+                font: Theme.system(Theme.caption2)
                 color: Theme.muted
             }
         }

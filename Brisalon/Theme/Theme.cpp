@@ -130,14 +130,15 @@ QFont Theme::system(int size, int weight)
 
 QFont Theme::rounded(int size, int weight)
 {
-    // The rounded family is drawn lighter than the interface's own: regular is set
-    // in its medium, which its package has as a family, and all above in its bold.
-    static const QStringList regular{"Quicksand Medium", "Quicksand", "Nunito",
-                                     "Varela Round",     "Inter",     "Noto Sans",
-                                     "DejaVu Sans",      "sans-serif"};
-    static const QStringList bold = regular.mid(1);
-    return weight > QFont::Normal ? font(bold, size, QFont::Bold)
-                                  : font(regular, size, QFont::Normal);
+    // The rounded family has no weight between its medium, which its package has as a
+    // family of its own, and its bold, and is drawn lighter than the interface's. So its
+    // bold stands for semibold, and its medium made bolder, which is heavier, for bold.
+    static const QStringList medium{"Quicksand Medium", "Quicksand", "Nunito",
+                                    "Varela Round",     "Inter",     "Noto Sans",
+                                    "DejaVu Sans",      "sans-serif"};
+    static const QStringList other = medium.mid(1);
+    const bool isOfMedium = weight == QFont::Medium || weight >= QFont::Bold;
+    return font(isOfMedium ? medium : other, size, weight);
 }
 
 QFont Theme::monospaced(int size, int weight)
