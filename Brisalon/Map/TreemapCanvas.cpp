@@ -15,8 +15,6 @@
 #include <QQuickWindow>
 #include <QtConcurrent>
 
-#include <limits>
-
 namespace brisalon {
 
 namespace {
@@ -25,17 +23,6 @@ namespace {
 /// never lags behind its window; longer would eat up the frame.
 constexpr double quickMilliseconds = 8;
 
-constexpr QPointF nowhere(std::numeric_limits<double>::quiet_NaN(),
-                          std::numeric_limits<double>::quiet_NaN());
-
-/// The pointer over any map, in its scene. Another level is often shown by another
-/// canvas, which must know where the pointer rests.
-QPointF& lastPointer()
-{
-    static QPointF point = nowhere;
-    return point;
-}
-
 std::string_view bytes(const QByteArray& text)
 {
     return {text.constData(), static_cast<std::size_t>(text.size())};
@@ -43,7 +30,7 @@ std::string_view bytes(const QByteArray& text)
 
 } // namespace
 
-TreemapCanvas::TreemapCanvas(QQuickItem* parent) : QQuickItem(parent), restingPoint_(nowhere)
+TreemapCanvas::TreemapCanvas(QQuickItem* parent) : QQuickItem(parent)
 {
     MapAccessible::install();
     setFlag(ItemHasContents);
@@ -65,10 +52,8 @@ void TreemapCanvas::setLevel(const FileNodeValue& level)
         return;
     const bool sameFolder = level.id() == value_.id();
     value_ = level;
-    if (!sameFolder) {
+    if (!sameFolder)
         endHover();
-        restingPoint_ = lastPointer();
-    }
     levelOrSizeChanged();
     emit levelChanged();
 }
@@ -141,10 +126,9 @@ FileNodeValue TreemapCanvas::selectedNode() const
 
 void TreemapCanvas::hover(QHoverEvent* event)
 {
-    lastPointer() = mapToScene(event->position());
-    if (lastPointer() == restingPoint_)
+    // Without a time when Qt itself asks what lies under a pointer that has not moved.
+    if (event->timestamp() == 0)
         return;
-    restingPoint_ = nowhere;
     hoverPoint_ = event->position();
     emit hoverPointChanged();
     hoverBlockAt(hoverPoint_);
@@ -152,8 +136,9 @@ void TreemapCanvas::hover(QHoverEvent* event)
 
 void TreemapCanvas::hoverLeaveEvent(QHoverEvent*)
 {
-    lastPointer() = nowhere;
-    endHover();
+    // A map that was put out of reach keeps its look while it goes away.
+    if (isEnabled())
+        endHover();
 }
 
 void TreemapCanvas::hoverBlockAt(QPointF point)
@@ -347,8 +332,11 @@ void TreemapCanvas::updatePolish()
 void TreemapCanvas::take(PaintedPicture painted)
 {
     lastMilliseconds_ = painted.milliseconds;
-    // Of another size it is still nearer to what is wanted than what is shown.
-    if (painted.picture.level->value() == value_) {
+    // Of another size it is arranged otherwise, but still nearer to what is wanted than an
+    // earlier one of the same nodes; in place of anything else it would be seen to jump.
+    const bool isSuccessor = picture_.level && picture_.level->value() == value_;
+    if (painted.picture.level == level_ ||
+        (isSuccessor && painted.picture.level->value() == value_)) {
         picture_ = std::move(painted.picture);
         pictureReplaced();
     }

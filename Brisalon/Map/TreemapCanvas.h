@@ -145,9 +145,6 @@ private:
     QByteArray hoverID_;
     FileNodeValue hoveredNode_;
     QPointF hoverPoint_;
-    /// A pointer that still rests here (in the scene) since the level changed
-    /// hovers nothing.
-    QPointF restingPoint_;
 
     std::optional<std::size_t> pressed_;
     bool focusVisible_ = false;

@@ -155,10 +155,14 @@ TEST_F(TreemapCanvasTest, AnotherLevelEndsTheHoverUntilThePointerMoves)
     show(fourBlocks("/home/b"));
     EXPECT_TRUE(canvas_->hoverID().isEmpty());
     expectPixel(middle(2), shade(node(2), bright));
-    movePointer(point); // reported again, but not moved
-    EXPECT_TRUE(canvas_->hoverID().isEmpty());
     movePointer(point + QPoint(1, 0));
     EXPECT_EQ(canvas_->hoverID(), id(0));
+
+    // A map on its way out keeps its look.
+    view_->setEnabled(false);
+    pixel(point);
+    EXPECT_EQ(canvas_->hoverID(), id(0));
+    view_->setEnabled(true);
 }
 
 TEST_F(TreemapCanvasTest, AResizeKeepsHoverAndSelectionAndLaysOutAnew)
@@ -193,6 +197,14 @@ TEST_F(TreemapCanvasTest, APictureThatIsNoLongerWantedIsNeverShown)
         QTest::qWait(5);
     }
     EXPECT_TRUE(sawThird);
+
+    // Nor one of another size, which would be arranged otherwise.
+    canvas_->setLevel(level_ = crowdedFolder(20'000));
+    QTest::qWait(1);
+    view_->setWidth(600);
+    QSignalSpy looks(canvas_, &TreemapCanvas::appearanceChanged);
+    EXPECT_TRUE(looks.wait());
+    EXPECT_TRUE(canvas_->isUpToDate());
 }
 
 TEST_F(TreemapCanvasTest, TwoBlocksOfOneIdAreBothUsable)
