@@ -41,7 +41,7 @@ QString Selection::title() const
 {
     if (isOfFiles_ && !isOneItem())
         return QStringLiteral("%1 large files").arg(files_.size());
-    return displayText(item().name);
+    return breakable(displayText(item().name));
 }
 
 QString Selection::subtitle() const

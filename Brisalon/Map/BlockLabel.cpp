@@ -38,37 +38,6 @@ constexpr double haloDrop = 0.5;
 constexpr int haloStrength = 160;
 constexpr int haloGain = 2;
 
-/// A name is one text, whatever characters it has: a line feed in it must not
-/// begin a line of its own.
-QString withoutControls(QString text)
-{
-    for (QChar& character : text) {
-        if (character.category() == QChar::Other_Control ||
-            character.category() == QChar::Separator_Line ||
-            character.category() == QChar::Separator_Paragraph)
-            character = u' ';
-    }
-    return text;
-}
-
-/// Invites a line break, as invisible text.
-constexpr QChar zeroWidthSpace(0x200b);
-
-/// File names have no spaces where lines could end; their punctuation marks the
-/// places that a reader would choose.
-QString breakable(const QString& name)
-{
-    QString result;
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        if (name[i] == u'.' && i > 0)
-            result += zeroWidthSpace;
-        result += name[i];
-        if (name[i] == u'_')
-            result += zeroWidthSpace;
-    }
-    return result;
-}
-
 /// Lays runs of text below one another in a box until a line does not fit.
 class Flow {
 public:
@@ -102,7 +71,7 @@ public:
             const bool cut = end < text.size() && y_ + 2 * style.lineHeight > box_.bottom();
             QString shown = cut ? metrics.elidedText(text.mid(start), Qt::ElideRight, box_.width())
                                 : text.mid(start, end - start).trimmed();
-            shown.remove(zeroWidthSpace);
+            shown = withoutBreaks(shown);
             lines_.push_back({shown,
                               font,
                               style.opacity,
@@ -137,7 +106,7 @@ std::vector<LabelLine> BlockLabel::lines(const FileNode& node, const QRectF& cel
     if (!(cell.width() > 64 && cell.height() > 28))
         return {};
     Flow flow(cell.adjusted(8, 7, -8, -7));
-    flow.append(breakable(withoutControls(displayText(node.name()))), nameStyle);
+    flow.append(breakable(displayText(node.name())), nameStyle);
     if (cell.height() > 44)
         flow.append(QString::fromStdString(ByteFormat::string(node.allocatedSize())), sizeStyle);
     if (cell.height() > 58 && node.hogKind() != HogKind::none) {

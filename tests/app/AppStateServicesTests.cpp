@@ -58,7 +58,7 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     list("");
     state->setConfirmSnapshot(state->snapshots()[0]);
     state->confirmPendingSnapshot();
-    EXPECT_EQ(state->statusMessage(), "Not permitted\n");
+    EXPECT_EQ(state->statusMessage(), "Not permitted ");
     EXPECT_EQ(state->snapshots().size(), 1);
     installTool("exit 1");
     state->setConfirmSnapshot(LocalSnapshot{token, ""});

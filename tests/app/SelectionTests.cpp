@@ -1,3 +1,4 @@
+#include "Brisalon/App/DisplayText.h"
 #include "Brisalon/App/Selection.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 
@@ -28,7 +29,8 @@ std::string described(const Selection& selection)
     std::string text;
     for (const FileURL& url : selection.urls())
         text += url.path() + " ";
-    text += "| " + (selection.title() + ", " + selection.subtitle() + ", ").toStdString() +
+    text += "| " +
+            (withoutBreaks(selection.title()) + ", " + selection.subtitle() + ", ").toStdString() +
             selection.sizeText().toStdString();
     if (selection.isOneItem())
         text += " | " + selection.item().url.path() + " " +

@@ -55,6 +55,17 @@ TEST(BlockLabelTest, LongNamesAreWrappedAndCutWithAnEllipsis)
     EXPECT_EQ(tight[0], roomy[0]);
     EXPECT_TRUE(tight[1].endsWith(u'…')) << tight[1].toStdString();
 
+    struct Row {
+        const char* name;
+        QStringList lines;
+    };
+    const Row rows[] = {
+        {"name-of-image-6.1.0.tar.gz", {"name-of-", "image-6.1.0.tar", ".gz", "4.7 GB"}},
+        {"libSomething.so.6.4", {"libSomething", ".so.6.4", "4.7 GB"}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(textsOf(file(row.name), 96, 200), row.lines) << row.name;
+
     // A word without any place to break is broken where the width ends.
     const QStringList solid = textsOf(file(std::string(60, 'm')), 80, 300);
     EXPECT_EQ(solid.mid(0, solid.size() - 1).join(""), QString(60, u'm'));

@@ -1,5 +1,7 @@
 #include "WindowFixture.h"
 
+#include "Brisalon/App/DisplayText.h"
+
 #include <QTest>
 
 #include <cstdlib>
@@ -59,7 +61,7 @@ bool WindowFixture::mapAppears()
 
 QString WindowFixture::text(const char* objectName) const
 {
-    return driver->property(objectName, "text").toString();
+    return withoutBreaks(driver->property(objectName, "text").toString());
 }
 
 bool WindowFixture::appears(const QString& objectName) const

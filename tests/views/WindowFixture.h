@@ -37,6 +37,7 @@ protected:
 
     AppState& state() { return app->state(); }
     QString levelName() const { return app->state().current().name(); }
+    /// As it is read, without invisible marks.
     QString text(const char* objectName) const;
     bool isShown(const QString& objectName) const { return driver->find(objectName) != nullptr; }
     /// Waits until it is; false when that takes too long.
