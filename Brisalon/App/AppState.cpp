@@ -214,6 +214,11 @@ void AppState::showFailure(const ScanTask::Outcome& outcome)
     setStatus(message);
 }
 
+void AppState::dismissScanError()
+{
+    assign(scanError_, QString(), &AppState::scanErrorChanged);
+}
+
 void AppState::pickFolderAndScan()
 {
     services_.folderPanel.open("Scan", [model = QPointer<AppState>(this)](const FileURL& folder) {

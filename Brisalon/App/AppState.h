@@ -151,6 +151,8 @@ public:
     /// new tree is there. A failure ends up in scanError and statusMessage.
     Q_INVOKABLE void startScan(const brisalon::FileURL& root);
     Q_INVOKABLE void cancelScan();
+    /// The user has read scanError.
+    Q_INVOKABLE void dismissScanError();
     /// Asks for a folder, and scans it if the user picks one.
     Q_INVOKABLE void pickFolderAndScan();
 

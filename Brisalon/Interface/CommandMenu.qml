@@ -19,6 +19,19 @@ T.Menu {
         model: menu.contentModel
         interactive: false
         currentIndex: menu.currentIndex
+        focus: true
+
+        // From one end to the other, which the menu itself does not do.
+        Keys.onUpPressed: event => {
+            event.accepted = menu.currentIndex <= 0;
+            if (event.accepted)
+                menu.currentIndex = menu.count - 1;
+        }
+        Keys.onDownPressed: event => {
+            event.accepted = menu.currentIndex === menu.count - 1;
+            if (event.accepted)
+                menu.currentIndex = 0;
+        }
     }
 
     background: Rectangle {

@@ -19,7 +19,9 @@ Item {
     ColumnLayout {
         id: column
 
-        anchors.fill: parent
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
         anchors.margins: 18
         spacing: 14
 

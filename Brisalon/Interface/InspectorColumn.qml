@@ -31,9 +31,15 @@ Rectangle {
         spacing: 0
 
         InspectPanel {
+            // Over a map as high as one file can make it, or as anything has: a click in
+            // the list below must not move that list.
+            property real tallest: 324
+
             objectName: "inspectPanel"
             Layout.fillWidth: true
+            Layout.preferredHeight: column.appState.tree.isPresent ? tallest : implicitHeight
             appState: column.appState
+            onImplicitHeightChanged: tallest = Math.max(tallest, implicitHeight)
             onZoomRequested: node => column.zoomRequested(node)
         }
 

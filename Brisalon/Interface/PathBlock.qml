@@ -9,7 +9,7 @@ ColumnLayout {
 
     required property string path
 
-    readonly property int shownLines: 5
+    readonly property int shownLines: 3
 
     spacing: 6
 
@@ -33,7 +33,7 @@ ColumnLayout {
             y: 10
             width: parent.width - 20
             height: Math.min(pathText.implicitHeight,
-                             Math.ceil(metrics.lineSpacing * block.shownLines))
+                             Math.ceil(metrics.lineSpacing) * block.shownLines)
             contentWidth: width
             contentHeight: pathText.implicitHeight
             boundsBehavior: Flickable.StopAtBounds
@@ -54,6 +54,7 @@ ColumnLayout {
                 objectName: "pathText"
                 width: flickable.width
                 text: block.path
+                horizontalAlignment: TextEdit.AlignLeft
                 wrapMode: TextEdit.WrapAnywhere
                 readOnly: true
                 selectByMouse: true

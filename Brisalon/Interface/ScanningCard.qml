@@ -65,10 +65,22 @@ PanelStyle {
             }
         }
 
-        BorderlessButton {
-            objectName: "cancelButton"
-            text: "Cancel"
-            onClicked: card.appState.cancelScan()
+        Item {
+            implicitWidth: cancel.implicitContentWidth
+            implicitHeight: cancel.implicitContentHeight
+
+            // As easy to hit as a button with an outline, in the room of its word.
+            BorderlessButton {
+                id: cancel
+
+                objectName: "cancelButton"
+                x: -leftPadding
+                y: -topPadding
+                horizontalPadding: 8
+                verticalPadding: 5
+                text: "Cancel"
+                onClicked: card.appState.cancelScan()
+            }
         }
     }
 }

@@ -27,11 +27,12 @@ Item {
         }
 
         TextLabel {
+            objectName: "scannedPath"
             // As high as its two lines at all times, so that nothing above it
             // moves from one path to the next.
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(parent.width, 420)
-            height: 2 * lineMetrics.height
+            height: 2 * Math.ceil(lineMetrics.height)
             visible: view.progress.isPresent
             horizontalAlignment: Text.AlignHCenter
             text: view.progress.currentPath

@@ -21,11 +21,6 @@ Rectangle {
         anchors.fill: parent
     }
 
-    WindowControls {
-        x: 18
-        anchors.verticalCenter: menuButton.verticalCenter
-    }
-
     PlainButton {
         id: menuButton
 
@@ -189,5 +184,11 @@ Rectangle {
         width: 1
         height: parent.height
         color: Theme.stroke
+    }
+
+    // Last, so that the Tab key comes to them last.
+    WindowControls {
+        x: 18
+        anchors.verticalCenter: menuButton.verticalCenter
     }
 }

@@ -113,7 +113,10 @@ ColumnLayout {
         Accessible.role: Accessible.List
         Accessible.name: "Local snapshots"
 
-        ThinScrollBar.vertical: ThinScrollBar {}
+        // Beside the band at the window's edge that changes its size.
+        ThinScrollBar.vertical: ThinScrollBar {
+            rightPadding: 8
+        }
 
         delegate: Item {
             id: cell

@@ -86,6 +86,16 @@ Item {
             title: "Scan failed"
             detail: pane.appState.scanError
             tint: Theme.danger
+
+            MouseArea {
+                anchors.fill: parent
+                onClicked: pane.appState.dismissScanError()
+            }
+
+            Shortcut {
+                sequence: "Escape"
+                onActivated: pane.appState.dismissScanError()
+            }
         }
     }
 

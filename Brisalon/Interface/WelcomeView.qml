@@ -42,6 +42,8 @@ Item {
         boundsBehavior: Flickable.StopAtBounds
         clip: interactive
 
+        ThinScrollBar.vertical: ThinScrollBar {}
+
         Column {
             id: stack
 

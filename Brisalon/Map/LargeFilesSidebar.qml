@@ -75,14 +75,16 @@ ColumnLayout {
         Accessible.role: Accessible.List
         Accessible.name: "Largest files"
 
-        ThinScrollBar.vertical: ThinScrollBar {}
+        // Beside the band at the window's edge that changes its size.
+        ThinScrollBar.vertical: ThinScrollBar {
+            rightPadding: 8
+        }
 
-        // What is ticked changes the height of the panel above, and so of the list.
-        onHeightChanged: {
-            if (activeFocus)
+        // A click leaves the list where it is, or its second would hit another row.
+        onCurrentIndexChanged: {
+            if (showsFocus)
                 positionViewAtIndex(currentIndex, ListView.Contain);
         }
-        onCurrentIndexChanged: positionViewAtIndex(currentIndex, ListView.Contain)
         onActiveFocusChanged: {
             if (activeFocus)
                 sidebar.files.enter();
@@ -91,7 +93,10 @@ ColumnLayout {
         }
         Keys.onPressed: event => {
             event.accepted = sidebar.files.press(event.key, event.modifiers);
+            if (!event.accepted)
+                return;
             showsFocus = true;
+            positionViewAtIndex(currentIndex, ListView.Contain);
         }
 
         delegate: ListRowStyle {
@@ -162,9 +167,9 @@ ColumnLayout {
                 anchors.fill: parent
                 hoverEnabled: true
                 onClicked: mouse => {
+                    list.showsFocus = false;
                     sidebar.files.click(row.index, mouse.modifiers);
                     list.forceActiveFocus(Qt.MouseFocusReason);
-                    list.showsFocus = false;
                 }
             }
 

@@ -6,7 +6,7 @@ import Brisalon.Theme
 T.ScrollBar {
     id: bar
 
-    implicitWidth: 8
+    implicitWidth: 4 + leftPadding + rightPadding
     padding: 2
     minimumSize: 0.1
     visible: size < 1

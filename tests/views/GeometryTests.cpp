@@ -3,8 +3,10 @@
 #include "Brisalon/Interface/RingColors.h"
 #include "Brisalon/Theme/Theme.h"
 
+#include <QPainter>
 #include <QTest>
 
+#include <numeric>
 #include <tuple>
 
 namespace brisalon::tests {
@@ -57,7 +59,11 @@ TEST_F(GeometryTest, Sidebar)
     ASSERT_TRUE(
         WindowDriver::waitFor([&] { return text("statusText").startsWith("Scanning · "); }));
     EXPECT_EQ(below("folderTarget", "scanningCard"), 12 + 16);
-    EXPECT_EQ(box("cancelButton").bottom(), box("scanningCard").bottom() - 12);
+    EXPECT_EQ(box("Cancel").bottomLeft(), box("scanningCard").bottomLeft() + QPointF(12, -12));
+    EXPECT_GE(box("cancelButton").height(), 22) << "as easy to hit as other buttons";
+    EXPECT_GE(box("cancelButton").width(), 44);
+    driver->find("scannedPath")->setProperty("text", "/a/long" + QString("/way").repeated(40));
+    EXPECT_EQ(driver->property("scannedPath", "lineCount"), 2);
     EXPECT_FALSE(driver->find("homeTarget")->isEnabled());
     EXPECT_EQ(colorOf("statusDot"), Theme::accent().rgba());
     gate.open();
@@ -66,6 +72,24 @@ TEST_F(GeometryTest, Sidebar)
     EXPECT_EQ(below("folderTarget", "sidebarRescan"), 12 + 8);
     EXPECT_TRUE(driver->find("homeTarget")->isEnabled());
     EXPECT_TRUE(driver->property("homeTarget", "isActive").toBool());
+}
+
+TEST_F(GeometryTest, TheWeightsOfTheRoundedFontDiffer)
+{
+    double lighter = 0;
+    for (const int weight : {QFont::Normal, QFont::Medium, QFont::DemiBold, QFont::Bold}) {
+        QImage image(600, 40, QImage::Format_Grayscale8);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        painter.setFont(Theme::rounded(17, weight));
+        painter.setPen(Qt::white);
+        painter.drawText(10, 30, "The largest files of a disk, and 24 GB of them");
+        painter.end();
+        const double ink =
+            std::accumulate(image.constBits(), image.constBits() + image.sizeInBytes(), 0.0);
+        EXPECT_GT(ink, 1.1 * lighter) << weight;
+        lighter = ink;
+    }
 }
 
 TEST_F(GeometryTest, MapWithItsBars)

@@ -158,6 +158,10 @@ TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
     ASSERT_TRUE(appears("aboutEntry"));
     EXPECT_EQ(driver->find("aboutEntry")->y() - driver->find("scanAgainEntry")->y(), 28 + 11)
         << "a line between the groups";
+    for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Up}) {
+        driver->press(key);
+        EXPECT_EQ(focused() == "aboutEntry", key == Qt::Key_Up) << "from end to end";
+    }
     driver->press(Qt::Key_Backspace);
     EXPECT_EQ(levelName(), "Movies");
     driver->press(Qt::Key_Delete);
@@ -174,6 +178,9 @@ TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
 
 TEST_F(KeyboardTest, EveryStopOfTabIsSeen)
 {
+    start();
+    driver->press(Qt::Key_Tab);
+    EXPECT_NE(focused(), "closeButton") << "what ends the program comes last";
     openAndScan();
     driver->press(Qt::Key_Right);
     driver->press(Qt::Key_Tab);
