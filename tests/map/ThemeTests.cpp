@@ -5,6 +5,7 @@
 #include "Brisalon/Theme/RingGauge.h"
 #include "Brisalon/Theme/SoftShadow.h"
 #include "Brisalon/Theme/SymbolImage.h"
+#include "Brisalon/Theme/Theme.h"
 
 #include <QPainter>
 
@@ -34,6 +35,25 @@ QImage painted(QSize size, const std::vector<std::pair<const char*, QVariant>>& 
 }
 
 } // namespace
+
+TEST(ThemeTest, ThePaletteAndTheColorsOfRisks)
+{
+    std::vector<QRgb> colors;
+    for (const QColor& color :
+         {Theme::sidebar(), Theme::panel(), Theme::well(), Theme::elevated(), Theme::text(),
+          Theme::textSecondary(), Theme::muted(), Theme::stroke(), Theme::strokeStrong(),
+          Theme::accent(), Theme::accentSoft(), Theme::danger(), Theme::success(), Theme::amber(),
+          Theme::windowBackground(), Theme::backgroundTop(), Theme::backgroundBottom()})
+        colors.push_back(color.rgba());
+    EXPECT_EQ(colors, (std::vector<QRgb>{0xff111216, 0xff14161b, 0xff07080b, 0xff1c1f25, 0xf0ffffff,
+                                         0xadffffff, 0x6bffffff, 0x12ffffff, 0x24ffffff, 0xff389efa,
+                                         0x29389efa, 0xffff6b7a, 0xff47e0a8, 0xffffb847, 0xff0a0b0e,
+                                         0xff0d0f14, 0xff08090d}));
+    EXPECT_EQ(Theme::riskColor(Risk::safe), Theme::success());
+    EXPECT_EQ(Theme::riskColor(Risk::review), Theme::amber());
+    EXPECT_EQ(Theme::riskColor(Risk::caution), Theme::danger());
+    EXPECT_EQ(Theme::riskColor(Risk::unknown), Theme::muted());
+}
 
 TEST(ThemeTest, ARingRunsClockwiseFromTheTop)
 {
