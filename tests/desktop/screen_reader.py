@@ -76,7 +76,7 @@ def check_names(window, where):
 
 
 def journey(session):
-    window = wait_for(session.window, "the program's window is on the bus")
+    window = wait_for(session.window, "the program's window is on the bus", 30)
     if not window:
         return
     session.take_keyboard()

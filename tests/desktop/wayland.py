@@ -237,7 +237,7 @@ def size_and_place(session):
 
 
 def journey(session):
-    window = wait_for(session.window, "the program's window is on the bus")
+    window = wait_for(session.window, "the program's window is on the bus", 30)
     wait_for(session.frame, "the compositor shows it")
     size_and_place(session)
 
