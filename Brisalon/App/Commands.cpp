@@ -1,9 +1,14 @@
 #include "Brisalon/App/Commands.h"
 
+#include "Brisalon/App/CopiedPaths.h"
 #include "Brisalon/App/ScanTargets.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMetaMethod>
 #include <QMetaProperty>
+
+#include <utility>
 
 namespace brisalon {
 
@@ -49,7 +54,21 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) { commands.state().startScan(FileURL(commands.state().scanRoot())); }},
     {"cancelScan", "Cancel Scan", "Escape", Group::KeyOnly, isScanning,
      [](Commands& commands) { commands.state().cancelScan(); }},
-    {"moveToTrash", "Move to Trash", "Delete", Group::KeyOnly,
+    {"zoomIn", "Zoom In", "", Group::Item,
+     [](const AppState& state) { return state.selection().canZoom(); },
+     [](Commands& commands) { emit commands.zoomRequested(commands.state().selected()); }},
+    {"reveal", "Reveal", "", Group::Item,
+     [](const AppState& state) { return state.selection().canReveal(); },
+     [](Commands& commands) {
+         commands.state().requestReveal(commands.state().selection().item().url);
+     }},
+    {"copyPath", "Copy Path", "Ctrl+C", Group::Item,
+     [](const AppState& state) { return !state.selection().places().empty(); },
+     [](Commands& commands) {
+         QGuiApplication::clipboard()->setMimeData(
+             copiedPaths(commands.state().selection().places()).release());
+     }},
+    {"moveToTrash", "Move to Trash", "Delete", Group::Item,
      [](const AppState& state) { return isIdle(state) && state.selection().isPresent(); },
      [](Commands& commands) { commands.state().requestTrashSelected(); }},
     {"upOneLevel", "Up One Level", "Backspace", Group::KeyOnly, always,
@@ -103,7 +122,7 @@ Commands::Commands(AppState& state) : state_(state)
 {
     for (const Command::Row& row : rows) {
         all_.append(new Command(row, *this));
-        if (row.group != Group::KeyOnly)
+        if (row.group != Group::KeyOnly && row.group != Group::Item)
             menu_.append(all_.last());
     }
     // Whatever changes, so that no row needs to say what its condition reads.
@@ -113,12 +132,22 @@ Commands::Commands(AppState& state) : state_(state)
         if (const QMetaProperty property = model.property(i); property.hasNotifySignal())
             connect(&state_, property.notifySignal(), this, slot);
     }
+    update();
 }
 
 void Commands::update()
 {
     for (Command* const command : all_)
         command->update();
+    QList<Command*> contextMenu;
+    for (Command* const command : all_) {
+        if (command->group() == Group::Item && command->isEnabled())
+            contextMenu.append(command);
+    }
+    if (contextMenu == contextMenu_)
+        return;
+    contextMenu_ = std::move(contextMenu);
+    emit contextMenuChanged();
 }
 
 } // namespace brisalon

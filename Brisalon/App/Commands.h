@@ -26,7 +26,8 @@ class Command : public QObject {
 public:
     /// What a command stands with in the menu, which draws a line between two groups.
     enum class Group {
-        KeyOnly, ///< not in the menu
+        KeyOnly, ///< not in a menu
+        Item,    ///< in the context menus of what can be selected
         Scan,
         Application,
     };
@@ -68,6 +69,8 @@ class Commands : public QObject {
     QML_UNCREATABLE("The application makes the one that its window shows.")
     Q_PROPERTY(QQmlListProperty<brisalon::Command> all READ all CONSTANT)
     Q_PROPERTY(QQmlListProperty<brisalon::Command> menu READ menu CONSTANT)
+    Q_PROPERTY(
+        QQmlListProperty<brisalon::Command> contextMenu READ contextMenu NOTIFY contextMenuChanged)
 
 public:
     /// `state` is what they act on, and outlives them.
@@ -78,10 +81,15 @@ public:
     QQmlListProperty<Command> all() { return {this, &all_}; }
     /// Those that the menu shows.
     QQmlListProperty<Command> menu() { return {this, &menu_}; }
+    /// Those for the selection that mean something now: what a context menu shows.
+    QQmlListProperty<Command> contextMenu() { return {this, &contextMenu_}; }
 
 signals:
     /// What is the window's to show.
     void aboutRequested();
+    void zoomRequested(const brisalon::FileNodeValue& node);
+
+    void contextMenuChanged();
 
 private:
     Q_SLOT void update();
@@ -89,6 +97,7 @@ private:
     AppState& state_;
     QList<Command*> all_;
     QList<Command*> menu_;
+    QList<Command*> contextMenu_;
 };
 
 } // namespace brisalon

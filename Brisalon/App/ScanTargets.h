@@ -3,7 +3,9 @@
 #include "Brisalon/App/CoreValues.h"
 #include "BrisalonCore/FileURL.h"
 
+#include <QList>
 #include <QObject>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 namespace brisalon {
@@ -32,6 +34,9 @@ public:
 
     Q_INVOKABLE static brisalon::ScanTargets::Phase phase(const brisalon::FileNodeValue& tree,
                                                           bool isScanning);
+    /// The folder that is meant by what is dropped: the only thing, and a folder of this
+    /// machine. Absent otherwise.
+    Q_INVOKABLE static brisalon::FileURL dropped(const QList<QUrl>& addresses);
     /// Whether the map on screen is that target's.
     Q_INVOKABLE static bool isShown(const brisalon::FileURL& target,
                                     brisalon::ScanTargets::Phase phase,

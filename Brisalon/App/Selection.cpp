@@ -84,6 +84,13 @@ std::vector<FileURL> Selection::urls() const
     return urls;
 }
 
+std::vector<FileURL> Selection::places() const
+{
+    if (isAggregate())
+        return {node_.url().deletingLastPathComponent()};
+    return urls();
+}
+
 QString Selection::trashRefusal(std::int64_t protectedCount) const
 {
     if (protectedCount > 0)

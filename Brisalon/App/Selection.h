@@ -82,6 +82,9 @@ public:
 
     /// The items that are meant: of a block that stands for small files, those files.
     std::vector<FileURL> urls() const;
+    /// What to name of it: the items, or for a block that stands for small files the
+    /// folder that they are in.
+    std::vector<FileURL> places() const;
     /// Why none of `urls` can be moved to the Trash, `protectedCount` of which must not
     /// be.
     QString trashRefusal(std::int64_t protectedCount) const;

@@ -39,6 +39,18 @@ ListView {
 
         spacing: 4
 
+        // The context menu of the folder, which is selected for it.
+        function openMenu() {
+            breadcrumb.appState.select(modelData);
+            (Window.window as BrisalonWindow).openContextMenu(button, Qt.point(8, button.height));
+        }
+
+        // Not in the button, which would take every mouse button for its own then.
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: crumb.openMenu()
+        }
+
         SymbolImage {
             anchors.verticalCenter: parent.verticalCenter
             visible: crumb.index > 0
@@ -62,6 +74,11 @@ ListView {
             bottomPadding: 4
 
             onClicked: breadcrumb.appState.jumpToBreadcrumb(crumb.modelData)
+            Keys.onMenuPressed: crumb.openMenu()
+            Keys.onPressed: event => {
+                if (event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier)
+                    crumb.openMenu();
+            }
 
             contentItem: TextLabel {
                 text: button.text

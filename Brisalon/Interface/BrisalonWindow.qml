@@ -29,11 +29,35 @@ Window {
             showMaximized();
     }
 
+    // The commands for what is selected, at a point of that item.
+    function openContextMenu(item: Item, point: point) {
+        contextMenu.popup(rootView, item.mapToItem(rootView, point));
+    }
+
+    CommandMenu {
+        id: contextMenu
+
+        property Item behind: null
+
+        objectName: "contextMenu"
+        commands: window.commands.contextMenu
+        // A menu that closes leaves the keyboard nowhere.
+        onAboutToShow: behind = window.activeFocusItem
+        onClosed: {
+            if (!window.activeFocusItem?.parent)
+                behind?.forceActiveFocus(Qt.PopupFocusReason);
+        }
+    }
+
     Connections {
         target: window.commands
 
         function onAboutRequested() {
             window.showAbout = true;
+        }
+
+        function onZoomRequested(node: fileNode) {
+            rootView.zoom(node);
         }
     }
 

@@ -3,11 +3,12 @@ import QtQuick.Templates as T
 import Brisalon.App
 import Brisalon.Theme
 
-// The menu of the application's commands.
+// A menu of commands, with a line between their groups.
 T.Menu {
     id: menu
 
-    required property Commands commands
+    // The Commands, in order.
+    required property var commands
 
     implicitWidth: 240
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
@@ -100,13 +101,14 @@ T.Menu {
     }
 
     Instantiator {
-        model: menu.commands.menu
+        model: menu.commands
         delegate: Entry {}
         onObjectAdded: (index, entry) => {
-            const [before, command] = [menu.commands.menu[index - 1], menu.commands.menu[index]];
+            const [before, command] = [menu.commands[index - 1], menu.commands[index]];
             if (before && before.group !== command.group)
                 menu.addItem(line.createObject(menu.contentItem));
             menu.addItem(entry);
         }
+        onObjectRemoved: (index, entry) => menu.removeItem(entry)
     }
 }

@@ -78,6 +78,7 @@ Rectangle {
             objectName: "largeFilesSidebar"
             appState: column.appState
             files: largestFiles
+            onMenuRequested: (item, point) => (Window.window as BrisalonWindow).openContextMenu(item, point)
         }
     }
 

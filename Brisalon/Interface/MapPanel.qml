@@ -98,6 +98,7 @@ PanelStyle {
 
             onSelectRequested: node => panel.appState.select(node)
             onZoomRequested: node => panel.zoom(node)
+            onMenuRequested: point => (Window.window as BrisalonWindow).openContextMenu(shown, point)
 
             states: [
                 State {

@@ -16,6 +16,10 @@ FocusScope {
 
     Component.onCompleted: appState.appear()
 
+    function zoom(node: fileNode) {
+        workspace.zoom(node);
+    }
+
     // What goes away while the keyboard is on it leaves the keyboard to the map. Later,
     // because it may come back at once, or leave the keyboard to something else.
     onIsFocusHiddenChanged: if (isFocusHidden) handingOn.start()
@@ -114,5 +118,31 @@ FocusScope {
         symbol: "clock.arrow.circlepath"
         onConfirmed: root.appState.confirmPendingSnapshot()
         onDismissed: root.appState.dismissSnapshot()
+    }
+
+    // A folder that is dropped anywhere is scanned.
+    DropArea {
+        id: drop
+
+        property fileURL folder
+
+        objectName: "dropArea"
+        anchors.fill: parent
+        enabled: !root.appState.isScanning && !root.appState.confirmTrash.isPresent
+        onEntered: event => {
+            folder = ScanTargets.dropped(event.urls);
+            event.accepted = folder.path !== "";
+        }
+        onDropped: event => {
+            event.accept(Qt.CopyAction);
+            root.appState.startScan(folder);
+        }
+    }
+
+    DropHint {
+        objectName: "dropHint"
+        anchors.fill: parent
+        visible: drop.containsDrag
+        folder: drop.folder.path
     }
 }

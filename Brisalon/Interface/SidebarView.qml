@@ -50,7 +50,7 @@ Rectangle {
             property bool wasFocusVisible: false
 
             y: menuButton.height + 4
-            commands: sidebar.commands
+            commands: sidebar.commands.menu
             onAboutToShow: wasFocusVisible = menuButton.visualFocus
             onAboutToHide: if (wasFocusVisible) menuButton.forceActiveFocus(Qt.TabFocusReason)
         }

@@ -28,6 +28,11 @@ Item {
             width, maximumInspectorWidth, workspace.width - minimumMapWidth));
     }
 
+    // Zooms in as the user does it on the map.
+    function zoom(node: fileNode) {
+        pane.zoom(node);
+    }
+
     // Brings the keyboard to the map, or to what stands in its place.
     function takeFocus(isVisible: bool) {
         pane.takeFocus(isVisible);

@@ -155,6 +155,15 @@ void LargeFilesModel::click(int row, int modifiers)
     }
 }
 
+void LargeFilesModel::mean(int row)
+{
+    if (row < 0 || row >= files_.size())
+        return;
+    setCurrentRow(row);
+    if (!ticked_.contains(row))
+        tickOnly(row);
+}
+
 void LargeFilesModel::moveTo(int row, Qt::KeyboardModifiers modifiers)
 {
     const int target = std::clamp(row, 0, static_cast<int>(files_.size()) - 1);

@@ -48,6 +48,10 @@ public:
     /// others; with both, those in addition.
     Q_INVOKABLE void click(int row, int modifiers = 0);
 
+    /// What a context menu for a row is about: all that is ticked when it is too, else
+    /// this row, which is then ticked alone.
+    Q_INVOKABLE void mean(int row);
+
     /// A key (Qt::Key) on the list: Up, Down, Home and End move the current row and
     /// tick it alone, with Shift the rows from the anchor to it, with Ctrl nothing;
     /// Space ticks or unticks it; Ctrl+A ticks all; Return shows the current file in

@@ -14,6 +14,9 @@ ColumnLayout {
     required property AppState appState
     required property LargeFilesModel files
 
+    // The context menu of what is ticked, at a point of that item.
+    signal menuRequested(item: Item, point: point)
+
     spacing: 10
 
     RowLayout {
@@ -92,6 +95,14 @@ ColumnLayout {
                 showsFocus = true;
         }
         Keys.onPressed: event => {
+            if (event.key === Qt.Key_Menu
+                    || event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {
+                sidebar.files.mean(currentIndex);
+                if (currentItem)
+                    sidebar.menuRequested(currentItem, Qt.point(16, currentItem.height));
+                event.accepted = true;
+                return;
+            }
             event.accepted = sidebar.files.press(event.key, event.modifiers);
             if (!event.accepted)
                 return;
@@ -165,8 +176,17 @@ ColumnLayout {
                 id: pointer
 
                 anchors.fill: parent
+                acceptedButtons: Qt.LeftButton | Qt.RightButton
                 hoverEnabled: true
+                onPressed: mouse => {
+                    if (mouse.button !== Qt.RightButton)
+                        return;
+                    sidebar.files.mean(row.index);
+                    sidebar.menuRequested(row, Qt.point(mouse.x, mouse.y));
+                }
                 onClicked: mouse => {
+                    if (mouse.button === Qt.RightButton)
+                        return;
                     list.showsFocus = false;
                     sidebar.files.click(row.index, mouse.modifiers);
                     list.forceActiveFocus(Qt.MouseFocusReason);

@@ -35,7 +35,7 @@ TreemapCanvas::TreemapCanvas(QQuickItem* parent) : QQuickItem(parent)
     MapAccessible::install();
     setFlag(ItemHasContents);
     setAcceptHoverEvents(true);
-    setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
     setActiveFocusOnTab(true);
     // One texel is one pixel; who scales the map (a transition) sets this for that
     // time.
@@ -181,10 +181,15 @@ void TreemapCanvas::mousePressEvent(QMouseEvent* event)
 {
     setFocusVisible(false);
     pressed_ = laidOut().blockAt(event->position());
-    if (pressed_)
-        forceActiveFocus(Qt::MouseFocusReason);
-    else
+    if (!pressed_) {
         event->ignore();
+        return;
+    }
+    forceActiveFocus(Qt::MouseFocusReason);
+    if (event->button() == Qt::RightButton) {
+        emit selectRequested(FileNodeValue(level_->node(*std::exchange(pressed_, std::nullopt))));
+        emit menuRequested(event->position());
+    }
 }
 
 void TreemapCanvas::mouseReleaseEvent(QMouseEvent* event)
@@ -233,6 +238,13 @@ void TreemapCanvas::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Enter:
         if (selected_)
             emit zoomRequested(selectedNode());
+        return;
+    case Qt::Key_Menu:
+    case Qt::Key_F10:
+        if (event->key() == Qt::Key_F10 && event->modifiers() != Qt::ShiftModifier)
+            event->ignore();
+        else if (selected_)
+            emit menuRequested(level_->cell(*selected_).center());
         return;
     case Qt::Key_Escape:
         if (selected_)

@@ -98,6 +98,8 @@ signals:
     /// A double click on a block, whose first click has selected it, or the Return
     /// key on the selected one.
     void zoomRequested(const brisalon::FileNodeValue& node);
+    /// The context menu of the selected block, at a point in this item's coordinates.
+    void menuRequested(QPointF point);
 
 protected:
     void hoverEnterEvent(QHoverEvent* event) override { hover(event); }

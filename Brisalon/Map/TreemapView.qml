@@ -13,6 +13,7 @@ Item {
 
     signal selectRequested(node: fileNode)
     signal zoomRequested(node: fileNode)
+    signal menuRequested(point: point)
 
     TreemapCanvas {
         id: canvas
@@ -27,6 +28,7 @@ Item {
 
         onSelectRequested: node => view.selectRequested(node)
         onZoomRequested: node => view.zoomRequested(node)
+        onMenuRequested: point => view.menuRequested(point)
     }
 
     FocusRing {

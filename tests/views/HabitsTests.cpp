@@ -1,0 +1,140 @@
+// What every desktop program offers: context menus, copying, dropping.
+
+#include "WindowFixture.h"
+
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QTest>
+#include <QUrl>
+
+namespace brisalon::tests {
+
+class HabitsTest : public WindowFixture {
+protected:
+    void openAndScan()
+    {
+        home.file("Movies/a.mov", 9 * mib);
+        home.file("Movies/b.mov", 3 * mib);
+        home.file("Movies/small.txt", 10);
+        start();
+        app->state().startScan(home.url());
+        ASSERT_TRUE(mapAppears());
+    }
+
+    /// The entries of the context menu that is open; empty when none is.
+    std::string entries() const
+    {
+        std::string names;
+        for (const char* const name : {"zoomIn", "reveal", "copyPath", "moveToTrash"})
+            if (driver->find(QString(name) + "Entry"))
+                names += std::string(name) + ' ';
+        return names;
+    }
+    std::string entriesAfterRightClick(QPoint point)
+    {
+        QTest::mouseClick(window, Qt::RightButton, Qt::NoModifier, point);
+        EXPECT_TRUE(driver->settle());
+        return entries();
+    }
+    void close()
+    {
+        driver->press(Qt::Key_Escape);
+        EXPECT_TRUE(driver->waitFor([&] { return entries().empty(); }));
+    }
+    void choose(const char* name)
+    {
+        driver->click(driver->centre(QString(name) + "Entry"));
+        EXPECT_TRUE(driver->waitFor([&] { return entries().empty(); }));
+    }
+    static std::string copied() { return QGuiApplication::clipboard()->text().toStdString(); }
+};
+
+TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
+{
+    openAndScan();
+    EXPECT_EQ(entriesAfterRightClick(block("Movies")), "zoomIn reveal copyPath moveToTrash ");
+    EXPECT_EQ(app->state().selected().name(), "Movies");
+    choose("zoomIn");
+    ASSERT_TRUE(driver->waitForMap());
+    EXPECT_EQ(levelName(), "Movies");
+
+    EXPECT_EQ(entriesAfterRightClick(block("b.mov")), "reveal copyPath moveToTrash ");
+    close();
+
+    // A crumb stands for its folder, and a block of small files for where they are.
+    entriesAfterRightClick(driver->centre("crumb0"));
+    choose("copyPath");
+    EXPECT_EQ(copied(), home.path());
+    app->state().select(FileNodeValue(app->state().current()->children().back()));
+    ASSERT_TRUE(app->state().selected().isAggregate());
+    driver->press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(copied(), home.at("Movies"));
+
+    // The row that was ticked before is not meant any more; nor does the map move.
+    driver->click(driver->centre("largeFile0"));
+    EXPECT_EQ(entriesAfterRightClick(driver->centre("largeFile1")), "reveal copyPath moveToTrash ");
+    choose("copyPath");
+    EXPECT_EQ(copied(), home.at("Movies/b.mov"));
+    // Of several ticked ones, all.
+    driver->click(driver->centre("largeFile0"), Qt::ControlModifier);
+    EXPECT_EQ(entriesAfterRightClick(driver->centre("largeFile1")), "copyPath moveToTrash ");
+    choose("copyPath");
+    EXPECT_EQ(copied(), home.at("Movies/a.mov") + '\n' + home.at("Movies/b.mov"));
+    EXPECT_EQ(QGuiApplication::clipboard()->mimeData()->urls().size(), 2);
+    entriesAfterRightClick(driver->centre("largeFile1"));
+    choose("moveToTrash");
+    EXPECT_EQ(app->state().confirmTrash()->items.size(), 2U);
+}
+
+TEST_F(HabitsTest, TheKeyboardOpensThemToo)
+{
+    openAndScan();
+    driver->press(Qt::Key_Right);
+    driver->press(Qt::Key_Menu);
+    EXPECT_EQ(entries(), "zoomIn reveal copyPath moveToTrash ");
+    close();
+    driver->press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(entries(), "zoomIn reveal copyPath moveToTrash ");
+    driver->press(Qt::Key_Down);
+    driver->press(Qt::Key_Return);
+    ASSERT_TRUE(driver->waitForMap());
+    EXPECT_EQ(levelName(), "Movies");
+
+    window->findChild<QQuickItem*>("largeFilesList")->forceActiveFocus(Qt::TabFocusReason);
+    driver->press(Qt::Key_Menu);
+    EXPECT_EQ(entries(), "reveal copyPath moveToTrash ");
+    close();
+}
+
+TEST_F(HabitsTest, AFolderDroppedAnywhereIsScanned)
+{
+    home.file("folder \xff/a.mov", mib);
+    home.file("file", mib);
+    start();
+    const auto drag = [&](const std::string& path, bool isDropped) {
+        QMimeData data;
+        QByteArray address = "file://";
+        address += QByteArray::fromStdString(path).toPercentEncoding("/");
+        data.setData("text/uri-list", address);
+        QDragEnterEvent enter({600, 400}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window, &enter);
+        const bool isTaken = driver->find("dropHint") != nullptr;
+        QDropEvent drop({600, 400}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QDragLeaveEvent leave;
+        QCoreApplication::sendEvent(window, isDropped ? static_cast<QEvent*>(&drop) : &leave);
+        EXPECT_EQ(driver->find("dropHint"), nullptr);
+        return isTaken;
+    };
+    EXPECT_FALSE(drag(home.at("file"), true));
+    EXPECT_FALSE(drag(home.at("missing"), true));
+    EXPECT_TRUE(drag(home.at("folder \xff"), false));
+    EXPECT_FALSE(app->state().isScanning());
+    EXPECT_TRUE(drag(home.at("folder \xff"), true));
+    ASSERT_TRUE(mapAppears());
+    EXPECT_EQ(app->state().scanRoot().path(), home.at("folder \xff"));
+}
+
+} // namespace brisalon::tests
