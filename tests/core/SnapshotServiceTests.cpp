@@ -198,7 +198,7 @@ TEST_F(SnapshotServiceTest, AHangingToolIsStoppedWithAllThatItStarted)
 TEST_F(SnapshotServiceTest, WhatAToolLeavesBehindDoesNotSpoilItsResult)
 {
     const auto service =
-        running("sleep 300 & printf $! > " + at("child") + "; echo " + token, 300ms);
+        running("sleep 300 & printf $! > " + at("child") + "; echo " + token, 300ms, 300ms);
     const auto result = service.listLocalSnapshots();
     EXPECT_EQ(tokens(result), Tokens{token});
     EXPECT_EQ(result.errorText, std::nullopt);
