@@ -27,7 +27,7 @@ DISPLAY = (1400, 900)
 SIZE = [1280, 820]
 SMALLEST = [960, 700]
 
-# In a drag, in seconds; longer than the program needs to draw the window anew.
+# In seconds; longer than an event is on its way.
 PAUSE = 0.25
 
 # Who may do nothing; for the compositor, which refuses to be root.
@@ -127,13 +127,15 @@ class Hands:
             self.button(True)
             self.button(False)
 
-    def drag(self, x, y, dx, dy):
-        """From a point so far, as a hand does it: with pauses in which the program sees
-        that the press is a drag, and the compositor what the program makes of that."""
+    def drag(self, x, y, dx, dy, seen):
+        """From a point so far, as a hand does it: only on when the program and the compositor
+        agree on what the drag does. seen() returns when the program has seen all so far."""
         self.move(x, y)
+        seen()
         self.button(True)
         for step in (0, 0.2, 0.5, 1, 1):
             time.sleep(PAUSE)
+            seen()
             self.move(x + round(dx * step), y + round(dy * step))
         self.button(False)
 
@@ -217,10 +219,13 @@ def frame_becomes(session, frame, what):
         print(f"  {found} is not {frame}")
 
 
-def size_and_place(session):
+def size_and_place(session, window):
     x, y, width, height = session.frame()
     check([width, height] == SIZE, f"the window starts at {width}x{height}")
-    drag = session.hands.drag
+
+    def drag(*stretch):
+        # What the window is asked, it answers after what it was to draw.
+        session.hands.drag(*stretch, seen=window.extents)
 
     # The compositor takes over with what makes the press a drag: a fifth.
     drag(x + 150, y + 15, -30, 20)
@@ -239,7 +244,7 @@ def size_and_place(session):
 def journey(session):
     window = wait_for(session.window, "the program's window is on the bus", 30)
     wait_for(session.frame, "the compositor shows it")
-    size_and_place(session)
+    size_and_place(session, window)
 
     session.click(window.find("Scan Home folder"))
     home = wait_for(lambda: window.find("Map of home"), "a click on the card starts the scan")
