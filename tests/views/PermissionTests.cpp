@@ -99,6 +99,7 @@ TEST_F(PermissionTest, TheWelcomeScreenExplainsTheSecondCard)
     ASSERT_TRUE(hoverCard("scanThisMacCard"));
     const QPoint card = driver->centre("scanThisMacCard");
     ASSERT_TRUE(appears("welcomeCallout"));
+    EXPECT_LE(box("welcomeStack").bottom(), box("well").bottom() - 32 + 0.5) << "all fits";
     EXPECT_EQ(text("fdaDetailsButton"), "Why Full Disk Access?");
     EXPECT_FALSE(isShown("openSettingsButton"));
     EXPECT_EQ(driver->centre("scanThisMacCard"), card) << "it must not run from the pointer";
