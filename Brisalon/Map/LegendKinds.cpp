@@ -1,19 +1,11 @@
 #include "Brisalon/Map/LegendKinds.h"
 
+#include "Brisalon/App/DisplayText.h"
 #include "Brisalon/Map/NodeColor.h"
 
 #include <algorithm>
 
 namespace brisalon {
-
-namespace {
-
-QString ascii(std::string_view text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-} // namespace
 
 std::vector<HogKind> visibleKinds(std::span<const FileNode> nodes)
 {
@@ -36,7 +28,7 @@ void LegendKinds::setLevel(const FileNodeValue& level)
         for (const HogKind kind : visibleKinds(level_->children())) {
             const std::string_view label = title(kind);
             entries.append(QVariant::fromValue(
-                LegendEntry{ascii(rawValue(kind)), ascii(label), NodeColor::color(kind, label)}));
+                LegendEntry{kind, displayText(label), NodeColor::color(kind, label)}));
         }
     }
     emit levelChanged();

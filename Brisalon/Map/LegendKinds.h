@@ -20,12 +20,12 @@ std::vector<HogKind> visibleKinds(std::span<const FileNode> nodes);
 class LegendEntry {
     Q_GADGET
     QML_VALUE_TYPE(legendEntry)
-    Q_PROPERTY(QString kind MEMBER kind)
+    Q_PROPERTY(brisalon::HogKind kind MEMBER kind)
     Q_PROPERTY(QString title MEMBER title)
     Q_PROPERTY(QColor color MEMBER color)
 
 public:
-    QString kind; ///< the raw value
+    HogKind kind = HogKind::none;
     QString title;
     QColor color;
 

@@ -34,7 +34,7 @@ TEST(LegendKindsTest, AnnouncesTheEntriesOnlyWhenTheyChange)
     ASSERT_EQ(legend.entries().size(), 2);
     const auto first = legend.entries().first().value<LegendEntry>();
     EXPECT_EQ(first.title, "node_modules");
-    EXPECT_EQ(first.kind, "nodeModules");
+    EXPECT_EQ(first.kind, HogKind::nodeModules);
     EXPECT_EQ(first.color, NodeColor::color(HogKind::nodeModules, ""));
 
     legend.setLevel(folder({{"x/node_modules", 7}, {"b.iso", 5}, {"c.iso", 3}}));
