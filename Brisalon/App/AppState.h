@@ -269,7 +269,7 @@ private:
     std::optional<CleanReport> lastClean_;
     FileURL scanRoot_;
     VolumeStatsValue volume_;
-    SidebarTab sidebarTab_ = SidebarTab::largeFiles;
+    SidebarTab sidebarTab_ = SidebarTab::LargeFiles;
     ScanTargetPreference preferredWelcomeTarget_;
     bool fdaJustGranted_ = false;
 

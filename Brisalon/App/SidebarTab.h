@@ -11,8 +11,9 @@ namespace sidebar {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(SidebarTab)
 
-/// In the order of the column's segments. The names are the raw values.
-enum class SidebarTab { largeFiles, snapshots };
+/// In the order of the column's segments. With capitals, because QML sees no other
+/// names.
+enum class SidebarTab { LargeFiles, Snapshots };
 Q_ENUM_NS(SidebarTab)
 } // namespace sidebar
 

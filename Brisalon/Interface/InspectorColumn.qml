@@ -67,7 +67,8 @@ Rectangle {
         Loader {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            sourceComponent: [largeFiles, snapshots][column.appState.sidebarTab]
+            sourceComponent: column.appState.sidebarTab === SidebarTab.Snapshots ? snapshots
+                                                                               : largeFiles
         }
     }
 

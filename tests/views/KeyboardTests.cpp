@@ -106,7 +106,7 @@ TEST_F(KeyboardTest, ADeletedSnapshotLeavesTheKeyboardInItsList)
                    deleted + ".1 ] || echo 2024-01-15-123456;;\n" + "*) [ -e " + deleted +
                    ".1 ] && touch " + deleted + ".2; touch " + deleted + ".1;; esac"));
     openAndScan();
-    state().setSidebarTab(SidebarTab::snapshots);
+    state().setSidebarTab(SidebarTab::Snapshots);
     for (const char* const next : {"deleteSnapshotButton", "refreshSnapshotsButton"}) {
         ASSERT_TRUE(reaches("deleteSnapshotButton"));
         driver->press(Qt::Key_Return);
