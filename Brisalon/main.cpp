@@ -3,11 +3,13 @@
 #include "Brisalon/Platform/DesktopFileAccess.h"
 #include "Brisalon/Platform/DesktopWorkspace.h"
 #include "Brisalon/Platform/SettingsDefaultsStore.h"
+#include "BrisalonCore/OpenFileLimit.h"
 
 #include <QApplication>
 
 int main(int argc, char* argv[])
 {
+    brisalon::raiseOpenFileLimit();
     QApplication application(argc, argv);
     brisalon::BrisalonApp::prepare();
     brisalon::SettingsDefaultsStore store;

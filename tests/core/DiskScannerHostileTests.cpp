@@ -5,6 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <thread>
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sched.h>
@@ -22,7 +27,63 @@ namespace {
 /// How many processors this process seems to have; 0 for as many as it has.
 int pretendedProcessors = 0;
 
+/// What goes wrong with the system's functions that others stand in for below.
+struct Faults {
+    /// Opening the item of that name, or at that path, fails with that error (or, with
+    /// 0, opens a folder instead).
+    std::string unopenable;
+    int error = 0;
+    bool areFoldersListedTwice = false;
+    bool isEverySecondMeasureInterrupted = false;
+    std::atomic<int> openings = 0;
+} faults;
+
 } // namespace
+
+/// These take the place of the system's functions of those names in this program.
+extern "C" int faultyOpenat(int folder, const char* path, int flags, ...) asm("openat");
+extern "C" int faultyOpenat(int folder, const char* path, int flags, ...)
+{
+    va_list rest;
+    va_start(rest, flags);
+    const auto mode = va_arg(rest, mode_t);
+    va_end(rest);
+    ++faults.openings;
+    if (!faults.unopenable.empty() && path == faults.unopenable) {
+        errno = faults.error;
+        if (errno != 0)
+            return -1;
+        path = "/";
+    }
+    return static_cast<int>(::syscall(SYS_openat, folder, path, flags, mode));
+}
+
+extern "C" ssize_t faultyGetdents64(int folder, void* buffer, std::size_t size) asm("getdents64");
+extern "C" ssize_t faultyGetdents64(int folder, void* buffer, std::size_t size)
+{
+    thread_local int seenToEnd = -1;
+    auto count = ::syscall(SYS_getdents64, folder, buffer, size);
+    if (count == 0 && faults.areFoldersListedTwice && seenToEnd != folder) {
+        seenToEnd = folder;
+        ::lseek(folder, 0, SEEK_SET);
+        return ::syscall(SYS_getdents64, folder, buffer, size);
+    }
+    if (count == 0)
+        seenToEnd = -1;
+    return count;
+}
+
+extern "C" int faultyFstatat(int folder, const char* name, struct stat* status,
+                             int flags) asm("fstatat");
+extern "C" int faultyFstatat(int folder, const char* name, struct stat* status, int flags)
+{
+    static std::atomic<unsigned> calls = 0;
+    if (faults.isEverySecondMeasureInterrupted && ++calls % 2 == 1) {
+        errno = EINTR;
+        return -1;
+    }
+    return static_cast<int>(::syscall(SYS_newfstatat, folder, name, status, flags));
+}
 
 /// Takes the place of the system's function of that name in this program.
 extern "C" int sched_getaffinity(pid_t process, std::size_t size, cpu_set_t* processors) noexcept
@@ -133,6 +194,59 @@ TEST(DiskScannerHostile, ManyWorkersWithFewDescriptors)
     EXPECT_EQ(countFolders(std::get<FileNode>(result)), 3u * 400);
 }
 
+TEST(DiskScannerHostile, ScansAtOnceLoseNothingForWantOfDescriptors)
+{
+    TemporaryTree tree(TemporaryTree::Storage::memory);
+    for (int i = 0; i < 200; ++i)
+        tree.folder(std::to_string(i) + "/a/b");
+    tree.chain("", "deep", 100, 1);
+    const FileNode expected = scanned(tree.url());
+    pretendedProcessors = 8;
+    struct Row {
+        int limit;
+        int scans;
+        bool isEnough;
+    };
+    for (const Row& row : {Row{4, 1, false},
+                           {8, 1, true},
+                           {12, 1, true},
+                           {16, 6, true},
+                           {24, 4, true},
+                           {64, 6, true}}) {
+        const DescriptorLimit limit(static_cast<rlim_t>(row.limit));
+        std::atomic<int> whole = 0;
+        std::atomic<int> refused = 0;
+        {
+            std::vector<std::jthread> threads;
+            for (int i = 0; i < row.scans; ++i)
+                threads.emplace_back([&] {
+                    try {
+                        whole += scanned(tree.url()) == expected;
+                    } catch (const std::system_error& error) {
+                        refused += error.code().value() == EMFILE;
+                    }
+                });
+        }
+        EXPECT_EQ(row.isEnough ? whole : refused, row.scans) << "limit " << row.limit;
+    }
+    pretendedProcessors = 0;
+}
+
+TEST(DiskScannerHostile, UnreadableLeavesCostWhatOthersCost)
+{
+    TemporaryTree tree(TemporaryTree::Storage::memory);
+    constexpr int depth = 5'000;
+    tree.chain("", "d", depth, 1);
+    faults.error = EACCES;
+    for (const char* unopenable : {"none", "sibling"}) {
+        faults.unopenable = unopenable;
+        faults.openings = 0;
+        EXPECT_EQ(countFolders(scanned(tree.url())), 2u * depth);
+        EXPECT_LT(faults.openings, 100 * depth) << unopenable;
+    }
+    faults.unopenable.clear();
+}
+
 TEST(DiskScannerHostile, PathsBeyondTheSystemsLongest)
 {
     TemporaryTree tree;
@@ -184,6 +298,55 @@ TEST(DiskScannerHostile, AFolderReplacedByALinkIsNotFollowed)
             tree.link("root/inner", tree.at("outside"));
         }));
     EXPECT_EQ(root.allocatedSize(), 0);
+
+    // Nor is the root, once the first report has named it.
+    tree.file("folder/file", 300 * kib);
+    const FileNode kept = scanned(FileURL(tree.at("folder")), [&](const ScanProgress& report) {
+        if (report.visitedCount != 0 ||
+            ::rename(tree.at("folder").c_str(), tree.at("away").c_str()))
+            return;
+        tree.link("folder", tree.at("outside"));
+    });
+    EXPECT_EQ(kept.allocatedSize(), 300 * kib);
+    EXPECT_NE(LargeFiles::find(tree.at("folder/file"), kept), nullptr);
+}
+
+TEST(DiskScannerHostile, WhatTheSystemDoesWrongChangesNoTree)
+{
+    TemporaryTree tree;
+    for (int i = 0; i < 40; ++i) {
+        tree.file("folder" + std::to_string(i) + "/large", 300 * kib);
+        tree.file("folder" + std::to_string(i) + "/small", 4 * kib);
+    }
+    tree.file("x.app/file", 4 * kib);
+    const FileNode expected = scanned(tree.url());
+    const auto expectSame = [&](const char* fault) {
+        EXPECT_EQ(scanned(tree.url()), expected) << fault;
+    };
+    faults.areFoldersListedTwice = true;
+    expectSame("entries listed twice");
+    faults.areFoldersListedTwice = false;
+
+    faults.isEverySecondMeasureInterrupted = true;
+    expectSame("interrupted measures");
+    faults.isEverySecondMeasureInterrupted = false;
+
+    faults.unopenable = "/proc/thread-self/mountinfo";
+    for (faults.error = 0; faults.error <= EACCES; faults.error += EACCES)
+        expectSame("an unreadable table of mounts");
+
+    // A root that cannot be looked at is not called missing.
+    faults.unopenable = tree.path();
+    for (const int error : {EACCES, EIO, ENFILE}) {
+        faults.error = error;
+        try {
+            (void)DiskScanner{0, 0}.scan(tree.url(), [](auto&) {});
+            ADD_FAILURE() << error;
+        } catch (const std::system_error& thrown) {
+            EXPECT_EQ(thrown.code().value(), error);
+        }
+    }
+    faults.unopenable.clear();
 }
 
 TEST(DiskScannerHostile, UnreadableFoldersArePassedOver)

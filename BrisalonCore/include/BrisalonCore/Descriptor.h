@@ -22,7 +22,8 @@ public:
     ~Descriptor();
 
     /// Opens `path`, relative to the folder `base` unless absolute, with the flags of
-    /// open(2). Invalid when it cannot, with the reason in errno.
+    /// open(2). Invalid when it cannot, with the reason in errno. Before it fails for
+    /// want of descriptors, scans give up the folders that they keep open.
     static Descriptor open(int base, const char* path, int flags, mode_t mode = 0) noexcept;
 
     bool isValid() const noexcept { return number_ >= 0; }

@@ -26,6 +26,10 @@ struct ItemIdentity {
     Kind kind = Kind::other;
 
     friend bool operator==(const ItemIdentity&, const ItemIdentity&) = default;
+
+    /// Of what is open. An identity does not change, so that no server is asked for it
+    /// again. Nothing when it cannot be told.
+    static std::optional<ItemIdentity> of(const Descriptor& item) noexcept;
 };
 
 /// A mount of a file system. What one mount shows can be renamed only within it,

@@ -59,7 +59,8 @@ public:
     MountTable& operator=(MountTable&&) noexcept = default;
     ~MountTable() = default;
 
-    /// The calling thread's table; empty when the system has none.
+    /// The calling thread's table, as far as it can be read; empty when the system has
+    /// none.
     static MountTable current();
 
     /// All of them, in the system's order; those too that others hide.

@@ -1,5 +1,7 @@
 #include "BrisalonCore/Descriptor.h"
 
+#include "base/DescriptorShortage.h"
+
 #include <cerrno>
 
 #include <fcntl.h>
@@ -14,11 +16,22 @@ Descriptor::~Descriptor()
 
 Descriptor Descriptor::open(int base, const char* path, int flags, mode_t mode) noexcept
 {
-    int number;
-    do
-        number = ::openat(base, path, flags | O_CLOEXEC, mode);
-    while (number < 0 && errno == EINTR);
-    return Descriptor(number);
+    using detail::DescriptorShortage;
+    for (;;) {
+        const int number = ::openat(base, path, flags | O_CLOEXEC, mode);
+        const int error = errno;
+        if (number >= 0)
+            return Descriptor(number);
+        if (error == EINTR)
+            continue;
+        if (DescriptorShortage::isReasonOf(error)) {
+            if (DescriptorShortage::relieve())
+                continue;
+            DescriptorShortage::noteRefusal(error);
+        }
+        errno = error;
+        return {};
+    }
 }
 
 Descriptor Descriptor::duplicate(int least) const noexcept

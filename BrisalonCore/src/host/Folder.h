@@ -23,7 +23,8 @@ public:
     OpenFolder() noexcept = default;
 
     /// Opens the folder at an absolute path of any length, following links on
-    /// the way there and at its end. Invalid when it cannot be read.
+    /// the way there and at its end. Invalid when it cannot be read, with the reason
+    /// in errno.
     static OpenFolder at(std::string_view path);
 
     /// Opens the folder of that name in this one. Never follows a link. Invalid when
@@ -35,7 +36,7 @@ public:
     OpenFolder parent() const;
 
     bool isValid() const noexcept { return descriptor_.isValid(); }
-    /// What the folder is; nothing when that cannot be told.
+    /// What the folder is; nothing when that cannot be told. Asks no server again.
     std::optional<ItemIdentity> identity() const noexcept;
 
     struct Measure {
@@ -90,15 +91,12 @@ std::string resolveSymbolicLinks(std::string_view path);
 /// cannot be reached.
 Descriptor reach(std::string_view path);
 
-/// What exists at a path of any length, links followed.
+/// What exists at a path of any length, links followed. Nothing when that cannot be told,
+/// for want of rights or memory, for example, with the reason in errno.
 enum class PathState : std::uint8_t { missing, folder, other };
-PathState pathState(std::string_view path);
+std::optional<PathState> pathState(std::string_view path);
 
 /// How many processors this process may use; at least 1.
 unsigned availableProcessors() noexcept;
-
-/// How many folders this process may hold open for one walk without coming near
-/// its limit of open files; at least 8.
-std::size_t openFolderBudget() noexcept;
 
 } // namespace brisalon::host

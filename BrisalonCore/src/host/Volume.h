@@ -6,6 +6,8 @@
 
 namespace brisalon::host {
 
+class OpenFolder;
+
 /// What a file system reports of a volume, in bytes.
 struct VolumeCapacities {
     std::int64_t total = 0;
@@ -19,9 +21,9 @@ struct VolumeCapacities {
 /// nothing when the system does not tell.
 std::optional<VolumeCapacities> volumeCapacities(std::string_view path);
 
-/// Whether the folder at `path` is stored on a rotating disk of this machine,
+/// Whether the folder is stored on a rotating disk of this machine,
 /// where several readers at once only make the heads seek. False for virtual
 /// disks, whatever they claim, and when the system does not tell.
-bool isOnRotatingDisk(std::string_view path);
+bool isOnRotatingDisk(const OpenFolder& folder);
 
 } // namespace brisalon::host

@@ -1,9 +1,14 @@
 #include "BrisalonCore/DiskScanner.h"
 
+#include "BrisalonCore/MountTable.h"
+#include "base/DescriptorShortage.h"
 #include "host/Folder.h"
 #include "scan/FolderWalk.h"
 #include "scan/ScanLedger.h"
 
+#include <cerrno>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 namespace brisalon {
@@ -13,18 +18,34 @@ ScanResult DiskScanner::scan(const FileURL& root, const ProgressCallback& progre
 {
     if (cancellation.stop_requested())
         return TaskCancelled{};
-    const FileURL resolved = root.resolvingSymbolicLinks().standardized();
-    switch (host::pathState(resolved.path())) {
-    case host::PathState::missing:
+    FileURL resolved;
+    std::optional<host::PathState> state;
+    int error = 0;
+    std::optional<MountTable> mounts;
+    host::OpenFolder folder;
+    const auto lookAtRoot = [&] {
+        resolved = root.resolvingSymbolicLinks().standardized();
+        state = host::pathState(resolved.path());
+        error = errno;
+        mounts = MountTable::current();
+        // Last, so that a refusal before leaves nothing open.
+        if (state == host::PathState::folder)
+            folder = host::OpenFolder::at(resolved.path());
+    };
+    if (!detail::DescriptorShortage::outlast(lookAtRoot,
+                                             [&] { return cancellation.stop_requested(); }))
+        return ScanError::cancelled;
+    if (!state)
+        throw std::system_error(error, std::generic_category());
+    if (state == host::PathState::missing)
         return ScanError::rootMissing;
-    case host::PathState::other:
+    if (state == host::PathState::other)
         return ScanError::notDirectory;
-    case host::PathState::folder:
-        break;
-    }
+
     detail::ScanLedger ledger(progress, progressEvery, cancellation);
+    detail::FolderWalk walk(resolved, std::move(folder), *mounts, *this, ledger,
+                            std::move(cancellation));
     ledger.reportRoot(resolved);
-    detail::FolderWalk walk(resolved, *this, ledger, std::move(cancellation));
     auto tree = walk.run();
     if (!tree)
         return ScanError::cancelled;

@@ -27,13 +27,16 @@ constexpr std::string_view aggregateName = ".small-files-aggregate";
 /// Whether a path is skipped is settled by its first three components.
 constexpr unsigned depthOfSkipRules = 3;
 
-std::size_t workersFor(std::string_view rootPath)
+std::size_t mostWorkers(const OpenFolder& root)
 {
-    if (host::isOnRotatingDisk(rootPath))
+    // More than the heads can serve at once only make them seek.
+    if (host::isOnRotatingDisk(root))
         return 1;
+    // Beyond this no storage was found to answer more quickly.
+    constexpr std::size_t most = 32;
     // Beside the folders kept open each worker opens up to three of its own: where
-    // descriptors are few, more workers would find none left and miss folders.
-    return std::min<std::size_t>(host::availableProcessors(), host::openFolderBudget() / 4);
+    // descriptors are few, more workers would only wait for one another's.
+    return std::min(most, OpenFolders::budget() / 4);
 }
 
 /// Appends a name with its closing NUL; returns where it starts.
@@ -63,18 +66,24 @@ unsigned componentCount(std::string_view path) noexcept
 
 } // namespace
 
-FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& ledger,
-                       std::stop_token cancellation)
+FolderWalk::FolderWalk(FileURL root, OpenFolder folder, const MountTable& mounts,
+                       const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation)
     : root_(std::move(root)),
       rootPath_(root_.path()),
       isRootSkipped_(isSkippedPath(rootPath_)),
       smallFileThreshold_(scanner.smallFileThreshold),
       ledger_(ledger),
       cancellation_(std::move(cancellation)),
-      barriers_(MountTable::current(), rootPath_),
-      openFolders_(rootPath_, host::openFolderBudget()),
-      queues_(workersFor(rootPath_)),
-      workerCount_(queues_.workerCount()),
+      barriers_(mounts, rootPath_),
+      openFolders_(std::move(folder),
+                   [this] {
+                       if (cancellation_.stop_requested())
+                           abandon();
+                       return isAbandoned();
+                   }),
+      mostWorkers_(mostWorkers(openFolders_.root())),
+      crewSize_(std::min<std::size_t>(host::availableProcessors(), mostWorkers_), mostWorkers_),
+      queues_(mostWorkers_),
       trailAboveRoot_(trailAbove(rootPath_)),
       rootNode_(NodeAssembly::leaf(root_, 0, NodeKind::directory,
                                    trailAboveRoot_.classify(root_.lastPathComponent())))
@@ -83,24 +92,13 @@ FolderWalk::FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& led
 
 std::optional<FileNode> FolderWalk::run()
 {
-    // Before any thread starts: their buffers are the one thing that a worker cannot
-    // do without.
-    std::vector<Worker> workers(workerCount_);
-    for (std::size_t index = 0; index < workerCount_; ++index)
-        workers[index].index = index;
+    Worker first;
     const Task rootTask{nullptr, 0, 0};
     queues_.push(0, {&rootTask, 1});
-    {
-        std::vector<std::jthread> helpers;
-        try {
-            while (helpers.size() + 1 < workerCount_)
-                helpers.emplace_back(
-                    [this, &worker = workers[helpers.size() + 1]] { work(worker); });
-        } catch (const std::system_error&) {
-            // No more threads are to be had: those that run do the work.
-        }
-        work(workers[0]);
-    }
+    employ(crewSize_.get());
+    work(first);
+    // Nobody employs any more, since all tasks are finished.
+    helpers_.clear();
     if (failure_)
         std::rethrow_exception(failure_);
     if (isAbandoned())
@@ -110,9 +108,31 @@ std::optional<FileNode> FolderWalk::run()
 
 void FolderWalk::work(Worker& worker) noexcept
 {
-    while (const auto task = queues_.take(worker.index)) {
+    worker.account.restart();
+    while (const auto task = queues_.take(worker.index, [&worker] { worker.account.restart(); })) {
         visit(*task, worker);
+        if (!queues_.isAnyIdle())
+            employ(crewSize_.note(worker.account));
         queues_.finish();
+    }
+}
+
+void FolderWalk::employ(std::size_t workers) noexcept
+{
+    if (workers <= workerCount_)
+        return;
+    const std::lock_guard lock(crewMutex_);
+    try {
+        for (; workerCount_ < workers; ++workerCount_) {
+            Helper& helper = *helpers_.emplace_back(std::make_unique<Helper>());
+            helper.worker.index = workerCount_;
+            queues_.admit(workerCount_ + 1);
+            helper.thread = std::jthread([this, &helper] { work(helper.worker); });
+        }
+    } catch (const std::exception&) {
+        // No more threads are to be had, or no memory for them: those that run do the
+        // work.
+        workerCount_ = mostWorkers_;
     }
 }
 
@@ -122,13 +142,16 @@ void FolderWalk::visit(const Task& task, Worker& worker)
     std::unique_ptr<WalkFolder> folder;
     worker.tasks.clear();
     try {
+        std::optional<DescriptorShortage::Use> use; // ends when the handle has
         OpenFolder handle;
         if (parent) {
             OpenFolders::Claim claim(openFolders_, *parent);
             if (!isAbandoned())
                 handle = claim.open(parent->names->name(task.nameOffset));
-        } else {
-            handle = OpenFolder::at(rootPath_);
+            if (handle.isValid())
+                use.emplace();
+            else if (const auto next = nextFolder(worker))
+                claim.returnTo(*next);
         }
         folder = std::make_unique<WalkFolder>();
         folder->parent = parent;
@@ -154,10 +177,11 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             }
         }
 
+        const OpenFolder& opened = parent ? handle : openFolders_.root();
         if (folder->package)
-            readPackageFolder(*folder, handle, worker);
+            readPackageFolder(*folder, opened, worker);
         else
-            readFolder(*folder, handle, worker);
+            readFolder(*folder, opened, worker);
 
         if (!worker.tasks.empty()) {
             folder->unfinished = worker.tasks.size();
@@ -166,11 +190,8 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             (void)folder.release(); // its last subfolder finishes it
             return;
         }
-        // What a worker has left of its own lies in the folders above the one that
-        // it took last.
-        if (openFolders_.hasClosed())
-            if (const auto next = queues_.peek(worker.index))
-                openFolders_.returnTo(*next->folder, *folder, handle);
+        if (const auto next = nextFolder(worker))
+            openFolders_.returnTo(*next, *folder, opened);
     } catch (...) {
         abandon(std::current_exception());
         if (folder)
@@ -182,6 +203,14 @@ void FolderWalk::visit(const Task& task, Worker& worker)
         finishUnread(parent);
 }
 
+WalkFolder* FolderWalk::nextFolder(const Worker& worker)
+{
+    if (!OpenFolders::hasClosed())
+        return nullptr;
+    const auto next = queues_.peek(worker.index);
+    return next ? next->folder : nullptr;
+}
+
 void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker& worker)
 {
     worker.kept.clear();
@@ -190,6 +219,7 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
     worker.smallCount = 0;
     worker.smallBytes = 0;
     worker.sawCacheTag = false;
+    worker.names.clear();
 
     const FileURL url = urlOf(folder);
     std::string pathForSkipping;
@@ -206,6 +236,8 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
                 return;
             if (cancellation_.stop_requested())
                 return abandon();
+            if (!worker.names.add(entry->name))
+                continue;
             const std::int64_t bytes = note(*entry, folder, pathForSkipping, handle, worker);
             worker.items.push_back({entry->name, bytes});
         }
@@ -300,6 +332,7 @@ void FolderWalk::makeNodes(WalkFolder& folder, Worker& worker) const
 void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle, Worker& worker)
 {
     worker.keptNames.clear();
+    worker.names.clear();
     std::int64_t bytes = 0;
     worker.sawCacheTag = false;
     worker.reader.start(handle);
@@ -310,7 +343,7 @@ void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle,
             if (isAbandoned())
                 return worker.tasks.clear();
             const auto* place = folder.mounts ? folder.mounts->child(entry->name) : nullptr;
-            if (place && place->isBarrier())
+            if ((place && place->isBarrier()) || !worker.names.add(entry->name))
                 continue;
             const auto measure = handle.measure(entry->name);
             if (!measure)

@@ -2,6 +2,8 @@
 
 #include "BrisalonCore/DiskScanner.h"
 #include "host/MountBarriers.h"
+#include "scan/CrewSize.h"
+#include "scan/NameSet.h"
 #include "scan/OpenFolders.h"
 #include "scan/ScanLedger.h"
 #include "scan/WalkFolder.h"
@@ -16,7 +18,12 @@
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <thread>
 #include <vector>
+
+namespace brisalon {
+class MountTable;
+}
 
 namespace brisalon::detail {
 
@@ -31,11 +38,14 @@ namespace brisalon::detail {
 /// Used once.
 class FolderWalk {
 public:
-    FolderWalk(FileURL root, const DiskScanner& scanner, ScanLedger& ledger,
-               std::stop_token cancellation);
+    /// `folder` is the root, opened, or invalid where it cannot be read. What becomes of
+    /// its path later does not matter.
+    FolderWalk(FileURL root, host::OpenFolder folder, const MountTable& mounts,
+               const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation);
 
     /// Walks with the calling thread and as many more as help. Nothing when the
-    /// walk noticed its cancellation. Throws what the ledger throws, and bad_alloc.
+    /// walk noticed its cancellation. Throws what the ledger throws, bad_alloc, and
+    /// system_error where folders cannot be opened for want of descriptors.
     std::optional<FileNode> run();
 
 private:
@@ -57,7 +67,9 @@ private:
     /// What a worker reuses from folder to folder.
     struct Worker {
         std::size_t index = 0;
+        CrewSize::Account account;
         host::FolderReader reader;
+        NameSet names;
         std::vector<ScanLedger::Item> items;
         std::vector<Kept> kept;
         std::string keptNames;
@@ -68,8 +80,19 @@ private:
         std::vector<Task> tasks;
     };
 
+    /// A worker with a thread of its own.
+    struct Helper {
+        Worker worker;
+        std::jthread thread; ///< last, so that it ends first
+    };
+
     void work(Worker& worker) noexcept;
+    /// Sees to it that there are so many workers, as far as threads are to be had.
+    void employ(std::size_t workers) noexcept;
     void visit(const Task& task, Worker& worker);
+    /// The folder in which the worker's next task waits, if it may have to be reached
+    /// again: one of those above the folder that the worker took last, or that itself.
+    WalkFolder* nextFolder(const Worker& worker);
 
     /// Reads a folder and makes its nodes; leaves a task for each subfolder.
     void readFolder(WalkFolder& folder, const host::OpenFolder& handle, Worker& worker);
@@ -104,8 +127,12 @@ private:
     const std::stop_token cancellation_;
     const host::MountBarriers barriers_;
     OpenFolders openFolders_;
+    const std::size_t mostWorkers_;
+    CrewSize crewSize_;
     WorkStealingQueues<Task> queues_;
-    const std::size_t workerCount_;
+    std::mutex crewMutex_;
+    std::atomic<std::size_t> workerCount_{1}; ///< with the calling thread
+    std::vector<std::unique_ptr<Helper>> helpers_;
 
     std::atomic<bool> isAbandoned_{false};
     std::mutex failureMutex_;

@@ -1,5 +1,9 @@
 #include "scan/OpenFolders.h"
 
+#include "BrisalonCore/OpenFileLimit.h"
+
+#include <algorithm>
+#include <cerrno>
 #include <utility>
 #include <vector>
 
@@ -7,9 +11,20 @@ namespace brisalon::detail {
 
 using host::OpenFolder;
 
-OpenFolders::OpenFolders(std::string_view rootPath, std::size_t budget)
-    : root_(std::make_shared<const OpenFolder>(OpenFolder::at(rootPath))), budget_(budget)
+OpenFolders::OpenFolders(OpenFolder root, std::function<bool()> isAbandoned)
+    : root_(std::make_shared<const OpenFolder>(std::move(root))),
+      isAbandoned_(std::move(isAbandoned)),
+      budget_(budget())
 {
+    DescriptorShortage::setRelief(giveUpHalf);
+}
+
+std::size_t OpenFolders::budget() noexcept
+{
+    constexpr std::size_t least = 8;
+    // More would seldom save a second opening, and cost the kernel memory.
+    constexpr std::size_t most = 512;
+    return std::clamp(openFileLimit() / 4, least, most);
 }
 
 OpenFolders::Claim::Claim(OpenFolders& folders, WalkFolder& folder) noexcept
@@ -19,34 +34,50 @@ OpenFolders::Claim::Claim(OpenFolders& folders, WalkFolder& folder) noexcept
 
 OpenFolders::Claim::~Claim()
 {
-    const std::lock_guard lock(folders_.mutex_);
+    const std::lock_guard lock(shelf_.mutex);
     if (--folder_.access.unopened == 0)
-        folders_.drop(folder_);
+        drop(folder_);
 }
 
 OpenFolder OpenFolders::Claim::open(const char* name)
 {
-    std::shared_ptr<const OpenFolder> handle;
-    {
-        const std::lock_guard lock(folders_.mutex_);
-        handle = folder_.access.handle;
-    }
-    if (!handle)
-        handle = folders_.reopen(folder_);
-    return handle ? handle->child(name) : OpenFolder();
+    OpenFolder child;
+    const auto attempt = [&] {
+        auto handle = folders_.handleOf(folder_);
+        if (!handle)
+            handle = folders_.reopen(folder_);
+        if (!handle)
+            return;
+        child = handle->child(name);
+        if (child.isValid() || !DescriptorShortage::isReasonOf(errno))
+            handle_ = std::move(handle);
+    };
+    DescriptorShortage::outlast(attempt, folders_.isAbandoned_);
+    return child;
+}
+
+void OpenFolders::Claim::returnTo(WalkFolder& next)
+{
+    if (!handle_)
+        return;
+    if (&next != &folder_)
+        folders_.returnTo(next, folder_, *handle_);
+    else if (!folders_.handleOf(next))
+        folders_.holdAgain(next, handle_);
 }
 
 void OpenFolders::keep(WalkFolder& folder, OpenFolder handle, std::size_t waiting)
 {
-    auto shared = std::make_shared<const OpenFolder>(std::move(handle));
-    const std::lock_guard lock(mutex_);
-    hold(folder, std::move(shared));
+    auto shared = folder.parent ? std::make_shared<const OpenFolder>(std::move(handle)) : nullptr;
+    const std::lock_guard lock(shelf_.mutex);
+    if (shared)
+        hold(folder, std::move(shared));
     folder.access.unopened = waiting;
 }
 
 void OpenFolders::forget(WalkFolder& folder) noexcept
 {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(shelf_.mutex);
     if (folder.access.unopened > 0) {
         folder.access.unopened = 0;
         drop(folder);
@@ -55,77 +86,104 @@ void OpenFolders::forget(WalkFolder& folder) noexcept
 
 void OpenFolders::returnTo(WalkFolder& next, const WalkFolder& leaf, const OpenFolder& handle)
 {
-    {
-        const std::lock_guard lock(mutex_);
-        if (next.access.handle)
-            return;
-    }
+    if (handleOf(next) || !handle.isValid())
+        return;
     OpenFolder reached = handle.parent();
     for (const WalkFolder* above = leaf.parent; above != &next && reached.isValid();
          above = above->parent)
         reached = reached.parent();
-    const auto identity = reached.identity();
-
-    auto shared = std::make_shared<const OpenFolder>(std::move(reached));
-    const std::lock_guard lock(mutex_);
-    if (identity && identity == next.access.identity && next.access.unopened > 0 &&
-        !next.access.handle) {
-        hold(next, std::move(shared));
-        --closed_;
-    }
+    holdAgain(next, std::make_shared<const OpenFolder>(std::move(reached)));
 }
 
-std::shared_ptr<const OpenFolder> OpenFolders::reopen(WalkFolder& folder)
+std::shared_ptr<const OpenFolder> OpenFolders::handleOf(WalkFolder& folder) const
+{
+    if (!folder.parent)
+        return root_;
+    const std::lock_guard lock(shelf_.mutex);
+    return folder.access.handle;
+}
+
+std::shared_ptr<const OpenFolder> OpenFolders::reopen(WalkFolder& folder) const
 {
     std::vector<const WalkFolder*> path; // from the folder upwards
-    std::shared_ptr<const OpenFolder> handle;
-    std::optional<ItemIdentity> before;
+    std::shared_ptr<const OpenFolder> handle = root_;
     {
-        const std::lock_guard lock(mutex_);
-        const WalkFolder* above = &folder;
-        for (; above->parent && !above->access.handle; above = above->parent)
+        const std::lock_guard lock(shelf_.mutex);
+        for (const WalkFolder* above = &folder; above->parent; above = above->parent) {
+            if (above->access.handle) {
+                handle = above->access.handle;
+                break;
+            }
             path.push_back(above);
-        handle = above->access.handle ? above->access.handle : root_;
-        before = folder.access.identity;
+        }
     }
     for (auto next = path.rbegin(); next != path.rend(); ++next) {
         handle = std::make_shared<const OpenFolder>(handle->child((*next)->name()));
         if (!handle->isValid())
             return nullptr;
     }
-    const auto identity = handle->identity();
-    const std::lock_guard lock(mutex_);
-    if (folder.access.handle)
-        return folder.access.handle; // another worker was quicker
-    if (!identity || identity != before)
-        return nullptr;
-    hold(folder, handle);
-    --closed_;
-    return handle;
+    return holdAgain(folder, handle) ? handle : nullptr;
 }
 
-void OpenFolders::hold(WalkFolder& folder, std::shared_ptr<const OpenFolder> handle)
+/// False when that is not the folder that was given up.
+bool OpenFolders::holdAgain(WalkFolder& folder, std::shared_ptr<const OpenFolder> handle) const
 {
-    folder.access.place = held_.insert(held_.end(), &folder);
+    const auto identity = handle->identity();
+    const std::lock_guard lock(shelf_.mutex);
+    if (!identity || identity != folder.access.identity)
+        return false;
+    // Another worker may have been quicker.
+    if (folder.access.unopened > 0 && !folder.access.handle) {
+        hold(folder, std::move(handle));
+        --shelf_.closed;
+    }
+    return true;
+}
+
+void OpenFolders::hold(WalkFolder& folder, std::shared_ptr<const OpenFolder> handle) const
+{
+    folder.access.place = shelf_.held.insert(shelf_.held.end(), &folder);
     folder.access.handle = std::move(handle);
-    if (held_.size() <= budget_)
-        return;
-    // Workers that use the handle right now keep it open for that long.
-    WalkFolder& longest = *held_.front();
-    longest.access.identity = longest.access.handle->identity();
-    longest.access.handle.reset();
-    held_.pop_front();
-    ++closed_;
+    if (shelf_.held.size() > budget_)
+        (void)giveUpLongestHeld();
 }
 
 void OpenFolders::drop(WalkFolder& folder) noexcept
 {
+    if (!folder.parent)
+        return;
     if (folder.access.handle) {
-        held_.erase(folder.access.place);
+        shelf_.held.erase(folder.access.place);
         folder.access.handle.reset();
     } else {
-        --closed_;
+        --shelf_.closed;
     }
+}
+
+/// False when it could not be recognised again, and so stays.
+bool OpenFolders::giveUpLongestHeld() noexcept
+{
+    WalkFolder::Access& longest = shelf_.held.front()->access;
+    if (!longest.identity)
+        longest.identity = longest.handle->identity();
+    if (!longest.identity) {
+        shelf_.held.splice(shelf_.held.end(), shelf_.held, shelf_.held.begin());
+        return false;
+    }
+    // Workers that use the handle right now keep it open for that long.
+    longest.handle.reset();
+    shelf_.held.pop_front();
+    ++shelf_.closed;
+    return true;
+}
+
+bool OpenFolders::giveUpHalf() noexcept
+{
+    const std::lock_guard lock(shelf_.mutex);
+    bool isRelief = false;
+    for (std::size_t count = (shelf_.held.size() + 1) / 2; count > 0; --count)
+        isRelief |= giveUpLongestHeld();
+    return isRelief;
 }
 
 } // namespace brisalon::detail

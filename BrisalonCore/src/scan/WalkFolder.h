@@ -41,7 +41,7 @@ struct WalkFolder {
     /// What OpenFolders knows of it; guarded by that.
     struct Access {
         std::shared_ptr<const host::OpenFolder> handle;
-        std::optional<ItemIdentity> identity;   ///< as it was when the handle was given up
+        std::optional<ItemIdentity> identity;   ///< once the handle was given up
         std::size_t unopened = 0;               ///< subfolders still to be opened
         std::list<WalkFolder*>::iterator place; ///< valid while there is a handle
     } access;

@@ -6,23 +6,30 @@
 #include <cstddef>
 #include <deque>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <span>
 #include <vector>
 
 namespace brisalon::detail {
 
-/// The tasks of a fixed set of workers, each with a queue of its own.
+/// The tasks of workers, each with a queue of its own.
 ///
-/// A worker takes its newest task, so it goes depth-first and few folders wait;
-/// one that has none steals another's oldest, which is the nearest to the root
-/// and so the largest piece of work. Thread-safe.
+/// A worker takes its newest task, so it goes depth-first and few folders wait; one that
+/// has none steals another's oldest, which are the nearest to the root and so the largest
+/// pieces of work. It steals half of what there is: one at a time, each would have to be
+/// reached anew from the root in a tree so deep that few of its folders are open, while
+/// from the deepest of them the way leads up along all the others. Thread-safe.
 template <typename Task>
 class WorkStealingQueues {
 public:
-    explicit WorkStealingQueues(std::size_t workers) : queues_(workers) {}
+    explicit WorkStealingQueues(std::size_t mostWorkers) : queues_(mostWorkers) {}
 
-    std::size_t workerCount() const noexcept { return queues_.size(); }
+    /// Lets so many workers in, and never fewer than before.
+    void admit(std::size_t workers) noexcept { workers_ = workers; }
+
+    /// Whether some worker has nothing to do.
+    bool isAnyIdle() const noexcept { return sleepers_ > 0; }
 
     /// Adds tasks to the worker's own queue, from which it must take one next.
     void push(std::size_t worker, std::span<const Task> tasks)
@@ -39,16 +46,19 @@ public:
         wake(std::min<std::size_t>(tasks.size() - 1, sleepers_));
     }
 
-    /// The next task for the worker, waiting for one if need be; nothing once
-    /// every task has been finished. Each task taken must be finished.
-    std::optional<Task> take(std::size_t worker)
+    /// The next task for the worker, waiting for one if need be and calling `hasWaited`
+    /// then; nothing once every task has been finished. Each task taken must be
+    /// finished.
+    template <typename HasWaited>
+    std::optional<Task> take(std::size_t worker, const HasWaited& hasWaited)
     {
         for (;;) {
             const std::size_t seen = pushes_;
             if (auto task = newest(queues_[worker]))
                 return task;
-            for (std::size_t i = 1; i < queues_.size(); ++i)
-                if (auto task = oldest(queues_[(worker + i) % queues_.size()]))
+            const std::size_t workers = workers_;
+            for (std::size_t i = 1; i < workers; ++i)
+                if (auto task = steal(queues_[(worker + i) % workers], queues_[worker]))
                     return task;
             if (unfinished_ == 0)
                 return std::nullopt;
@@ -56,6 +66,8 @@ public:
             ++sleepers_;
             wake_.wait(lock, [&] { return pushes_ != seen || unfinished_ == 0; });
             --sleepers_;
+            lock.unlock();
+            hasWaited();
         }
     }
 
@@ -90,13 +102,30 @@ private:
         return task;
     }
 
-    static std::optional<Task> oldest(Queue& queue)
+    /// Moves the older half to the thief, and takes the newest of it.
+    std::optional<Task> steal(Queue& queue, Queue& thief)
     {
-        const std::lock_guard lock(queue.mutex);
-        if (queue.tasks.empty())
+        std::unique_lock lock(queue.mutex, std::defer_lock);
+        std::unique_lock thiefLock(thief.mutex, std::defer_lock);
+        std::lock(lock, thiefLock);
+        auto& tasks = queue.tasks;
+        if (tasks.empty())
             return std::nullopt;
-        const Task task = queue.tasks.front();
-        queue.tasks.pop_front();
+        auto end = tasks.begin() + static_cast<std::ptrdiff_t>((tasks.size() + 1) / 2);
+        try {
+            thief.tasks.insert(thief.tasks.end(), tasks.begin(), end - 1);
+        } catch (const std::bad_alloc&) {
+            end = tasks.begin() + 1; // no room for more than what is taken at once
+        }
+        const Task task = *(end - 1);
+        const bool isMore = end - 1 != tasks.begin();
+        tasks.erase(tasks.begin(), end);
+        lock.unlock();
+        thiefLock.unlock();
+        if (isMore) {
+            ++pushes_;
+            wake(std::min<std::size_t>(1, sleepers_));
+        }
         return task;
     }
 
@@ -112,6 +141,7 @@ private:
     }
 
     std::vector<Queue> queues_;
+    std::atomic<std::size_t> workers_{1};
     std::atomic<std::size_t> unfinished_{0};
     std::atomic<std::size_t> pushes_{0};
     std::atomic<std::size_t> sleepers_{0};

@@ -14,7 +14,6 @@
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sched.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -76,6 +75,12 @@ Descriptor openAnyLength(std::string_view path, int flags)
     return base;
 }
 
+/// Whether an item that was asked for does not exist, when the answer was this error.
+bool isAbsence(int error) noexcept
+{
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG;
+}
+
 /// Whether the path exists and is resolved as it stands, which one call settles
 /// for nearly every path that a scan has found. False also when the kernel has no
 /// such call or the path is too long for it.
@@ -123,17 +128,17 @@ OpenFolder OpenFolder::parent() const
 
 std::optional<ItemIdentity> OpenFolder::identity() const noexcept
 {
-    const auto status = ItemStatus::read(descriptor_, "");
-    return status ? std::optional(status->identity) : std::nullopt;
+    return ItemIdentity::of(descriptor_);
 }
 
 std::optional<OpenFolder::Measure> OpenFolder::measure(const char* name) const noexcept
 {
     struct stat status;
-    if (!isValid() ||
-        ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
-        return std::nullopt;
-    return measureOf(status);
+    int result;
+    do
+        result = ::fstatat(descriptor_.get(), name, &status, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT);
+    while (result != 0 && errno == EINTR);
+    return result == 0 ? std::optional(measureOf(status)) : std::nullopt;
 }
 
 FolderReader::FolderReader() : buffer_(new std::byte[readBufferSize]) {}
@@ -147,9 +152,9 @@ void FolderReader::start(const OpenFolder& folder) noexcept
 
 bool FolderReader::readBatch() noexcept
 {
-    long count;
+    ssize_t count;
     do
-        count = ::syscall(SYS_getdents64, descriptor_, buffer_.get(), readBufferSize);
+        count = ::getdents64(descriptor_, buffer_.get(), readBufferSize);
     while (count < 0 && errno == EINTR);
     position_ = 0;
     filled_ = count > 0 ? static_cast<std::size_t>(count) : 0;
@@ -240,11 +245,12 @@ Descriptor reach(std::string_view path)
     return openAnyLength(path, passThroughFlags);
 }
 
-PathState pathState(std::string_view path)
+std::optional<PathState> pathState(std::string_view path)
 {
-    const auto status = ItemStatus::read(reach(path), "");
+    const Descriptor item = reach(path);
+    const auto status = item.isValid() ? ItemStatus::read(item, "") : std::nullopt;
     if (!status)
-        return PathState::missing;
+        return isAbsence(errno) ? std::optional(PathState::missing) : std::nullopt;
     return status->identity.kind == ItemIdentity::Kind::folder ? PathState::folder
                                                                : PathState::other;
 }
@@ -255,16 +261,6 @@ unsigned availableProcessors() noexcept
     if (::sched_getaffinity(0, sizeof processors, &processors) == 0)
         return static_cast<unsigned>(std::max(CPU_COUNT(&processors), 1));
     return static_cast<unsigned>(std::max(::sysconf(_SC_NPROCESSORS_ONLN), 1L));
-}
-
-std::size_t openFolderBudget() noexcept
-{
-    constexpr std::size_t least = 8;
-    constexpr std::size_t most = 512;
-    struct rlimit limit;
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        return least;
-    return std::clamp<std::size_t>(limit.rlim_cur / 4, least, most);
 }
 
 } // namespace brisalon::host

@@ -4,6 +4,7 @@
 #include "host/Folder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <string>
 
@@ -48,23 +49,45 @@ std::int64_t allocatedBytesOf(const struct statx& status) noexcept
     return static_cast<std::int64_t>(std::min<std::uint64_t>(status.stx_blocks, most)) * 512;
 }
 
-} // namespace
-
-std::optional<ItemStatus> ItemStatus::read(const Descriptor& folder, const char* name) noexcept
+bool read(const Descriptor& folder, const char* name, int extraFlags, struct statx& status) noexcept
 {
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_EMPTY_PATH;
     constexpr unsigned wanted = STATX_BASIC_STATS | STATX_BTIME | STATX_MNT_ID;
+    int result;
+    do
+        result = ::statx(folder.get(), name, flags | extraFlags, wanted, &status);
+    while (result != 0 && errno == EINTR);
+    return result == 0;
+}
+
+ItemIdentity identityOf(const struct statx& status) noexcept
+{
+    return {.device = makedev(status.stx_dev_major, status.stx_dev_minor),
+            .inode = status.stx_ino,
+            .birth = birthOf(status),
+            .kind = kindOf(status.stx_mode)};
+}
+
+} // namespace
+
+std::optional<ItemIdentity> ItemIdentity::of(const Descriptor& item) noexcept
+{
     struct statx status;
-    if (::statx(folder.get(), name, flags, wanted, &status) != 0)
+    if (!brisalon::read(item, "", AT_STATX_DONT_SYNC, status))
         return std::nullopt;
-    const std::uint64_t device = makedev(status.stx_dev_major, status.stx_dev_minor);
+    return identityOf(status);
+}
+
+std::optional<ItemStatus> ItemStatus::read(const Descriptor& folder, const char* name) noexcept
+{
+    struct statx status;
+    if (!brisalon::read(folder, name, 0, status))
+        return std::nullopt;
+    const ItemIdentity identity = identityOf(status);
     return ItemStatus{
-        .identity = {.device = device,
-                     .inode = status.stx_ino,
-                     .birth = birthOf(status),
-                     .kind = kindOf(status.stx_mode)},
+        .identity = identity,
         .allocatedBytes = allocatedBytesOf(status),
-        .mount = {.device = device,
+        .mount = {.device = identity.device,
                   .mount = (status.stx_mask & STATX_MNT_ID) != 0 ? status.stx_mnt_id : 0},
         .isMountRoot = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0,
         .mode = status.stx_mode,

@@ -1,13 +1,16 @@
 #include "BrisalonCore/MountTable.h"
 
+#include "BrisalonCore/Descriptor.h"
 #include "BrisalonCore/Paths.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <charconv>
-#include <fstream>
-#include <iterator>
 
+#include <fcntl.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 namespace brisalon {
 
@@ -129,9 +132,16 @@ MountTable::MountTable(std::string_view text)
 
 MountTable MountTable::current()
 {
-    std::ifstream file("/proc/thread-self/mountinfo", std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return MountTable(text);
+    const Descriptor file = Descriptor::open(AT_FDCWD, "/proc/thread-self/mountinfo", O_RDONLY);
+    std::string text;
+    std::array<char, 4096> piece;
+    for (;;) {
+        const ssize_t size = ::read(file.get(), piece.data(), piece.size());
+        if (size > 0)
+            text.append(piece.data(), static_cast<std::size_t>(size));
+        else if (size == 0 || errno != EINTR)
+            return MountTable(text);
+    }
 }
 
 std::vector<MountTable::Step> MountTable::way(std::string_view path) const

@@ -55,9 +55,9 @@ std::optional<VolumeCapacities> volumeCapacities(std::string_view path)
     };
 }
 
-bool isOnRotatingDisk(std::string_view path)
+bool isOnRotatingDisk(const OpenFolder& folder)
 {
-    const auto identity = OpenFolder::at(path).identity();
+    const auto identity = folder.identity();
     return identity &&
            isRotatingDisk(major(identity->device), minor(identity->device), "/sys/dev/block");
 }
