@@ -48,9 +48,10 @@ struct DiskScanner {
     /// stop after the last item was met changes nothing. A package is one item,
     /// however large.
     ///
-    /// A root that exists but cannot be read yields an empty folder. Throws only
-    /// what the callback throws, or std::bad_alloc and std::system_error when
-    /// memory or threads run out.
+    /// A root that exists but cannot be read yields an empty folder. Throws only what
+    /// the callback throws, std::bad_alloc, and std::system_error when it cannot be told
+    /// whether the root exists, or when folders cannot be opened because descriptors have
+    /// run out and nobody gives any back.
     ScanResult scan(const FileURL& root, const ProgressCallback& progress,
                     std::stop_token cancellation = {}) const;
 };

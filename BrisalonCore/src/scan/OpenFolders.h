@@ -79,7 +79,7 @@ private:
     /// What is kept for all walks. Its mutex guards WalkFolder::access of all of them.
     struct Shelf {
         std::mutex mutex;
-        std::list<WalkFolder*> held;        ///< the one held longest first; no roots
+        std::list<WalkFolder*> held;     ///< the one held longest first; no roots
         std::atomic<std::size_t> closed; ///< folders that were given up and are still needed
     };
 
