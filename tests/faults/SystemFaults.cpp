@@ -1,0 +1,307 @@
+#include "SystemFaults.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statfs.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace brisalon::tests {
+
+namespace {
+
+enum class Mode { off, record, fail };
+
+std::atomic<Mode> mode = Mode::off;
+std::mutex mutex; // over the rest
+std::vector<SystemCall> requests;
+std::map<std::pair<std::string, std::string>, int> turns;
+SystemCall chosen;
+int chosenError = 0;
+bool hasFailed = false;
+
+// Of allocations: below zero, none is counted.
+std::atomic<int> allocations = -1;
+std::atomic<int> failingNumber = -1;
+
+/// What a thread does for this file itself is no request of the program's.
+thread_local bool isInside = false;
+
+struct Inside {
+    Inside() { isInside = true; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+    ~Inside() { isInside = false; }
+};
+
+/// Where the descriptor leads.
+std::string pathOf(int descriptor)
+{
+    if (descriptor == AT_FDCWD)
+        return ".";
+    std::array<char, 4096> path;
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
+    return length < 0 ? "?" : std::string(path.data(), static_cast<std::size_t>(length));
+}
+
+/// Whether the request has to fail; the error number is set then.
+bool fails(const char* function, int descriptor, const char* name)
+{
+    const Mode now = mode;
+    if (now == Mode::off || isInside)
+        return false;
+    const Inside inside;
+    std::string path = name && *name == '/' ? "" : pathOf(descriptor);
+    if (name && *name)
+        path += (path.empty() || path.ends_with('/') ? "" : "/") + std::string(name);
+    const std::scoped_lock lock(mutex);
+    SystemCall request{function, path, turns[{function, path}]++};
+    if (now == Mode::record) {
+        requests.push_back(std::move(request));
+        return false;
+    }
+    if (hasFailed || request != chosen)
+        return false;
+    hasFailed = true;
+    errno = chosenError;
+    return true;
+}
+
+/// The system's function of that name and of the type of the one defined here.
+template <typename Function>
+Function* real(const char* name)
+{
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+void begin(Mode next)
+{
+    const std::scoped_lock lock(mutex);
+    requests.clear();
+    turns.clear();
+    hasFailed = false;
+    mode = next;
+}
+
+} // namespace
+
+std::span<const int> SystemFaults::errorsOf(const std::string& function)
+{
+    static const std::map<std::string, std::vector<int>> errors{
+        {"openat", {EACCES, ENOENT, EMFILE, ENOMEM, EINTR, EIO, ELOOP}},
+        {"getdents64", {EIO, ENOENT, ENOMEM, EINTR}},
+        {"fstatat", {EACCES, ENOENT, ENOMEM, EINTR, EIO}},
+        {"statx", {EACCES, ENOENT, ENOMEM, EINTR, EIO}},
+        {"readlinkat", {EACCES, ENOENT, EIO}},
+        {"statfs", {EIO, EACCES}},
+        {"mkdirat", {EACCES, ENOSPC, EROFS, EIO}},
+        {"read", {EIO, EINTR}},
+        {"write", {ENOSPC, EIO, EDQUOT, EINTR}},
+        {"fsync", {EIO, ENOSPC}},
+        {"syncfs", {EIO}},
+        {"fdatasync", {EIO}},
+        {"close", {EIO}},
+        {"renameat2", {EACCES, ENOENT, EXDEV, EBUSY, ENOSPC, EIO, EEXIST}},
+        {"renameat", {EACCES, ENOENT, EXDEV, EBUSY, ENOSPC, EIO}},
+        {"unlinkat", {EACCES, ENOENT, EIO}},
+        {"faccessat", {EACCES, EIO}},
+    };
+    return errors.at(function);
+}
+
+std::vector<SystemCall> SystemFaults::requestsOf(const std::function<void()>& body)
+{
+    begin(Mode::record);
+    body();
+    mode = Mode::off;
+    return requests;
+}
+
+bool SystemFaults::failing(const SystemCall& request, int error, const std::function<void()>& body)
+{
+    chosen = request;
+    chosenError = error;
+    begin(Mode::fail);
+    body();
+    mode = Mode::off;
+    return hasFailed;
+}
+
+int SystemFaults::allocationsOf(const std::function<void()>& body)
+{
+    allocations = 0;
+    body();
+    return allocations.exchange(-1);
+}
+
+void SystemFaults::failingAllocation(int number, const std::function<void()>& body)
+{
+    failingNumber = number;
+    allocations = 0;
+    body();
+    allocations = -1;
+    failingNumber = -1;
+}
+
+} // namespace brisalon::tests
+
+using namespace brisalon::tests;
+
+// The system's functions. The names and types are those of the C library.
+extern "C" {
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    va_list rest;
+    va_start(rest, flags);
+    const mode_t permissions = (flags & (O_CREAT | __O_TMPFILE)) ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    static const auto next = real<int(int, const char*, int, ...)>("openat");
+    return fails("openat", folder, path) ? -1 : next(folder, path, flags, permissions);
+}
+
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
+{
+    static const auto next = real<int(int, const char*, struct stat*, int)>("fstatat");
+    return fails("fstatat", folder, path) ? -1 : next(folder, path, status, flags);
+}
+
+int statx(int folder, const char* path, int flags, unsigned mask, struct statx* status) noexcept
+{
+    static const auto next = real<int(int, const char*, int, unsigned, struct statx*)>("statx");
+    return fails("statx", folder, path) ? -1 : next(folder, path, flags, mask, status);
+}
+
+int fstatfs(int descriptor, struct statfs* status) noexcept
+{
+    static const auto next = real<int(int, struct statfs*)>("fstatfs");
+    return fails("statfs", descriptor, "") ? -1 : next(descriptor, status);
+}
+
+ssize_t readlinkat(int folder, const char* path, char* buffer, size_t size) noexcept
+{
+    static const auto next = real<ssize_t(int, const char*, char*, size_t)>("readlinkat");
+    return fails("readlinkat", folder, path) ? -1 : next(folder, path, buffer, size);
+}
+
+int mkdirat(int folder, const char* path, mode_t permissions) noexcept
+{
+    static const auto next = real<int(int, const char*, mode_t)>("mkdirat");
+    return fails("mkdirat", folder, path) ? -1 : next(folder, path, permissions);
+}
+
+ssize_t read(int descriptor, void* buffer, size_t size)
+{
+    static const auto next = real<ssize_t(int, void*, size_t)>("read");
+    return fails("read", descriptor, "") ? -1 : next(descriptor, buffer, size);
+}
+
+ssize_t write(int descriptor, const void* buffer, size_t size)
+{
+    static const auto next = real<ssize_t(int, const void*, size_t)>("write");
+    return fails("write", descriptor, "") ? -1 : next(descriptor, buffer, size);
+}
+
+int fsync(int descriptor)
+{
+    static const auto next = real<int(int)>("fsync");
+    return fails("fsync", descriptor, "") ? -1 : next(descriptor);
+}
+
+int fdatasync(int descriptor)
+{
+    static const auto next = real<int(int)>("fdatasync");
+    return fails("fdatasync", descriptor, "") ? -1 : next(descriptor);
+}
+
+int syncfs(int descriptor) noexcept
+{
+    static const auto next = real<int(int)>("syncfs");
+    return fails("syncfs", descriptor, "") ? -1 : next(descriptor);
+}
+
+int close(int descriptor)
+{
+    static const auto next = real<int(int)>("close");
+    // A descriptor is closed whatever the system reports.
+    const bool isFailing = fails("close", descriptor, "");
+    const int result = next(descriptor);
+    if (isFailing)
+        errno = chosenError;
+    return isFailing ? -1 : result;
+}
+
+int renameat2(int from, const char* name, int to, const char* newName, unsigned flags) noexcept
+{
+    static const auto next = real<int(int, const char*, int, const char*, unsigned)>("renameat2");
+    return fails("renameat2", from, name) ? -1 : next(from, name, to, newName, flags);
+}
+
+int renameat(int from, const char* name, int to, const char* newName) noexcept
+{
+    static const auto next = real<int(int, const char*, int, const char*)>("renameat");
+    return fails("renameat", from, name) ? -1 : next(from, name, to, newName);
+}
+
+int unlinkat(int folder, const char* path, int flags) noexcept
+{
+    static const auto next = real<int(int, const char*, int)>("unlinkat");
+    return fails("unlinkat", folder, path) ? -1 : next(folder, path, flags);
+}
+
+int faccessat(int folder, const char* path, int wanted, int flags) noexcept
+{
+    static const auto next = real<int(int, const char*, int, int)>("faccessat");
+    return fails("faccessat", folder, path) ? -1 : next(folder, path, wanted, flags);
+}
+
+long syscall(long number, ...) noexcept
+{
+    va_list rest;
+    va_start(rest, number);
+    std::array<long, 6> values;
+    for (long& value : values)
+        value = va_arg(rest, long);
+    va_end(rest);
+    static const auto next = real<long(long, ...)>("syscall");
+    const auto* const name = reinterpret_cast<const char*>(values[1]);
+    if (number == SYS_getdents64 && fails("getdents64", static_cast<int>(values[0]), ""))
+        return -1;
+    if (number == SYS_openat2 && fails("openat", static_cast<int>(values[0]), name))
+        return -1;
+    return next(number, values[0], values[1], values[2], values[3], values[4], values[5]);
+}
+
+} // extern "C"
+
+void* operator new(std::size_t size)
+{
+    if (allocations >= 0 && !isInside && allocations.fetch_add(1) == failingNumber)
+        throw std::bad_alloc();
+    if (void* const memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+    std::free(memory);
+}
