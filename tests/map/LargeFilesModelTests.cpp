@@ -125,6 +125,13 @@ TEST_F(LargeFilesModelTest, TheKeyboardMovesTicksAndShows)
     EXPECT_FALSE(files.press(Qt::Key_Escape)) << "with nothing ticked it is somebody else's";
 }
 
+TEST_F(LargeFilesModelTest, TheKeyboardComesToTheFirstTickedRow)
+{
+    state->setSelectedLargeFileIDs({tree.at("d/4.bin"), tree.at("d/2.bin")});
+    files.enter();
+    EXPECT_EQ(files.currentRow(), 2);
+}
+
 TEST_F(LargeFilesModelTest, ARescanKeepsWhatIsStillListedAndNothingElse)
 {
     files.click(1, ctrl);

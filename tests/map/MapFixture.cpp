@@ -59,6 +59,8 @@ MapTest::MapTest()
     QObject::connect(canvas_, &TreemapCanvas::zoomRequested, [this](const FileNodeValue& node) {
         requests_.push_back("zoom " + node->name());
     });
+    QObject::connect(canvas_, &TreemapCanvas::menuRequested,
+                     [this] { requests_.push_back("menu"); });
     window_.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
 }

@@ -55,7 +55,7 @@ protected:
     TreemapCanvas* canvas_ = nullptr;
     FileNodeValue level_;
 
-    /// What the map asked for, in order: "select NAME", "zoom NAME".
+    /// What the map asked for, in order: "select NAME", "zoom NAME", "menu".
     std::vector<std::string> requests_;
 };
 

@@ -114,8 +114,10 @@ TEST_F(TreemapCanvasTest, AClickSelectsAndADoubleClickSelectsBeforeItZooms)
     requests_.clear();
     QTest::mousePress(&window_, Qt::LeftButton, {}, middle(0));
     QTest::mouseRelease(&window_, Qt::LeftButton, {}, middle(1));
-    QTest::mouseClick(&window_, Qt::RightButton, {}, middle(1));
+    QTest::mouseClick(&window_, Qt::MiddleButton, {}, middle(1));
     EXPECT_TRUE(requests_.empty());
+    QTest::mouseClick(&window_, Qt::RightButton, {}, middle(1));
+    EXPECT_EQ(requests_, (std::vector<std::string>{"select node_modules", "menu"}));
 }
 
 TEST_F(TreemapCanvasTest, AnEmptyLevelShowsNothingAndDoesNothing)
