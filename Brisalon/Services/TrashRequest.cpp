@@ -1,14 +1,15 @@
 #include "Brisalon/Services/TrashRequest.h"
 
-#include "BrisalonCore/SkipRules.h"
+#include "BrisalonCore/DeleteRules.h"
 
 namespace brisalon {
 
 TrashRequest TrashRequest::make(const std::vector<FileURL>& selection, std::int64_t bytes)
 {
     TrashRequest request{.urls = {}, .bytes = bytes, .blockedCount = 0, .items = {}};
+    const DeleteRules rules;
     for (const FileURL& url : selection) {
-        if (SkipRules::shouldAllowDelete(url))
+        if (rules.allow(url))
             request.urls.push_back(url);
         else
             ++request.blockedCount;

@@ -83,6 +83,32 @@ TEST(MountTable, OneStoredPlaceForEveryPathThatShowsIt)
     EXPECT_FALSE(table.place("/mnt/@home")->isWithin(home));
 }
 
+TEST(MountTable, WhatAnItemCarriesAlong)
+{
+    const MountTable table("1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                           "2 1 8:1 /real /alias rw - ext4 /dev/sda1 rw\n"
+                           "3 1 0:5 / /real/sub/here rw - tmpfs  rw\n"
+                           "4 3 8:9 / /real/sub/here/in rw - ext4 /dev/sdb1 rw\n"
+                           "5 1 0:6 / /top/held/m rw - tmpfs none rw\n"
+                           "6 1 0:7 / /top rw - tmpfs none rw\n"
+                           "9 8 0:8 / /lost/m rw - tmpfs none rw\n");
+    for (const char* path : {"/", "/real", "/real/sub", "/real/sub/here/in", "/alias", "/alias/sub",
+                             "/alias/sub/here", "/lost"})
+        EXPECT_TRUE(table.carriesMount(path)) << path;
+    for (const char* path : {"/real/sub/here/x", "/alias/sub/here/in", "/top/held", "/al"})
+        EXPECT_FALSE(table.carriesMount(path)) << path;
+    EXPECT_EQ(table.mounts()[2].under, (StoredPlace{makedev(8, 1), "/real/sub/here"}));
+    EXPECT_EQ(table.mounts()[0].under, std::nullopt);
+}
+
+TEST(MountTable, ACircleOfMountsEnds)
+{
+    const MountTable table("1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                           "2 1 8:2 / / rw - ext4 /dev/sda1 rw\n"
+                           "1 2 8:1 / / rw - ext4 /dev/sda1 rw\n");
+    EXPECT_NE(table.at("/a/b"), nullptr);
+}
+
 TEST(MountTable, NamesMountsAsItemsDo)
 {
     const tests::TemporaryTree tree;

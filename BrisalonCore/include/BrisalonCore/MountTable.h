@@ -36,6 +36,10 @@ struct Mount {
     std::string source;               ///< what the file system was made of, such as "/dev/sda1"
     std::vector<std::string> options; ///< of the mount, such as "ro"
     std::vector<std::string> superOptions; ///< of the file system, such as "size=1024k"
+    /// Where the mount point itself is stored, which what is mounted there hides; as
+    /// long as the mount exists it may move with the folders above it. Nothing when it
+    /// is mounted on something out of reach.
+    std::optional<StoredPlace> under;
 
     /// The value of the first option of the file system of that name, empty when it
     /// has none; nothing when there is no such option.
@@ -43,6 +47,13 @@ struct Mount {
 
     /// Where what this mount shows at `path`, at or below its point, is stored.
     StoredPlace place(std::string_view path) const;
+
+    /// Where all that it shows is stored.
+    StoredPlace shown() const { return {device, root}; }
+
+    /// Whether it shows a volume from its top, rather than some folder of one. A file
+    /// system may hold several volumes.
+    bool showsVolume() const noexcept;
 };
 
 /// The mounts of the running system, as they were at one moment. Knows, without
@@ -72,14 +83,18 @@ public:
     };
     /// Every folder on the way from "/" to `path`, itself included, and the mount that
     /// it is seen through: of several mounted on one another the last, of hidden ones
-    /// none.
-    std::vector<Step> way(std::string_view path) const;
+    /// none. Seen as if `without`, and what is mounted on that, were not there.
+    std::vector<Step> way(std::string_view path, const Mount* without = nullptr) const;
 
     /// The mount through which `path` is seen; null when that is out of reach.
     const Mount* at(std::string_view path) const;
 
     /// Where what is seen at `path` is stored; nothing when that is out of reach.
     std::optional<StoredPlace> place(std::string_view path) const;
+
+    /// Whether something is mounted on the item at `path` or on a folder in it, by
+    /// whatever path it was mounted there: what moves the item takes it along.
+    bool carriesMount(std::string_view path) const;
 
 private:
     /// What is mounted on that folder as `mount` shows it; null for nothing.

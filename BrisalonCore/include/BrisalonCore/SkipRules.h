@@ -22,10 +22,8 @@ public:
     /// neither the item nor anything below it.
     static bool shouldSkipDescending(const FileURL& url);
 
-    /// Whether the item may be moved to the Trash: false for the folders that a
-    /// disk and a system are made of, by a fixed table and the desktop's own, for
-    /// the root of a mounted volume, and for the user's home folder and those
-    /// above it. Asks the system what is mounted and where the home is.
+    /// Whether the item may be moved to the Trash, as DeleteRules say now. Asks the
+    /// system what is mounted and where the home is.
     static bool shouldAllowDelete(const FileURL& url);
 };
 

@@ -1,6 +1,6 @@
 #include "BrisalonCore/SkipRules.h"
 
-#include "host/ProtectedPlaces.h"
+#include "BrisalonCore/DeleteRules.h"
 #include "scan/PathRules.h"
 
 namespace brisalon {
@@ -17,8 +17,7 @@ bool SkipRules::shouldSkipDescending(const FileURL& url)
 
 bool SkipRules::shouldAllowDelete(const FileURL& url)
 {
-    const std::string path = standardizedPath(url);
-    return !detail::isProtectedPath(path) && !host::isProtectedHere(path);
+    return DeleteRules().allow(url);
 }
 
 } // namespace brisalon

@@ -112,21 +112,28 @@ StoredPlace Mount::place(std::string_view path) const
     return {device, paths::joined(root, paths::relative(path, point))};
 }
 
+bool Mount::showsVolume() const noexcept
+{
+    // A subvolume of btrfs has its own name as an option of every mount in it.
+    return root == "/" || superOption("subvol") == root;
+}
+
 MountTable::MountTable(std::string_view text)
 {
     while (!text.empty())
         if (auto mount = parsed(nextField(text, '\n')))
             mounts_.push_back(std::move(*mount));
-    std::vector<std::uint64_t> ids;
+    std::map<std::uint64_t, const Mount*> byID;
     for (const Mount& mount : mounts_)
-        ids.push_back(mount.id);
-    std::ranges::sort(ids);
+        byID.emplace(mount.id, &mount);
     // What is mounted on something out of reach (the first mount of all; in a changed
     // root, others too) is where paths start.
-    for (const Mount& mount : mounts_) {
-        const bool isRooted =
-            mount.parent != mount.id && std::ranges::binary_search(ids, mount.parent);
+    for (Mount& mount : mounts_) {
+        const auto parent = mount.parent == mount.id ? byID.end() : byID.find(mount.parent);
+        const bool isRooted = parent != byID.end();
         children_[{isRooted ? std::optional(mount.parent) : std::nullopt, mount.point}] = &mount;
+        if (isRooted && paths::isWithin(mount.point, parent->second->point))
+            mount.under = parent->second->place(mount.point);
     }
 }
 
@@ -144,13 +151,18 @@ MountTable MountTable::current()
     }
 }
 
-std::vector<MountTable::Step> MountTable::way(std::string_view path) const
+std::vector<MountTable::Step> MountTable::way(std::string_view path, const Mount* without) const
 {
     std::vector<Step> steps;
     const Mount* current = nullptr;
     for (const std::string_view folder : paths::way(path)) {
-        while (const Mount* const next = mountedOn(current, folder))
+        // A table read while it changes may have mounts in a circle.
+        for (std::size_t height = 0; height < mounts_.size(); ++height) {
+            const Mount* const next = mountedOn(current, folder);
+            if (!next || next == without)
+                break;
             current = next;
+        }
         steps.push_back({folder, current});
     }
     return steps;
@@ -165,6 +177,18 @@ std::optional<StoredPlace> MountTable::place(std::string_view path) const
 {
     const Mount* const mount = at(path);
     return mount ? std::optional(mount->place(path)) : std::nullopt;
+}
+
+bool MountTable::carriesMount(std::string_view path) const
+{
+    const Mount* const seen = at(path);
+    const auto item = seen ? std::optional(seen->place(path)) : std::nullopt;
+    return std::ranges::any_of(mounts_, [&](const Mount& mount) {
+        if (&mount == seen && mount.point == path)
+            return true;
+        return item && mount.under ? mount.under->isWithin(*item)
+                                   : paths::isWithin(mount.point, path);
+    });
 }
 
 const Mount* MountTable::mountedOn(const Mount* mount, std::string_view folder) const
