@@ -11,7 +11,7 @@ class MountTable;
 
 namespace brisalon::host {
 
-/// The mount points at and below a scan's root that the walk must not enter.
+/// The places below a scan's root that the walk must not enter.
 ///
 /// Worked out once, when a scan starts, from the system's table of mounts: so a
 /// walk needs no system call to notice a mount, and never touches one that could
@@ -20,15 +20,16 @@ namespace brisalon::host {
 ///
 /// Not entered are: kernel pseudo-filesystems and automount points, by type of
 /// file system; network and user-space mounts, unless the root itself lies on
-/// one; file systems that show again what is stored elsewhere (overlays,
-/// mounted images), unless the root lies on one; and a mount that shows one of
-/// the folders above it. The mount that the root itself lies on is always
-/// walked; local disks are entered.
+/// one; and mounts of what the same scan meets in another place, so that nothing is
+/// counted twice: parts of a file system that are seen elsewhere, the root's own
+/// folder and what contains it, unions and mounted images of which the scan meets all
+/// layers or the image. What it does not meet elsewhere it enters, local disks among
+/// it. Goes by where things are stored, never by the names of their paths.
 ///
 /// Immutable once made; safe to read from any thread.
 class MountBarriers {
 public:
-    /// A folder at or above a barrier.
+    /// A folder at or above a barrier, most of which are mount points.
     class Place {
     public:
         bool isBarrier() const noexcept { return isBarrier_; }
@@ -42,7 +43,8 @@ public:
         bool isBarrier_ = false;
     };
 
-    /// The barriers for a scan of `root`, an absolute, resolved path.
+    /// The barriers for a scan of `root`, an absolute, resolved path. Asks the system
+    /// about mounted images, and about the links to the layers of unions.
     MountBarriers(const MountTable& table, std::string_view root);
 
     /// The root's place; null when nothing below the root is a barrier.
