@@ -6,15 +6,19 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <set>
+#include <thread>
 
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace brisalon::tests {
@@ -107,16 +111,21 @@ TEST_F(DesktopTrashTest, AThousandItemsOfOneNameAndWhatWasLeftWithoutInformation
     const auto orphan = inodeOf(tree.at("data/Trash/files/same.txt"));
     const auto alien = inodeOf(tree.at("data/Trash/info/same.2.txt.trashinfo"));
 
-    std::set<std::string> places;
+    std::vector<FileURL> urls;
     for (int i = 0; i < 1000; ++i) {
-        const std::string path = tree.at("items/" + std::to_string(i) + "/same.txt");
         tree.folder("items/" + std::to_string(i));
-        writeText(path, std::to_string(i));
-        const FileURL trashed = put(record(FileURL(path)));
+        urls.emplace_back(tree.at("items/" + std::to_string(i) + "/same.txt"));
+        writeText(urls.back().path(), std::to_string(i));
+    }
+    const auto results = trash.put(TrashItem::record(urls));
+    std::set<std::string> places;
+    for (std::size_t i = 0; i < urls.size(); ++i) {
+        ASSERT_TRUE(std::holds_alternative<FileURL>(results[i]));
+        const FileURL& trashed = std::get<FileURL>(results[i]);
         EXPECT_EQ(readText(trashed.path()), std::to_string(i));
         const auto info = restoreInfo(trashed);
         ASSERT_TRUE(info);
-        EXPECT_EQ(info->path, path);
+        EXPECT_EQ(info->path, urls[i].path());
         EXPECT_TRUE(trashed.path().ends_with(".txt"));
         places.insert(trashed.path());
     }
@@ -240,6 +249,74 @@ TEST_F(DesktopTrashTest, WhatIsNoLongerTheSameStays)
             tree.remove(top);
     }
     EXPECT_EQ(refuse(item("never there")).reason, Reason::changed);
+}
+
+TEST_F(DesktopTrashTest, WhatIsSwappedAtTheLastMomentGoesBack)
+{
+    // Where nothing has to wait for a disk, as far as that is allowed.
+    const TemporaryTree memory(TemporaryTree::Storage::memory);
+    const DesktopTrash quickTrash(FileURL(memory.at("Trash")));
+    memory.file("items/wanted");
+    memory.file("items/other");
+    const std::string wanted = memory.at("items/wanted");
+    const std::string other = memory.at("items/other");
+    const TrashItem asked = record(FileURL(wanted));
+    const auto inode = inodeOf(wanted);
+    std::jthread swapping([&](const std::stop_token& stop) {
+        while (!stop.stop_requested())
+            ::renameat2(AT_FDCWD, wanted.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
+    });
+    int movedCount = 0;
+    constexpr int rounds = 2000;
+    for (int round = 0; round < rounds; ++round) {
+        const auto result = quickTrash.put(asked);
+        if (const FileURL* const destination = std::get_if<FileURL>(&result)) {
+            ++movedCount;
+            ASSERT_EQ(inodeOf(destination->path()), inode);
+            ASSERT_EQ(::rename(destination->path().c_str(), wanted.c_str()), 0);
+            fs::remove(memory.at("Trash/info/wanted.trashinfo"));
+        }
+        ASSERT_TRUE(namesIn(memory.at("Trash/files")).empty());
+        ASSERT_TRUE(namesIn(memory.at("Trash/info")).empty());
+        ASSERT_EQ(namesIn(memory.at("items")).size(), 2U);
+    }
+    EXPECT_GT(movedCount, 0);
+    EXPECT_LT(movedCount, rounds);
+}
+
+TEST_F(DesktopTrashTest, AMoveThatWasKilledIsPutRightByTheNext)
+{
+    constexpr std::size_t count = 1000;
+    std::vector<FileURL> urls;
+    for (std::size_t i = 0; i < count; ++i) {
+        tree.file("items/" + std::to_string(i));
+        urls.emplace_back(tree.at("items/" + std::to_string(i)));
+    }
+    // What other programs have begun is theirs.
+    tree.file("data/Trash/info/theirs.trashinfo");
+    const std::vector<TrashItem> items = TrashItem::record(urls);
+    for (const char* reached : {"data/Trash/info", "data/Trash/files"}) {
+        const std::size_t before = namesIn(tree.at(reached)).size();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            trash.put(items);
+            ::_exit(0);
+        }
+        while (namesIn(tree.at(reached)).size() <= before) {
+        }
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << reached;
+        EXPECT_GT(infoNames().size(), fileNames().size() + 1) << reached;
+
+        tree.file("next");
+        put(item("next"));
+        EXPECT_EQ(infoNames().size(), fileNames().size() + 1) << reached;
+        for (const std::string& name : fileNames())
+            EXPECT_TRUE(restoreInfo(FileURL(tree.at("data/Trash/files/" + name)))) << name;
+        EXPECT_EQ(namesIn(tree.at("data/Trash")).size(), 2U) << reached;
+    }
 }
 
 TEST_F(DesktopTrashTest, WhatIsTheSameGoesHoweverItHasChanged)

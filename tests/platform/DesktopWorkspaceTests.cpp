@@ -19,6 +19,8 @@
 #include <optional>
 #include <system_error>
 
+#include <sys/mount.h>
+
 namespace brisalon::tests {
 
 namespace {
@@ -166,6 +168,24 @@ TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
     EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), moved.size());
     for (const std::string& name : moved)
         EXPECT_TRUE(restoreInfo(FileURL(tree.at("data/Trash/files/" + name)))) << name;
+}
+
+TEST_F(DesktopWorkspaceTest, WhyItemsStayIsSaid)
+{
+    const TemporaryTree volume(TemporaryTree::Storage::memory);
+    if (!volume.isInMemory())
+        GTEST_SKIP() << "needs the right to mount";
+    volume.file("again");
+    tree.folder("held/mounted");
+    ASSERT_EQ(::mount(nullptr, volume.path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    EXPECT_EQ(move(TrashRequest::make({FileURL(volume.at("again"))}, 0)).failures,
+              (std::vector<std::string>{"again: " + std::generic_category().message(EROFS),
+                                        "Could not move again to Trash."}));
+    ASSERT_EQ(::mount("", tree.at("held/mounted").c_str(), "tmpfs", 0, nullptr), 0);
+    EXPECT_EQ(move(TrashRequest::make({FileURL(tree.at("held"))}, 0)).failures,
+              (std::vector<std::string>{"held: A volume is mounted in it",
+                                        "Could not move held to Trash."}));
+    ::umount(tree.at("held/mounted").c_str());
 }
 
 } // namespace

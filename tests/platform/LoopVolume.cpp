@@ -6,13 +6,19 @@
 
 namespace brisalon::tests {
 
-LoopVolume::LoopVolume()
+LoopVolume::LoopVolume() : LoopVolume("truncate -s 16M \"$1\" && mkfs.ext4 -q -F \"$1\"") {}
+
+LoopVolume LoopVolume::afterPowerFailure(const LoopVolume& other)
+{
+    return LoopVolume("cp '" + other.memory_.at("image") + "' \"$1\"");
+}
+
+LoopVolume::LoopVolume(const std::string& command)
 {
     memory_.folder("volume");
-    memory_.file("image", 16 * 1024 * 1024);
-    const std::string image = memory_.at("image");
-    const std::string commands = "PATH=$PATH:/sbin:/usr/sbin; mkfs.ext4 -q -F " + image +
-                                 " && mount -o loop " + image + ' ' + memory_.at("volume");
+    const std::string commands = "PATH=$PATH:/sbin:/usr/sbin; set -- '" + memory_.at("image") +
+                                 "'; " + command + " && mount -o loop \"$1\" " +
+                                 memory_.at("volume");
     isMounted_ =
         memory_.isInMemory() && std::system(("(" + commands + ") 2>/dev/null").c_str()) == 0;
 }

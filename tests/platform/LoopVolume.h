@@ -11,6 +11,8 @@ namespace brisalon::tests {
 class LoopVolume {
 public:
     LoopVolume();
+    /// What is found of another one where the power fails now.
+    static LoopVolume afterPowerFailure(const LoopVolume& other);
     LoopVolume(const LoopVolume&) = delete;
     LoopVolume& operator=(const LoopVolume&) = delete;
     ~LoopVolume();
@@ -21,6 +23,9 @@ public:
     std::string at(const std::string& relative) const { return memory_.at("volume/" + relative); }
 
 private:
+    /// Makes the image by that command of the shell, in which "$1" is its path.
+    explicit LoopVolume(const std::string& command);
+
     TemporaryTree memory_{TemporaryTree::Storage::memory};
     bool isMounted_ = false;
 };

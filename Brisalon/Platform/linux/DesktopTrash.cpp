@@ -1,13 +1,19 @@
 #include "Brisalon/Platform/linux/DesktopTrash.h"
 
 #include "Brisalon/Platform/HomeFolder.h"
+#include "Brisalon/Platform/linux/MadeFolders.h"
+#include "Brisalon/Platform/linux/ReachedFolder.h"
+#include "Brisalon/Platform/linux/TrashFolder.h"
 
+#include "BrisalonCore/MountTable.h"
 #include "BrisalonCore/Paths.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <utility>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,54 +23,213 @@ namespace brisalon {
 
 namespace {
 
-/// Opens the folder at an absolute path, following links, and makes what is missing
-/// of it for the user alone.
-Descriptor openOrMakePath(const std::string& path)
+using Reason = TrashFailure::Reason;
+
+/// One move of some items, with what it learns of volumes on the way.
+class TrashMove {
+public:
+    using Result = DesktopTrash::Result;
+
+    explicit TrashMove(const FileURL& home) : homePath_(home.path()) {}
+
+    std::vector<Result> run(std::span<const TrashItem> items, const std::stop_token& stop);
+
+private:
+    using Opened = std::variant<TrashFailure, TrashFolder>;
+
+    /// A place in the Trash for one item.
+    struct Reservation {
+        std::size_t item;
+        TrashFolder* trash;
+        std::string restorePath; ///< absolute, or from the top of the trash's volume
+        std::string name;
+    };
+
+    std::variant<Reservation, TrashFailure> reserve(const TrashItem& item,
+                                                    const ReachedFolder& place);
+    static Result take(const TrashItem& item, const Reservation& reservation,
+                       const MountTable& mounts);
+
+    MountIdentity homeMount();
+    Opened& home();
+    Opened& volume(const ReachedFolder& place);
+    Opened openOwn(const Descriptor& base, const std::string& name, const FileURL& path);
+
+    std::string homePath_;
+    MadeFolders made_; ///< goes after those who work in them
+    std::optional<MountIdentity> homeMount_;
+    std::optional<Opened> home_;
+    std::map<MountIdentity, Opened> volumes_;
+};
+
+/// The name of a folder on the way from "/", for opening it in the one above.
+std::string lastName(std::string_view way)
 {
-    for (const std::string_view folder : paths::way(path))
-        ::mkdir(std::string(folder).c_str(), 0700);
-    return Descriptor::open(AT_FDCWD, path.c_str(), O_PATH | O_DIRECTORY);
+    return std::string(way == "/" ? way : way.substr(way.rfind('/') + 1));
 }
 
-/// The folder of that name that belongs to the user, made if it is missing. Nobody
-/// else's will do: whoever owns it could take what is put there.
-Descriptor openOwn(int base, const std::string& name)
+TrashFolder::Source sourceOf(const TrashItem& item, const ReachedFolder& place,
+                             const std::string& restorePath)
 {
-    Descriptor folder = openOrMakeFolder(base, name.c_str());
-    const auto status = ItemStatus::read(folder, "");
-    return status && status->owner == ::getuid() ? std::move(folder) : Descriptor();
+    return {.folder = place.folder,
+            .name = std::string(item.location.lastPathComponent()),
+            .path = restorePath,
+            .wanted = *item.identity};
 }
 
-/// The user's part of the trash folder that the administrator made for everyone. A
-/// link, or a folder in which people could take away each other's items, is none.
-std::optional<TrashFolder> sharedTrash(const ReachedFolder& place, const std::string& user)
+std::vector<DesktopTrash::Result> TrashMove::run(std::span<const TrashItem> items,
+                                                 const std::stop_token& stop)
 {
+    std::vector<Result> results(items.size(), TrashFailure{Reason::refused, ECANCELED});
+    std::vector<Reservation> reservations;
+    // Most moves are of many items of few folders, one folder after the other.
+    std::string parent;
+    std::optional<ReachedFolder> place;
+    for (std::size_t i = 0; i < items.size() && !stop.stop_requested(); ++i) {
+        std::string next = items[i].location.deletingLastPathComponent().path();
+        if (!place || next != parent)
+            place = ReachedFolder::at(next);
+        if (!place) {
+            results[i] = TrashFailure::unreached(errno);
+            continue;
+        }
+        parent = std::move(next);
+        if (!items[i].identity) {
+            results[i] = TrashFailure{Reason::changed};
+            continue;
+        }
+        auto reserved = reserve(items[i], *place);
+        if (const TrashFailure* const failure = std::get_if<TrashFailure>(&reserved)) {
+            results[i] = *failure;
+            continue;
+        }
+        reservations.push_back(std::move(std::get<Reservation>(reserved)));
+        reservations.back().item = i;
+    }
+    const MountTable mounts = MountTable::current();
+    for (const Reservation& reservation : reservations) {
+        if (stop.stop_requested())
+            reservation.trash->release(reservation.name);
+        else
+            results[reservation.item] = take(items[reservation.item], reservation, mounts);
+    }
+    std::set<const TrashFolder*> used;
+    for (const Reservation& reservation : reservations)
+        used.insert(reservation.trash);
+    for (const TrashFolder* const trash : used)
+        trash->finish();
+    return results;
+}
+
+std::variant<TrashMove::Reservation, TrashFailure> TrashMove::reserve(const TrashItem& item,
+                                                                      const ReachedFolder& place)
+{
+    // What lies on the home's own volume goes home or stays: in any other trash its
+    // user would not look for it.
+    const bool isHome = homeMount() == place.mount;
+    Opened& opened = isHome ? home() : volume(place);
+    TrashFolder* const trash = std::get_if<TrashFolder>(&opened);
+    if (!trash)
+        return std::get<TrashFailure>(opened);
+    const std::string path = item.location.path();
+    Reservation result{.item = 0,
+                       .trash = trash,
+                       .restorePath =
+                           isHome ? path : std::string(paths::relative(path, place.topPath)),
+                       .name = {}};
+    auto name = trash->reserve(sourceOf(item, place, result.restorePath));
+    if (const TrashFailure* const failure = std::get_if<TrashFailure>(&name))
+        return *failure;
+    result.name = std::move(std::get<std::string>(name));
+    return result;
+}
+
+/// The folder is reached once more: the items before may have taken it along.
+TrashMove::Result TrashMove::take(const TrashItem& item, const Reservation& reservation,
+                                  const MountTable& mounts)
+{
+    const auto place = ReachedFolder::at(item.location.deletingLastPathComponent().path());
+    std::optional<TrashFailure> obstacle;
+    if (!place)
+        obstacle = TrashFailure::unreached(errno);
+    // Whoever empties the Trash would empty that volume.
+    else if (mounts.carriesMount(item.location.path()))
+        obstacle = TrashFailure{Reason::holdsVolume, EBUSY};
+    if (!obstacle)
+        return reservation.trash->take(sourceOf(item, *place, reservation.restorePath),
+                                       reservation.name);
+    reservation.trash->release(reservation.name);
+    return *obstacle;
+}
+
+/// Of the volume that the home trash lies on, or would if it could be made.
+MountIdentity TrashMove::homeMount()
+{
+    if (!homeMount_) {
+        // Links on the way are the user's own business.
+        Descriptor folder;
+        for (const std::string_view way : paths::way(homePath_)) {
+            Descriptor next =
+                Descriptor::open(folder.get(), lastName(way).c_str(), O_PATH | O_DIRECTORY);
+            if (!next.isValid())
+                break;
+            folder = std::move(next);
+        }
+        const auto status = ItemStatus::read(folder, "");
+        homeMount_ = status ? status->mount : MountIdentity{};
+    }
+    return *homeMount_;
+}
+
+TrashMove::Opened& TrashMove::home()
+{
+    if (home_)
+        return *home_;
+    Descriptor folder;
+    for (const std::string_view way : paths::way(homePath_)) {
+        folder = made_.openOrMake(folder, lastName(way), O_PATH);
+        if (!folder.isValid())
+            return home_.emplace(TrashFailure{Reason::noTrash, errno});
+    }
+    return home_.emplace(TrashFolder::open(std::move(folder), FileURL(homePath_), made_));
+}
+
+TrashMove::Opened& TrashMove::volume(const ReachedFolder& place)
+{
+    const auto found = volumes_.find(place.mount);
+    if (found != volumes_.end())
+        return found->second;
+    const std::string user = std::to_string(::getuid());
+    const FileURL top(place.topPath);
+    // The folder that the administrator made for everyone. A link, or one in which
+    // people could take away each other's items, is none.
     const Descriptor shared = openFolder(place.top.get(), ".Trash");
     const auto status = ItemStatus::read(shared, "");
-    if (!status || (status->mode & S_ISVTX) == 0)
-        return std::nullopt;
-    return TrashFolder::open(
-        openOwn(shared.get(), user),
-        FileURL(place.topPath).appendingPathComponent(".Trash").appendingPathComponent(user));
+    Opened result;
+    if (status && (status->mode & S_ISVTX) != 0)
+        result = openOwn(shared, user,
+                         top.appendingPathComponent(".Trash").appendingPathComponent(user));
+    const std::string own = ".Trash-" + user;
+    if (!std::holds_alternative<TrashFolder>(result))
+        result = openOwn(place.top, own, top.appendingPathComponent(own));
+    return volumes_.emplace(place.mount, std::move(result)).first->second;
 }
 
-std::optional<TrashFolder> ownTrash(const ReachedFolder& place, const std::string& user)
+/// The trash folder of that name. Nobody else's will do: whoever owns it could take
+/// what is put there.
+TrashMove::Opened TrashMove::openOwn(const Descriptor& base, const std::string& name,
+                                     const FileURL& path)
 {
-    const std::string name = ".Trash-" + user;
-    return TrashFolder::open(openOwn(place.top.get(), name),
-                             FileURL(place.topPath).appendingPathComponent(name));
-}
-
-/// Whether another trash folder may still do.
-bool isUnusable(const std::variant<FileURL, TrashFailure>& result)
-{
-    const TrashFailure* const failure = std::get_if<TrashFailure>(&result);
-    return failure && failure->reason == TrashFailure::Reason::noTrash;
+    Descriptor folder = made_.openOrMake(base, name, O_PATH | O_NOFOLLOW);
+    const auto status = folder.isValid() ? ItemStatus::read(folder, "") : std::nullopt;
+    if (!status)
+        return TrashFailure{Reason::noTrash, errno};
+    if (status->owner != ::getuid())
+        return TrashFailure{Reason::noTrash, EPERM};
+    return TrashFolder::open(std::move(folder), path, made_);
 }
 
 } // namespace
-
-DesktopTrash::DesktopTrash(FileURL home) : home_(std::move(home)), mounts_(MountTable::current()) {}
 
 FileURL DesktopTrash::homeTrash()
 {
@@ -75,55 +240,10 @@ FileURL DesktopTrash::homeTrash()
     return folder.appendingPathComponent("Trash");
 }
 
-std::variant<FileURL, TrashFailure> DesktopTrash::put(const TrashItem& item)
+std::vector<DesktopTrash::Result> DesktopTrash::put(std::span<const TrashItem> items,
+                                                    const std::stop_token& stop) const
 {
-    using Reason = TrashFailure::Reason;
-    const auto place = ReachedFolder::at(item.location.deletingLastPathComponent().path());
-    if (!item.identity || !place)
-        return TrashFailure{Reason::changed};
-    const std::string path = item.location.path();
-    // Whoever empties the Trash would empty that volume.
-    if (holdsMount(path))
-        return TrashFailure{Reason::refused, EBUSY};
-
-    TrashFolder::Source source{.folder = place->folder,
-                               .name = std::string(item.location.lastPathComponent()),
-                               .path = path,
-                               .wanted = *item.identity};
-    std::variant<FileURL, TrashFailure> result = TrashFailure{Reason::noTrash};
-    if (const TrashFolder* const home = homeFolder(); home && home->mount() == place->mount)
-        result = home->take(source);
-    if (const TrashFolder* const volume = isUnusable(result) ? volumeFolder(*place) : nullptr) {
-        source.path = paths::relative(path, place->topPath);
-        result = volume->take(source);
-    }
-    return result;
-}
-
-const TrashFolder* DesktopTrash::homeFolder()
-{
-    if (!homeFolder_)
-        homeFolder_ = TrashFolder::open(openOrMakePath(home_.path()), home_);
-    return *homeFolder_ ? &**homeFolder_ : nullptr;
-}
-
-const TrashFolder* DesktopTrash::volumeFolder(const ReachedFolder& place)
-{
-    const auto [found, isNew] = volumeFolders_.try_emplace(place.mount);
-    if (isNew) {
-        const std::string user = std::to_string(::getuid());
-        found->second = sharedTrash(place, user);
-        if (!found->second)
-            found->second = ownTrash(place, user);
-    }
-    return found->second ? &*found->second : nullptr;
-}
-
-bool DesktopTrash::holdsMount(std::string_view path) const
-{
-    return std::ranges::any_of(mounts_.mounts(), [path](const Mount& mount) {
-        return paths::isWithin(mount.point, path);
-    });
+    return TrashMove(home_).run(items, stop);
 }
 
 } // namespace brisalon

@@ -25,30 +25,30 @@ QByteArray fileAddress(const FileURL& url)
     return QByteArray::fromStdString("file://" + percentEncoded(url.path()));
 }
 
-/// What the system says of an item that it refuses. Of one that has changed, and of
-/// a volume without a Trash, it says nothing.
+/// Why an item stays, to be shown. Of one that has changed there is nothing to say.
 std::string description(const TrashItem& item, const TrashFailure& failure)
 {
-    if (failure.reason != TrashFailure::Reason::refused)
+    std::string reason;
+    if (failure.reason == TrashFailure::Reason::holdsVolume)
+        reason = "A volume is mounted in it";
+    else if (failure.error != 0)
+        reason = std::generic_category().message(failure.error);
+    else
         return {};
-    return std::string(item.url.lastPathComponent()) + ": " +
-           std::generic_category().message(failure.error);
+    return std::string(item.url.lastPathComponent()) + ": " + reason;
 }
 
 Workspace::Recycled putAll(const std::vector<TrashItem>& items, const FileURL& homeTrash,
                            const std::stop_token& stop)
 {
-    DesktopTrash trash(homeTrash);
+    // An item that is asked for twice is gone at its second turn.
+    const auto results = DesktopTrash(homeTrash).put(items, stop);
     Workspace::Recycled recycled;
-    for (const TrashItem& item : items) {
-        if (stop.stop_requested())
-            break;
-        // An item that is asked for twice is gone at its second turn.
-        const auto result = trash.put(item);
-        if (const FileURL* const destination = std::get_if<FileURL>(&result))
-            recycled.moved.push_back({item.url, *destination});
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (const FileURL* const destination = std::get_if<FileURL>(&results[i]))
+            recycled.moved.push_back({items[i].url, *destination});
         else if (recycled.error.empty())
-            recycled.error = description(item, std::get<TrashFailure>(result));
+            recycled.error = description(items[i], std::get<TrashFailure>(results[i]));
     }
     return recycled;
 }

@@ -3,19 +3,12 @@
 #include "BrisalonCore/Paths.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace brisalon {
 
 Descriptor openFolder(int base, const char* path) noexcept
 {
     return Descriptor::open(base, path, O_PATH | O_DIRECTORY | O_NOFOLLOW);
-}
-
-Descriptor openOrMakeFolder(int base, const char* path) noexcept
-{
-    ::mkdirat(base, path, 0700);
-    return openFolder(base, path);
 }
 
 std::optional<ReachedFolder> ReachedFolder::at(std::string_view path)
@@ -27,7 +20,8 @@ std::optional<ReachedFolder> ReachedFolder::at(std::string_view path)
     for (const std::string_view way : paths::way(path)) {
         const std::string name(above.empty() ? way : paths::relative(way, above));
         result.folder = openFolder(result.folder.get(), name.c_str());
-        const auto status = ItemStatus::read(result.folder, "");
+        const auto status =
+            result.folder.isValid() ? ItemStatus::read(result.folder, "") : std::nullopt;
         if (!status)
             return std::nullopt;
         if (!result.top.isValid() || status->mount != result.mount) {

@@ -13,9 +13,6 @@ namespace brisalon {
 /// follows a link at the end of the path. Invalid with the reason in errno.
 Descriptor openFolder(int base, const char* path) noexcept;
 
-/// The same, made for the user alone if there is nothing of that name.
-Descriptor openOrMakeFolder(int base, const char* path) noexcept;
-
 /// A folder that was reached from "/" one step at a time and without following a
 /// link, so that it is certain to be the one at that very path; and the top folder
 /// of the volume that it lies on, met on the way.
@@ -26,7 +23,7 @@ struct ReachedFolder {
     std::string topPath;
 
     /// `path` is absolute and resolved, of any length. Nothing when a step is
-    /// missing, a link, no folder, or may not be passed.
+    /// missing, a link, no folder, or may not be passed, with the reason in errno.
     static std::optional<ReachedFolder> at(std::string_view path);
 };
 

@@ -1,0 +1,30 @@
+#include "Brisalon/Platform/linux/MadeFolders.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brisalon {
+
+MadeFolders::~MadeFolders()
+{
+    // The system removes none that holds something.
+    for (; !made_.empty(); made_.pop_back())
+        ::unlinkat(made_.back().base.get(), made_.back().name.c_str(), AT_REMOVEDIR);
+}
+
+Descriptor MadeFolders::openOrMake(const Descriptor& base, const std::string& name, int flags)
+{
+    const bool isMade = ::mkdirat(base.get(), name.c_str(), 0700) == 0;
+    const int obstacle = errno;
+    if (isMade)
+        made_.push_back({base.duplicate(), name});
+    Descriptor folder = Descriptor::open(base.get(), name.c_str(), flags | O_DIRECTORY);
+    if (!folder.isValid() && errno == ENOENT && !isMade)
+        errno = obstacle;
+    return folder;
+}
+
+} // namespace brisalon

@@ -1,0 +1,273 @@
+#include "Brisalon/Platform/linux/DesktopTrash.h"
+
+#include "BrisalonCore/DeleteRules.h"
+#include "BrisalonCore/Descriptor.h"
+#include "BrisalonCore/DiskScanner.h"
+
+#include "TrashProbe.h"
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <ostream>
+#include <thread>
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace brisalon::tests {
+
+namespace {
+
+enum class Outcome {
+    isProtected, ///< refused before the user is asked
+    stays,       ///< refused by the Trash
+    moves,
+};
+
+struct Decision {
+    const char* path;
+    Outcome outcome;
+};
+
+/// A system of mounts in a folder, and what has to come of it.
+struct Row {
+    const char* name;
+    /// For the shell, in a memory file system that only this test sees. "mib PATH..."
+    /// makes files of that size, "image TYPE POINT" a file system in the file "image",
+    /// mounted from the device "$s".
+    const char* commands;
+    const char* root;                ///< of the scan
+    int total;                       ///< that it finds, in MiB
+    std::vector<Decision> decisions; ///< one after the other
+};
+
+void PrintTo(const Row& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+using enum Outcome;
+
+// clang-format off
+const std::vector<Row> rows{
+    {"AMemoryFileSystem",
+     "mkdir m; mount -t tmpfs none m; mib m/a",
+     "", 1, {{"m", isProtected}, {"m/a", moves}}},
+    {"KernelData",
+     "mkdir -p k/proc k/Outer.app; mount -t proc none k/proc; "
+     "mount -t proc none k/Outer.app",
+     "", 0, {{"k/proc", isProtected}, {"k", stays}}},
+    {"UserSpaceThatHangs",
+     "mkdir -p fuse/hanging; mib a",
+     "", 1, {{"fuse/hanging", isProtected}, {"fuse", stays}}},
+    {"UserSpaceThatFails",
+     "mkdir -p fuse/dead; mib a",
+     "", 1, {{"fuse/dead", isProtected}, {"fuse", stays}}},
+    {"BindOfAFolderBeside",
+     "mib real/a; mkdir alias; mount --bind real alias",
+     "", 1, {{"alias", isProtected}, {"alias/a", moves}, {"real", moves}}},
+    {"BindOfAFolderOutside",
+     "mib real/a; mkdir -p in/alias; mount --bind real in/alias",
+     "in", 1, {{"in/alias", isProtected}, {"in", stays}}},
+    {"BindOfAFile",
+     "mib a; touch b; mount --bind a b",
+     "", 1, {{"b", isProtected}, {"a", moves}}},
+    {"BindOfWhatIsCovered",
+     "mib real/h/a; mkdir alias; mount --bind real/h alias; mount -t tmpfs none real/h",
+     "", 1, {{"alias", isProtected}, {"alias/a", moves}}},
+    {"RecursiveBind",
+     "mkdir -p real/in alias; mount -t tmpfs none real/in; mib real/in/a real/b; "
+     "mount --rbind real alias",
+     "", 2, {{"alias/in", isProtected}, {"real", stays}}},
+    {"Ancestor",
+     "mkdir -p x/in/again; mib x/a; mount --bind x x/in/again",
+     "x", 1, {{"x/in/again", isProtected}, {"x/in", stays}}},
+    {"WhatContainsTheRoot",
+     "mkdir -p p/x/again; mib p/x/a p/b; mount --bind p p/x/again",
+     "p/x", 1, {{"p/x", stays}}},
+    {"PartOfAnotherVolume",
+     "mkdir v s; mount -t tmpfs none v; mib v/sub/a v/b; mount --bind v/sub s",
+     "", 2, {{"s", isProtected}, {"v/sub", moves}}},
+    {"AVolumeInAnAliasAlone",
+     "mib real/a; mkdir -p real/here alias; mount --bind real alias; "
+     "mount -t tmpfs none alias/here; mib alias/here/b",
+     "", 2, {{"real/here", isProtected}, {"real", stays}}},
+    {"AVolumeReachedThroughAnAlias",
+     "mkdir -p real/sub/here alias; mount --bind real alias; "
+     "mount -t tmpfs none real/sub/here; mib real/sub/here/treasure",
+     "", 1,
+     {{"alias/sub/here", isProtected}, {"alias/sub", stays}, {"real/sub", stays},
+      {"real/sub/here/treasure", moves}}},
+    {"AVolumeWithoutASource",
+     "mkdir -p held/here; mount -t tmpfs '' held/here; mib held/here/a",
+     "", 1, {{"held/here", isProtected}, {"held", stays}, {"held/here/a", moves}}},
+    {"OddSourcesAndPlaces",
+     "d=$(printf 'held/a b\\t\\\\\\n#x'); mkdir -p \"$d\"; "
+     "mount -t tmpfs -- '- proc # ' \"$d\"; mib \"$d/a\"",
+     "", 1, {{"held", stays}}},
+    {"MountsOnOneAnother",
+     "mkdir -p held/m; mount -t proc none held/m; mount -t tmpfs none held/m; "
+     "mib held/m/a; mount -t tmpfs none held/m; mib held/m/b",
+     "", 1, {{"held/m", isProtected}, {"held", stays}}},
+    {"AHiddenMount",
+     "mkdir -p top/held/m; mount -t proc none top/held/m; mount -t tmpfs none top; "
+     "mib top/held/m/a",
+     "", 1, {{"top/held/m/a", moves}, {"top/held", moves}, {"top", isProtected}}},
+    {"WhatAHiddenMountStandsOn",
+     "mkdir -p real/held/m alias; mount --bind real alias; "
+     "mount -t tmpfs none real/held/m; mount -t tmpfs none real/held",
+     "", 0, {{"alias/held/m", isProtected}, {"alias/held", isProtected}, {"real", stays}}},
+    {"UnionOverItsOwnLayer",
+     "mkdir d up w; mib d/a; o=lowerdir=$PWD/d,upperdir=$PWD/up,workdir=$PWD/w; "
+     "mount -t overlay none -o $o d; mib d/b",
+     "", 2, {{"d", isProtected}, {"d/a", moves}}},
+    {"UnionOfWhatIsSeen",
+     "mkdir l up w m; mib l/a; ln -s l to; "
+     "o=lowerdir=$PWD/to,upperdir=$PWD/up,workdir=$PWD/w; mount -t overlay none -o $o m; "
+     "mib m/b",
+     "", 2, {{"m", isProtected}, {"m/b", moves}}},
+    {"UnionOfWhatIsOutOfSight",
+     "mkdir -p l in/up in/w in/m; mib l/a; "
+     "o=lowerdir=$PWD/l,upperdir=$PWD/in/up,workdir=$PWD/in/w; "
+     "mount -t overlay none -o $o in/m; mib in/m/b",
+     "in", 2, {{"in/m", isProtected}, {"in", stays}}},
+    {"ImageInSight",
+     "image ext4 v; mib v/a",
+     "", 16, {{"v", isProtected}, {"v/a", moves}}},
+    {"ImageOutOfSight",
+     "image ext4 in/v; mib in/v/a",
+     "in", 1, {{"in/v", isProtected}, {"in", stays}}},
+    {"TheHomeUnderAnotherName",
+     "mkdir alias; mount --bind home alias; mib home/ann/a",
+     "alias", 1, {{"alias/ann", isProtected}, {"home/ann", isProtected}, {"alias/ann/a", moves}}},
+    {"TheSystemUnderAnotherName",
+     "mkdir all; mount --rbind / all; mount -o remount,bind,ro all",
+     "home", 0,
+     {{"all", isProtected}, {"all/etc", isProtected}, {"all/etc/passwd", isProtected},
+      {"all/usr", isProtected}, {"all/usr/share", isProtected}, {"all/bin", isProtected},
+      {"all/boot", isProtected}, {"all/home", isProtected}, {"all/root", isProtected},
+      {"all/opt", isProtected}, {"all/var", isProtected}, {"all/tmp", isProtected}}},
+    {"SubvolumesBelowTheTopOne",
+     "image btrfs t; btrfs -q subvolume create t/os; btrfs -q subvolume create t/os/@home; "
+     "btrfs -q subvolume create t/@data; mkdir -p t/os/@home/ann t/plain data; "
+     "mount -o subvol=os/@home $s home; mount -o subvol=@data $s data",
+     "home", 0,
+     {{"t", isProtected}, {"t/os", isProtected}, {"t/os/@home", isProtected},
+      {"t/os/@home/ann", isProtected}, {"t/@data", isProtected}, {"t/plain", moves}}},
+    {"TheTopBelowTheRootsSubvolume",
+     "image btrfs t; btrfs -q subvolume create t/@; mkdir sys; mount -o subvol=@ $s sys; "
+     "mib t/other; mkdir sys/top; mount -o subvolid=5 $s sys/top; mib sys/a",
+     "sys", 1, {{"sys/top", isProtected}, {"sys/top/@", isProtected}}},
+    {"ASubvolumeMountedTwice",
+     "image btrfs t; btrfs -q subvolume create t/@; mkdir -p in/a in/b; "
+     "mount -o subvol=@ $s in/a; mount -o subvol=@ $s in/b; mib in/a/f",
+     "in", 1, {{"in/b", isProtected}, {"in", stays}}},
+};
+// clang-format on
+
+class MountMatrixTest : public ::testing::TestWithParam<Row> {
+protected:
+    TemporaryTree tree;
+
+    /// A file system of a program that does not answer, or has ended.
+    Descriptor userSpace(const std::string& point) const
+    {
+        Descriptor device = Descriptor::open(AT_FDCWD, "/dev/fuse", O_RDWR);
+        const std::string options =
+            "fd=" + std::to_string(device.get()) + ",rootmode=40000,user_id=0,group_id=0";
+        EXPECT_EQ(::mount("program", tree.at(point).c_str(), "fuse.program", 0, options.c_str()), 0)
+            << std::strerror(errno);
+        return device;
+    }
+
+    void check(const Row& row) const
+    {
+        const bool hangs = exists(tree.at("fuse/hanging"));
+        const Descriptor program = hangs ? userSpace("fuse/hanging") : Descriptor();
+        if (!hangs && exists(tree.at("fuse/dead")))
+            userSpace("fuse/dead");
+
+        const auto result =
+            DiskScanner{0, 0}.scan(FileURL(tree.at(row.root)), [](const ScanProgress&) {});
+        const auto* const scanned = std::get_if<FileNode>(&result);
+        ASSERT_TRUE(scanned);
+        EXPECT_EQ(scanned->allocatedSize() >> 20U, row.total);
+
+        const DesktopTrash trash(FileURL(tree.at("data/Trash")));
+        for (const auto& [relative, wanted] : row.decisions) {
+            SCOPED_TRACE(relative);
+            const FileURL url(tree.at(relative));
+            EXPECT_EQ(DeleteRules().allow(url), wanted != isProtected);
+            if (wanted == isProtected)
+                continue;
+            const auto inode = inodeOf(url.path());
+            ASSERT_NE(inode, 0U);
+            const auto moved = trash.put(TrashItem::record({&url, 1}).front());
+            const FileURL* const destination = std::get_if<FileURL>(&moved);
+            EXPECT_EQ(destination != nullptr, wanted == moves);
+            EXPECT_EQ(inodeOf((destination ? *destination : url).path()), inode);
+        }
+    }
+};
+
+TEST_P(MountMatrixTest, TotalProtectionAndTrash)
+{
+    const Row& row = GetParam();
+    constexpr int noImage = 77;
+    const std::string commands = R"sh(
+        mib() { for f; do mkdir -p "$(dirname "$f")"; head -c 1M /dev/zero >"$f"; done; }
+        image() {
+            PATH=$PATH:/sbin:/usr/sbin
+            mkdir -p $2
+            case $1 in
+            ext4)
+                truncate -s 16M image
+                mkfs.ext4 -q -E lazy_itable_init=0,lazy_journal_init=0 image &&
+                    fallocate -l 16M image ;;
+            btrfs) truncate -s 128M image && mkfs.btrfs -q image >/dev/null ;;
+            esac && mount -o loop image $2 && s=$(findmnt -no SOURCE $2) || exit 77
+        }
+    )sh" + std::string(row.commands);
+    std::string need;
+    if (commands.find("fuse/") != std::string::npos && ::access("/dev/fuse", R_OK | W_OK) != 0)
+        GTEST_SKIP() << "needs FUSE";
+    // The thread has mounts of its own, which end with it.
+    std::thread([&] {
+        if (::unshare(CLONE_NEWNS) != 0 ||
+            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("tmpfs", tree.path().c_str(), "tmpfs", 0, nullptr) != 0) {
+            need = "the right to mount";
+            return;
+        }
+        tree.folder("home/ann");
+        writeText(tree.at("commands"), commands);
+        const int status =
+            std::system(("cd " + tree.path() + " && sh -e commands 2>errors").c_str());
+        if (WEXITSTATUS(status) == noImage) {
+            need = commands.find("image btrfs") != std::string::npos ? "a btrfs image"
+                                                                     : "an ext4 image";
+            return;
+        }
+        ASSERT_EQ(status, 0) << readText(tree.at("errors"));
+        const std::string home = std::getenv("HOME");
+        ::setenv("HOME", tree.at("home/ann").c_str(), 1);
+        check(row);
+        ::setenv("HOME", home.c_str(), 1);
+    }).join();
+    if (!need.empty())
+        GTEST_SKIP() << "needs " << need;
+}
+
+INSTANTIATE_TEST_SUITE_P(Mounts, MountMatrixTest, ::testing::ValuesIn(rows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+} // namespace
+
+} // namespace brisalon::tests
