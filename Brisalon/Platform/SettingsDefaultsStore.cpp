@@ -1,6 +1,8 @@
 #include "Brisalon/Platform/SettingsDefaultsStore.h"
 
 #include <QByteArray>
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QString>
 
@@ -13,6 +15,20 @@ QString name(std::string_view key)
     return QString::fromLatin1(key.data(), static_cast<qsizetype>(key.size()));
 }
 
+/// Folders' names are nobody else's business, so the file is the user's alone.
+template <typename Change>
+void change(Change&& apply)
+{
+    QString file;
+    {
+        QSettings settings;
+        apply(settings);
+        file = settings.fileName();
+    }
+    if (QFileInfo(file).isFile())
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+}
+
 } // namespace
 
 QVariant SettingsDefaultsStore::read(std::string_view key)
@@ -22,7 +38,7 @@ QVariant SettingsDefaultsStore::read(std::string_view key)
 
 void SettingsDefaultsStore::write(std::string_view key, const QVariant& value)
 {
-    QSettings().setValue(name(key), value);
+    change([&](QSettings& settings) { settings.setValue(name(key), value); });
 }
 
 std::optional<std::string> SettingsDefaultsStore::text(std::string_view key) const
@@ -44,8 +60,13 @@ std::optional<double> SettingsDefaultsStore::number(std::string_view key) const
 
 std::optional<bool> SettingsDefaultsStore::boolean(std::string_view key) const
 {
-    const QVariant value = read(key);
-    return value.isValid() ? std::optional(value.toBool()) : std::nullopt;
+    // The file holds it as a word, and in a damaged file it may be any.
+    const QString word = read(key).toString();
+    if (word == "true" || word == "1")
+        return true;
+    if (word == "false" || word == "0")
+        return false;
+    return std::nullopt;
 }
 
 void SettingsDefaultsStore::setText(std::string_view key, std::string_view value)
@@ -68,7 +89,7 @@ void SettingsDefaultsStore::setBoolean(std::string_view key, bool value)
 
 void SettingsDefaultsStore::remove(std::string_view key)
 {
-    QSettings().remove(name(key));
+    change([&](QSettings& settings) { settings.remove(name(key)); });
 }
 
 } // namespace brisalon

@@ -87,7 +87,7 @@ TEST(SettingsDefaultsStore, ADamagedFileIsSurvivedAndMended)
     std::filesystem::create_directories(std::filesystem::path(file).parent_path());
     const std::string contents[] = {
         std::string("\xff\x00\x01[[[\n=\n\x80", 9),
-        "[General]\nlastScanTargetKind=cus",
+        "[General]\nlastScanTargetKind=cus\nhasSeenMapInteractionHint=maybe\n",
         "[General]\nlastScanTargetKind=custom\nlastScanRootPath=/a, /b\n",
         "[General]\nlastScanTargetKind=custom\nlastScanRootPath=@Variant(\\0\\0",
         "",
@@ -97,11 +97,13 @@ TEST(SettingsDefaultsStore, ADamagedFileIsSurvivedAndMended)
         std::ofstream(file, std::ios::binary) << damage;
         SettingsDefaultsStore store;
         EXPECT_EQ(ScanTargetPreference::load(store).kind, Kind::home);
+        EXPECT_FALSE(UIPreferences(store).hasSeenMapInteractionHint());
         ScanTargetPreference::save(tree.url(), store);
         EXPECT_EQ(ScanTargetPreference::load(store).folder, tree.url());
         std::ifstream stream(file);
         const std::string written{std::istreambuf_iterator<char>(stream), {}};
         EXPECT_NE(written.find("lastScanTargetKind=custom"), std::string::npos);
+        EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
     }
     // A file that cannot be written costs nothing but the memory of it.
     std::filesystem::remove(file);

@@ -88,9 +88,10 @@ extern "C" int faultyFstatat(int folder, const char* name, struct stat* status, 
 /// Takes the place of the system's function of that name in this program.
 extern "C" int sched_getaffinity(pid_t process, std::size_t size, cpu_set_t* processors) noexcept
 {
+    // The system fills no more than it knows of.
+    CPU_ZERO_S(size, processors);
     if (pretendedProcessors == 0)
         return ::syscall(SYS_sched_getaffinity, process, size, processors) < 0 ? -1 : 0;
-    CPU_ZERO_S(size, processors);
     for (int i = 0; i < pretendedProcessors; ++i)
         CPU_SET_S(static_cast<std::size_t>(i), size, processors);
     return 0;
