@@ -50,14 +50,14 @@ private:
     static Result take(const TrashItem& item, const Reservation& reservation,
                        const MountTable& mounts);
 
-    MountIdentity homeMount();
+    const std::variant<TrashFailure, MountIdentity>& homeMount();
     Opened& home();
     Opened& volume(const ReachedFolder& place);
     Opened openOwn(const Descriptor& base, const std::string& name, const FileURL& path);
 
     std::string homePath_;
     MadeFolders made_; ///< goes after those who work in them
-    std::optional<MountIdentity> homeMount_;
+    std::optional<std::variant<TrashFailure, MountIdentity>> homeMount_;
     std::optional<Opened> home_;
     std::map<MountIdentity, Opened> volumes_;
 };
@@ -126,7 +126,10 @@ std::variant<TrashMove::Reservation, TrashFailure> TrashMove::reserve(const Tras
 {
     // What lies on the home's own volume goes home or stays: in any other trash its
     // user would not look for it.
-    const bool isHome = homeMount() == place.mount;
+    const auto& homeVolume = homeMount();
+    if (const TrashFailure* const failure = std::get_if<TrashFailure>(&homeVolume))
+        return *failure;
+    const bool isHome = std::get<MountIdentity>(homeVolume) == place.mount;
     Opened& opened = isHome ? home() : volume(place);
     TrashFolder* const trash = std::get_if<TrashFolder>(&opened);
     if (!trash)
@@ -162,23 +165,26 @@ TrashMove::Result TrashMove::take(const TrashItem& item, const Reservation& rese
     return *obstacle;
 }
 
-/// Of the volume that the home trash lies on, or would if it could be made.
-MountIdentity TrashMove::homeMount()
+/// Of the volume that the home trash lies on, or would if it could be made; or why that
+/// cannot be told.
+const std::variant<TrashFailure, MountIdentity>& TrashMove::homeMount()
 {
-    if (!homeMount_) {
-        // Links on the way are the user's own business.
-        Descriptor folder;
-        for (const std::string_view way : paths::way(homePath_)) {
-            Descriptor next =
-                Descriptor::open(folder.get(), lastName(way).c_str(), O_PATH | O_DIRECTORY);
-            if (!next.isValid())
-                break;
-            folder = std::move(next);
-        }
-        const auto status = ItemStatus::read(folder, "");
-        homeMount_ = status ? status->mount : MountIdentity{};
+    if (homeMount_)
+        return *homeMount_;
+    // Links on the way are the user's own business.
+    Descriptor folder;
+    for (const std::string_view way : paths::way(homePath_)) {
+        Descriptor next =
+            Descriptor::open(folder.get(), lastName(way).c_str(), O_PATH | O_DIRECTORY);
+        if (!next.isValid() && errno != ENOENT && errno != ENOTDIR)
+            return homeMount_.emplace(TrashFailure{Reason::noTrash, errno});
+        if (!next.isValid())
+            break;
+        folder = std::move(next);
     }
-    return *homeMount_;
+    if (const auto status = ItemStatus::read(folder, ""))
+        return homeMount_.emplace(status->mount);
+    return homeMount_.emplace(TrashFailure{Reason::noTrash, errno});
 }
 
 TrashMove::Opened& TrashMove::home()

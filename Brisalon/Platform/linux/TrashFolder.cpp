@@ -210,12 +210,13 @@ std::optional<TrashFailure> TrashFolder::move(const Source& source, const std::s
         return TrashFailure{Reason::refused, error};
     // In the moment between another item may have taken the name.
     const auto wanted = ItemStatus::read(item, "");
-    const auto arrived = ItemStatus::read(files_, name.c_str());
-    if (wanted && arrived && arrived->identity == wanted->identity)
+    const auto arrived = wanted ? ItemStatus::read(files_, name.c_str()) : std::nullopt;
+    const int unseen = arrived ? 0 : errno;
+    if (arrived && arrived->identity == wanted->identity)
         return std::nullopt;
     if (const int error = renameExclusively(files_, name, source.folder, source.name))
         return TrashFailure{Reason::swapped, error};
-    return TrashFailure{Reason::changed};
+    return unseen == 0 ? TrashFailure{Reason::changed} : TrashFailure{Reason::refused, unseen};
 }
 
 void TrashFolder::finish() const

@@ -1,0 +1,169 @@
+// A move to the Trash, with each of its requests to the system failing once with every
+// error that may come, and each of its allocations: every item is either where it was or
+// in the Trash with what restores it, and the report says which.
+
+#include "SystemFaults.h"
+
+#include "Brisalon/Platform/DesktopWorkspace.h"
+#include "support/TemporaryTree.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <set>
+#include <system_error>
+
+namespace brisalon::tests {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array names{"file", "folder", "link"};
+
+class TrashFaultTest : public testing::Test {
+protected:
+    /// A volume of its own, so that no trash folder of the machine is in reach.
+    TemporaryTree volume{TemporaryTree::Storage::memory};
+
+    void SetUp() override
+    {
+        if (!volume.isInMemory())
+            GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+        ::setenv("XDG_DATA_HOME", volume.at("data").c_str(), 1);
+        ::setenv("HOME", volume.at("home").c_str(), 1);
+        volume.folder("home");
+    }
+
+    /// Everything as at the beginning: the items there, no trash yet or one in use.
+    void restore(bool hasTrash) const
+    {
+        for (const char* const top : {"items", "data"})
+            fs::remove_all(volume.at(top));
+        for (const fs::directory_entry& entry : fs::directory_iterator(volume.path()))
+            if (entry.path().filename().string().starts_with(".Trash"))
+                fs::remove_all(entry);
+        fs::create_directories(volume.at("items/folder"));
+        fs::create_directories(volume.at("data"));
+        std::ofstream(volume.at("items/file")) << "text";
+        std::ofstream(volume.at("items/folder/inside")) << "text";
+        fs::create_symlink("file", volume.at("items/link"));
+        if (hasTrash) {
+            fs::create_directories(volume.at("data/Trash/files"));
+            fs::create_directories(volume.at("data/Trash/info"));
+            std::ofstream(volume.at("data/Trash/files/file")) << "older";
+            std::ofstream(volume.at("data/Trash/info/file.trashinfo"))
+                << "[Trash Info]\nPath=/older\nDeletionDate=2026-01-01T00:00:00\n";
+        }
+    }
+
+    Workspace::Recycled move() const
+    {
+        std::vector<FileURL> urls;
+        for (const char* const name : names)
+            urls.emplace_back(volume.at("items/" + std::string(name)));
+        DesktopWorkspace workspace;
+        std::optional<Workspace::Recycled> result;
+        workspace.recycle(TrashItem::record(urls),
+                          [&](const Workspace::Recycled& recycled) { result = recycled; });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return result.has_value(); }, 10'000));
+        return result.value_or(Workspace::Recycled());
+    }
+
+    bool isThere(const std::string& path) const
+    {
+        return fs::symlink_status(path).type() != fs::file_type::not_found;
+    }
+
+    /// The contents, whole, wherever they are.
+    bool isWhole(const std::string& name, const std::string& path) const
+    {
+        if (name == "link")
+            return fs::is_symlink(path) && fs::read_symlink(path) == "file";
+        std::ifstream file(name == "folder" ? path + "/inside" : path);
+        return std::string(std::istreambuf_iterator<char>(file), {}) == "text";
+    }
+
+    void expectTheRule(const std::string& what, const Workspace::Recycled& result,
+                       bool mayLeaveInfo, bool maySayNothing) const
+    {
+        std::set<std::string> moved;
+        for (const auto& [source, destination] : result.moved) {
+            const std::string name(source.lastPathComponent());
+            moved.insert(name);
+            EXPECT_TRUE(isWhole(name, destination.path())) << what << ": " << name;
+            EXPECT_EQ(destination.deletingLastPathComponent().path(), volume.at("data/Trash/files"))
+                << what;
+            std::ifstream info(volume.at("data/Trash/info/") +
+                               std::string(destination.lastPathComponent()) + ".trashinfo");
+            const std::string text(std::istreambuf_iterator<char>(info), {});
+            EXPECT_NE(text.find("Path=" + source.path() + '\n'), std::string::npos)
+                << what << ": " << text;
+        }
+        for (const std::string name : names) {
+            const std::string path = volume.at("items/" + name);
+            EXPECT_EQ(isThere(path), !moved.contains(name)) << what << ": " << name;
+            EXPECT_TRUE(moved.contains(name) || isWhole(name, path)) << what << ": " << name;
+        }
+        EXPECT_TRUE(moved.size() == names.size() || !result.error.empty() || maySayNothing) << what;
+        // No information without its item, no item without, and nothing anywhere else.
+        const std::string info = volume.at("data/Trash/info");
+        if (isThere(info) && !mayLeaveInfo) {
+            for (const fs::directory_entry& entry : fs::directory_iterator(info))
+                EXPECT_TRUE(isThere(volume.at("data/Trash/files/") + entry.path().stem().string()))
+                    << what << ": " << entry.path();
+        }
+        for (const fs::directory_entry& entry : fs::directory_iterator(volume.path()))
+            EXPECT_FALSE(entry.path().filename().string().starts_with(".Trash")) << what;
+    }
+};
+
+TEST_F(TrashFaultTest, EveryItemIsWhereItWasOrCanBeRestored)
+{
+    int injected = 0;
+    for (const bool hasTrash : {false, true}) {
+        restore(hasTrash);
+        Workspace::Recycled recycled;
+        const auto requests = SystemFaults::requestsOf([&] { recycled = move(); });
+        expectTheRule("without a fault", recycled, false, false);
+        ASSERT_EQ(recycled.moved.size(), names.size());
+        for (const SystemCall& request : requests) {
+            // What Qt asks of its own is none of the move's.
+            if (!request.path.starts_with(volume.path()) &&
+                request.path.find("mountinfo") == std::string::npos)
+                continue;
+            for (const int error : SystemFaults::errorsOf(request.function)) {
+                // Without a folder that leads to the home trash that would lie elsewhere.
+                if (error == ENOENT && request.path == volume.path())
+                    continue;
+                restore(hasTrash);
+                const std::string what = request.function + " of " + request.path + " the " +
+                                         std::to_string(request.turn + 1) +
+                                         ". time: " + std::generic_category().message(error);
+                if (SystemFaults::failing(request, error, [&] { recycled = move(); }))
+                    ++injected;
+                // Of an item that is not there, or not what it was, there is nothing more
+                // to say.
+                const bool isOfItem = !request.path.starts_with(volume.at("data"));
+                expectTheRule(what, recycled, request.function == "unlinkat",
+                              error == ENOENT || error == ELOOP || isOfItem);
+                if (recycled.moved.empty() && !hasTrash && request.function != "unlinkat") {
+                    EXPECT_FALSE(isThere(volume.at("data/Trash"))) << what << " leaves a trash";
+                }
+            }
+        }
+    }
+    RecordProperty("faults", injected);
+    EXPECT_GT(injected, 100);
+}
+
+} // namespace
+
+} // namespace brisalon::tests
