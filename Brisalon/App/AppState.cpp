@@ -6,6 +6,7 @@
 #include "Brisalon/Platform/FolderPanel.h"
 #include "Brisalon/Services/FullDiskAccess.h"
 #include "BrisalonCore/ByteFormat.h"
+#include "BrisalonCore/FileNodeBuilder.h"
 
 #include <QPointer>
 
@@ -17,6 +18,23 @@ namespace brisalon {
 namespace {
 
 constexpr std::size_t largeFileLimit = 50;
+
+/// The node without what lies below it; but that something does, one child still says.
+FileNode withoutItsTree(const FileNode& node)
+{
+    if (!node.canZoom())
+        return node;
+    const FileURL url(node.url().path());
+    FileNode child = FileNodeBuilder::make(url.appendingPathComponent("…"), 0, NodeKind::file);
+    return {url,
+            node.name(),
+            node.allocatedSize(),
+            node.kind(),
+            node.hogKind(),
+            node.risk(),
+            {std::move(child)},
+            {}};
+}
 
 QString text(std::string_view bytes)
 {
@@ -47,22 +65,37 @@ AppState::AppState(AppServices services, QObject* parent)
     connect(this, &AppState::treeChanged, this, &AppState::shouldShowMapHintChanged);
 }
 
-AppState::~AppState()
-{
-    // All at once, so that their threads stop side by side, before each is waited for.
-    for (const auto& task : tasks_)
-        task->cancel();
-    tasks_.clear();
-}
-
 void AppState::setSelected(const FileNodeValue& node)
 {
-    assign(selected_, node, &AppState::selectedChanged);
+    assign(selected_, node.hold(), &AppState::selectedChanged);
 }
 
 void AppState::setStatus(const QString& message)
 {
     assign(statusMessage_, message, &AppState::statusMessageChanged);
+}
+
+void AppState::countWork(int change)
+{
+    const bool wasWorking = isWorking();
+    works_ += change;
+    if (wasWorking != isWorking())
+        emit isWorkingChanged();
+}
+
+std::stop_source AppState::startWork(BackgroundTasks::Work work)
+{
+    // What takes no time is done at once; otherwise the window goes on meanwhile.
+    constexpr std::chrono::milliseconds noTime(30);
+    countWork(+1);
+    return tasks_.start(
+        [this, work = std::move(work)](const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
+            return [this, last = work(task)] {
+                countWork(-1);
+                last();
+            };
+        },
+        noTime);
 }
 
 void AppState::setSidebarTab(SidebarTab tab)
@@ -92,14 +125,13 @@ WelcomeTarget AppState::lastUsedTarget() const
 
 bool AppState::shouldShowMapHint() const
 {
-    return tree_.isPresent() && !preferences_.hasSeenMapInteractionHint();
+    return tree_ && !preferences_.hasSeenMapInteractionHint();
 }
 
 void AppState::startScan(const FileURL& root)
 {
     const bool isRescan = root.resolvingSymbolicLinks() == scanRoot_.resolvingSymbolicLinks();
-    for (const auto& task : tasks_)
-        task->cancel();
+    scan_.request_stop();
 
     assign(scanRoot_, root, &AppState::scanRootChanged);
     ScanTargetPreference::save(root, services_.defaults);
@@ -114,23 +146,27 @@ void AppState::startScan(const FileURL& root)
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
     if (!isRescan)
         clearMap();
-    assign(lastClean_, {}, &AppState::lastCleanChanged);
+    setLastClean(std::nullopt);
 
-    tasks_.push_back(std::make_unique<ScanTask>(
-        services_.scan, ScanTask::Request{root, tree_, largeFileLimit},
-        ScanTask::Handlers{
-            [this](const ScanProgress& progress) {
+    scan_ = tasks_.start([this, scan = services_.scan,
+                          request = ScanTask::Request{root, tree_, selected_, largeFileLimit}](
+                             const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
+        const auto report = [this, &task](const ScanProgress& progress) {
+            task.report([this, progress] {
                 assign(progress_, ScanProgressValue(progress), &AppState::progressChanged);
-            },
-            [this](ScanTask& task, ScanTask::Outcome outcome) {
-                endScan(task, std::move(outcome));
-            },
-        }));
-    newestTask_ = tasks_.back().get();
+            });
+        };
+        return [this, stop = task.stop,
+                outcome = ScanTask::run(scan, request, report, task.stop)]() mutable {
+            endScan(stop, std::move(outcome));
+        };
+    });
 }
 
 void AppState::clearMap()
 {
+    // Until all who show it have let go.
+    const FileNodeHold old = tree_;
     assign(tree_, {}, &AppState::treeChanged);
     assign(current_, {}, &AppState::currentChanged);
     assign(breadcrumbs_, {}, &AppState::breadcrumbsChanged);
@@ -141,24 +177,19 @@ void AppState::clearMap()
 
 void AppState::cancelScan()
 {
-    for (const auto& task : tasks_)
-        task->cancel();
+    scan_.request_stop();
     assign(isScanning_, false, &AppState::isScanningChanged);
     setStatus(QStringLiteral("Scan cancelled."));
 }
 
-void AppState::endScan(ScanTask& task, ScanTask::Outcome outcome)
+void AppState::endScan(const std::stop_token& scan, ScanTask::Outcome outcome)
 {
-    const bool isReplaced = &task != newestTask_;
-    const bool isCancelled = task.isCancelled();
-    std::erase_if(tasks_, [&](const auto& other) { return other.get() == &task; });
-
-    // A task that a newer scan has replaced must not touch what that one shows,
-    // whether it still runs or has ended before.
-    if (isReplaced)
+    // A scan that a newer one has replaced must not touch what that one shows, whether
+    // it still runs or has ended before.
+    if (scan != scan_.get_token())
         return;
     if (ScanTask::Finished* const finished = std::get_if<ScanTask::Finished>(&outcome)) {
-        if (!isCancelled)
+        if (!scan.stop_requested())
             showTree(std::move(*finished));
     } else {
         showFailure(outcome);
@@ -170,29 +201,44 @@ void AppState::showTree(ScanTask::Finished finished)
     // The task has found out whether the tree equals the one on screen, and hands
     // over that one itself if so. Comparing the values, not the nodes, is then
     // exact, and does not hold up a frame: the root is either the same or differs.
-    const FileNodeValue& node = finished.tree;
+    const FileNodeHold& root = finished.tree;
+    const FileNodeValue node = root;
     const QList<FileNodeValue> crumbs{node};
-    const bool isNewTree = !(tree_ == node);
-    const bool isNewLevel = !(current_ == node);
+    const FileNodeHold old = tree_;
+    const bool isNewTree = !(tree() == node);
+    const bool isNewLevel = !(current() == node);
     const bool areNewCrumbs = breadcrumbs_ != crumbs;
     if (isNewTree) {
-        tree_ = node;
+        tree_ = root;
         emit treeChanged();
     }
     if (isNewLevel) {
-        current_ = node;
+        current_ = root;
         emit currentChanged();
     }
     if (areNewCrumbs) {
         breadcrumbs_ = crumbs;
         emit breadcrumbsChanged();
     }
+    if (isNewTree)
+        carrySelection(finished);
     assign(largeFiles_, std::move(finished.largeFiles), &AppState::largeFilesChanged);
     assign(isScanning_, false, &AppState::isScanningChanged);
     setStatus("Mapped " + node.sizeText() + " in " + node.name());
     refreshPermission();
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
     listSnapshotsAnew();
+}
+
+void AppState::carrySelection(const ScanTask::Finished& finished)
+{
+    if (!selected_)
+        return;
+    // What is selected stays so, but must not keep the old tree: the node of the new one
+    // takes its place when it is equal, and otherwise what the inspector tells of it.
+    const bool isEqual = finished.selectedNow && finished.selectedBefore == selected_;
+    selected_ = isEqual ? finished.selectedNow : heldTree(withoutItsTree(*selected_));
+    emit selectionChanged();
 }
 
 void AppState::showFailure(const ScanTask::Outcome& outcome)

@@ -7,6 +7,7 @@
 #include "Brisalon/App/SidebarTab.h"
 #include "Brisalon/App/TrashQuestion.h"
 #include "Brisalon/App/WelcomeTarget.h"
+#include "Brisalon/Platform/BackgroundTasks.h"
 #include "Brisalon/Services/CleanReport.h"
 #include "Brisalon/Services/ScanTargetPreference.h"
 #include "Brisalon/Services/TrashRequest.h"
@@ -73,6 +74,7 @@ class AppState : public QObject {
     Q_PROPERTY(bool fdaJustGranted READ fdaJustGranted WRITE setFDAJustGranted NOTIFY
                    fdaJustGrantedChanged)
 
+    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged)
     Q_PROPERTY(brisalon::Selection selection READ selection NOTIFY selectionChanged)
     Q_PROPERTY(brisalon::welcome::WelcomeTarget lastUsedTarget READ lastUsedTarget NOTIFY
                    lastUsedTargetChanged)
@@ -85,15 +87,14 @@ public:
     static constexpr DiskScanner scanner{.smallFileThreshold = 262'144, .progressEvery = 400};
 
     explicit AppState(AppServices services, QObject* parent = nullptr);
-    ~AppState() override;
 
     /// The root of the last successful scan.
-    const FileNodeValue& tree() const { return tree_; }
+    FileNodeValue tree() const { return tree_; }
     /// The node whose children the map shows.
-    const FileNodeValue& current() const { return current_; }
+    FileNodeValue current() const { return current_; }
     /// From the scan root to `current`.
     const QList<FileNodeValue>& breadcrumbs() const { return breadcrumbs_; }
-    const FileNodeValue& selected() const { return selected_; }
+    FileNodeValue selected() const { return selected_; }
     void setSelected(const FileNodeValue& node);
     /// The 50 largest files of `tree`, largest first.
     const QList<LargeFileEntry>& largeFiles() const { return largeFiles_; }
@@ -131,6 +132,10 @@ public:
     bool fdaJustGranted() const { return fdaJustGranted_; }
     void setFDAJustGranted(bool isGranted);
 
+    /// Whether the user waits for something else than a scan: a question about very many
+    /// items, a move to the Trash, the deletion of a snapshot.
+    bool isWorking() const { return works_ > 0; }
+
     // Derived from the fields on every read.
 
     Selection selection() const { return {selected_, largeFiles_, selectedLargeFileIDs_}; }
@@ -156,8 +161,9 @@ public:
     /// Asks for a folder, and scans it if the user picks one.
     Q_INVOKABLE void pickFolderAndScan();
 
-    /// Shows the node's children if it is a folder that has any; selects it.
-    Q_INVOKABLE void zoom(const brisalon::FileNodeValue& node);
+    /// Shows the node's children if it is a folder that has any; selects it. In place of
+    /// a node of an older tree the one that now has its path.
+    Q_INVOKABLE void zoom(const brisalon::FileNodeValue& asked);
     Q_INVOKABLE void zoomUpOneLevel();
     /// Goes back to a node of `breadcrumbs`; anything else is ignored.
     Q_INVOKABLE void jumpToBreadcrumb(const brisalon::FileNodeValue& node);
@@ -172,7 +178,8 @@ public:
 
     /// Asks for the ticked large files or else the selected node to be moved to the
     /// Trash: stores confirmTrash, or says in statusMessage why there is nothing to
-    /// ask. Protected items are left out.
+    /// ask. Protected items are left out. Of few items that is so when this returns,
+    /// of many it comes later.
     Q_INVOKABLE void requestTrashSelected();
     /// Begins the move that was asked for, and returns; at its end the outcome is in
     /// lastClean and statusMessage, and if anything moved the folder is scanned anew.
@@ -183,7 +190,8 @@ public:
     /// while the tool runs, which the service bounds. A tool that did not answer is
     /// asked again by this operation alone, not after scans and deletions.
     Q_INVOKABLE void listSnapshots();
-    /// Deletes the snapshot that was asked for; the outcome is in statusMessage.
+    /// Begins the deletion of the snapshot that was asked for, and returns; the outcome is
+    /// in statusMessage at its end.
     Q_INVOKABLE void confirmPendingSnapshot();
     Q_INVOKABLE void dismissSnapshot() { setConfirmSnapshot({}); }
 
@@ -227,6 +235,8 @@ signals:
     void preferredWelcomeTargetChanged();
     void fdaJustGrantedChanged();
 
+    void isWorkingChanged();
+
     // Of the derived values: sent whenever a field that they read has changed.
     void selectionChanged();
     void lastUsedTargetChanged();
@@ -237,23 +247,29 @@ private:
     template <typename T>
     void assign(T& field, T value, void (AppState::*changed)());
     void clearMap();
-    void endScan(ScanTask& task, ScanTask::Outcome outcome);
+    void endScan(const std::stop_token& scan, ScanTask::Outcome outcome);
     void showTree(ScanTask::Finished finished);
+    void carrySelection(const ScanTask::Finished& finished);
     void showFailure(const ScanTask::Outcome& outcome);
+    FileNodeValue inTree(const FileNodeValue& node) const;
     void rebuildBreadcrumbs(const FileNodeValue& target);
     void listSnapshotsAnew();
     void setStatus(const QString& message);
+    void countWork(int change);
+    std::stop_source startWork(BackgroundTasks::Work work);
     void setConfirmTrash(std::optional<TrashRequest> request);
-    void endTrash(const CleanReport& report);
+    void setLastClean(std::optional<CleanReport> report);
+    void noteTrash();
 
     AppServices services_;
     UIPreferences preferences_;
     TrashService trash_;
 
-    FileNodeValue tree_;
-    FileNodeValue current_;
+    // These hold their trees; all who read them, the views and the breadcrumbs too, do not.
+    FileNodeHold tree_;
+    FileNodeHold current_;
     QList<FileNodeValue> breadcrumbs_;
-    FileNodeValue selected_;
+    FileNodeHold selected_;
     QList<LargeFileEntry> largeFiles_;
     std::set<std::string> selectedLargeFileIDs_;
     bool isScanning_ = false;
@@ -272,11 +288,14 @@ private:
     SidebarTab sidebarTab_ = SidebarTab::LargeFiles;
     ScanTargetPreference preferredWelcomeTarget_;
     bool fdaJustGranted_ = false;
+    int works_ = 0;
 
-    /// Every task that has not ended. Those before the newest were replaced, and may
-    /// say nothing any more when they end.
-    std::vector<std::unique_ptr<ScanTask>> tasks_;
-    const ScanTask* newestTask_ = nullptr;
+    /// The newest scan and the newest question about the Trash. Those before were
+    /// replaced, and may say nothing any more when they end.
+    std::stop_source scan_{std::nostopstate};
+    std::stop_source trashRequest_{std::nostopstate};
+    /// Last, so that all of it has ended before what it hands over to goes.
+    BackgroundTasks tasks_;
 };
 
 } // namespace brisalon

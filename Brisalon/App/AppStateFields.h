@@ -17,9 +17,14 @@ bool areEqual(const T& a, const T& b)
 // A FileNodeValue tells nodes of two trees apart; a field is only announced when
 // the nodes themselves differ. Nodes of one tree share what lies below them, so
 // this visits a subtree only when a node of an older tree is replaced.
-inline bool areEqual(const FileNodeValue& a, const FileNodeValue& b)
+inline bool areEqual(const FileNodeHold& a, const FileNodeHold& b)
 {
     return a == b || (a && b && *a == *b);
+}
+
+inline bool areEqual(const FileNodeValue& a, const FileNodeValue& b)
+{
+    return areEqual(a.hold(), b.hold());
 }
 
 inline bool areEqual(const QList<FileNodeValue>& a, const QList<FileNodeValue>& b)

@@ -20,13 +20,25 @@ QList<FileNodeValue>::iterator crumbOf(QList<FileNodeValue>& crumbs, const FileN
 
 } // namespace
 
-void AppState::zoom(const FileNodeValue& node)
+FileNodeValue AppState::inTree(const FileNodeValue& node) const
 {
+    const FileNodeHold held = node.hold();
+    const bool isOfTree = !tree_.owner_before(held) && !held.owner_before(tree_);
+    if (!tree_ || !held || isOfTree)
+        return node;
+    const FileNode* const found = LargeFiles::find(held->id(), *tree_);
+    return found ? tree().at(*found) : node;
+}
+
+void AppState::zoom(const FileNodeValue& asked)
+{
+    // What was selected before a rescan is no part of the tree any more.
+    const FileNodeValue node = inTree(asked);
     if (!node.canZoom()) {
         setSelected(node);
         return;
     }
-    assign(current_, node, &AppState::currentChanged);
+    assign(current_, node.hold(), &AppState::currentChanged);
     QList<FileNodeValue> crumbs = breadcrumbs_;
     const auto crumb = crumbOf(crumbs, node);
     if (crumb == crumbs.end())
@@ -57,7 +69,7 @@ void AppState::jumpToBreadcrumb(const FileNodeValue& node)
         return;
     crumbs.erase(crumb + 1, crumbs.end());
     assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
-    assign(current_, target, &AppState::currentChanged);
+    assign(current_, target.hold(), &AppState::currentChanged);
     setSelected(target);
 }
 
@@ -75,11 +87,11 @@ void AppState::revealLargeFile(const LargeFileEntry& entry)
     const FileNode* const folder = LargeFiles::find(folderPath, *tree_);
     if (!folder)
         return;
-    const FileNodeValue target{FileNode(*folder)};
+    const FileNodeValue target = tree().at(*folder);
     rebuildBreadcrumbs(target);
-    assign(current_, target, &AppState::currentChanged);
+    assign(current_, target.hold(), &AppState::currentChanged);
     const FileNode* const file = LargeFiles::find(entry.id(), *tree_);
-    setSelected(file ? FileNodeValue(FileNode(*file)) : target);
+    setSelected(file ? tree().at(*file) : target);
 }
 
 void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
@@ -98,7 +110,7 @@ void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
         });
         if (found == level.end())
             break;
-        crumbs.append(FileNodeValue(FileNode(*found)));
+        crumbs.append(tree().at(*found));
         level = found->children();
     }
     assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);

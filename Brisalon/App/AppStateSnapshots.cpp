@@ -33,11 +33,14 @@ void AppState::confirmPendingSnapshot()
         return;
     const std::string token = confirmSnapshot_->dateToken;
     setConfirmSnapshot({});
-    const auto failure = services_.snapshots.deleteLocalSnapshot(token);
-    if (failure)
-        return setStatus(displayText(*failure));
-    setStatus(displayText("Deleted local snapshot " + token + "."));
-    listSnapshotsAnew();
+    startWork([this, token, service = services_.snapshots](const BackgroundTasks::Task&) {
+        return [this, token, failure = service.deleteLocalSnapshot(token)] {
+            if (failure)
+                return setStatus(displayText(*failure));
+            setStatus(displayText("Deleted local snapshot " + token + "."));
+            listSnapshotsAnew();
+        };
+    });
 }
 
 } // namespace brisalon

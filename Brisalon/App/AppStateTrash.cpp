@@ -1,17 +1,27 @@
 #include "Brisalon/App/AppStateFields.h"
 #include "Brisalon/App/DisplayText.h"
+#include "Brisalon/Platform/Disposal.h"
 #include "BrisalonCore/ByteFormat.h"
 
 namespace brisalon {
 
 void AppState::requestTrashSelected()
 {
-    const Selection chosen = selection();
-    TrashRequest request = TrashRequest::make(chosen.urls(), chosen.bytes());
-    if (request.urls.empty())
-        setStatus(chosen.trashRefusal(request.blockedCount));
-    else
-        setConfirmTrash(std::move(request));
+    // What is asked for next takes the place of what is still being looked at.
+    trashRequest_.request_stop();
+    trashRequest_ = startWork(
+        [this, chosen = selection(), held = selected_](const BackgroundTasks::Task& task) {
+            auto request = TrashRequest::make(chosen.urls(), chosen.bytes(), task.stop);
+            const QString refusal = chosen.trashRefusal(request.blockedCount);
+            return [this, stop = task.stop, refusal, request = std::move(request)]() mutable {
+                if (stop.stop_requested())
+                    return;
+                if (request.urls.empty())
+                    setStatus(refusal);
+                else
+                    setConfirmTrash(std::move(request));
+            };
+        });
 }
 
 void AppState::confirmPendingTrash()
@@ -20,19 +30,23 @@ void AppState::confirmPendingTrash()
         return;
     std::vector<TrashItem> items = std::move(confirmTrash_->items);
     dismissTrash();
-    trash_.moveToTrash(std::move(items), [this](const CleanReport& report) { endTrash(report); });
+    countWork(+1);
+    trash_.moveToTrash(std::move(items), [this](CleanReport report) {
+        countWork(-1);
+        setLastClean(std::move(report));
+        noteTrash();
+    });
 }
 
-void AppState::endTrash(const CleanReport& report)
+void AppState::noteTrash()
 {
-    assign(lastClean_, std::optional(report), &AppState::lastCleanChanged);
-    if (report.movedCount == 0) {
-        if (!report.failures.empty())
-            setStatus(displayText(report.failures.front()));
+    if (lastClean_->movedCount == 0) {
+        if (!lastClean_->failures.empty())
+            setStatus(displayText(lastClean_->failures.front()));
         return;
     }
-    setStatus(displayText("Moved " + std::to_string(report.movedCount) + " item(s) (" +
-                          ByteFormat::string(report.movedBytes) + ") to Trash."));
+    setStatus(displayText("Moved " + std::to_string(lastClean_->movedCount) + " item(s) (" +
+                          ByteFormat::string(lastClean_->movedBytes) + ") to Trash."));
     startScan(FileURL(scanRoot_));
 }
 
@@ -45,9 +59,19 @@ void AppState::setConfirmTrash(std::optional<TrashRequest> request)
 {
     // Stored even when equal: it has recorded the items anew.
     const bool isEqual = confirmTrash_ == request;
-    confirmTrash_ = std::move(request);
+    if (auto old = std::exchange(confirmTrash_, std::move(request)))
+        disposeOf(std::move(old));
     if (!isEqual)
         emit confirmTrashChanged();
+}
+
+void AppState::setLastClean(std::optional<CleanReport> report)
+{
+    const bool isEqual = lastClean_ == report;
+    if (auto old = std::exchange(lastClean_, std::move(report)))
+        disposeOf(std::move(old));
+    if (!isEqual)
+        emit lastCleanChanged();
 }
 
 QString AppState::failureText() const

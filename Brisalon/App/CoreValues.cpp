@@ -1,27 +1,16 @@
 #include "Brisalon/App/CoreValues.h"
 
 #include "Brisalon/App/DisplayText.h"
+#include "Brisalon/Platform/Disposal.h"
 #include "BrisalonCore/ByteFormat.h"
 
 #include <QLocale>
-#include <QThreadPool>
 
 #include <utility>
 
 namespace brisalon {
 
 namespace {
-
-void destroyOffMainThread(const FileNode* node)
-{
-    // Without children there is nothing to take apart. The pool is gone when
-    // statics are destroyed at exit.
-    QThreadPool* const pool = node->canZoom() ? QThreadPool::globalInstance() : nullptr;
-    if (pool)
-        pool->start([node] { delete node; });
-    else
-        delete node;
-}
 
 QString ascii(std::string_view text)
 {
@@ -30,44 +19,74 @@ QString ascii(std::string_view text)
 
 } // namespace
 
-FileNodeValue::FileNodeValue(FileNode node)
-    : node_(new FileNode(std::move(node)), destroyOffMainThread)
+FileNodeHold heldTree(FileNode root)
 {
+    return {new FileNode(std::move(root)),
+            [](const FileNode* tree) { destroyElsewhere([tree] { delete tree; }); }};
 }
 
 QByteArray FileNodeValue::id() const
 {
-    return node_ ? QByteArray::fromStdString(node_->id()) : QByteArray();
+    const FileNodeHold node = hold();
+    return node ? QByteArray::fromStdString(node->id()) : QByteArray();
 }
 
 QString FileNodeValue::name() const
 {
-    return node_ ? displayText(node_->name()) : QString();
+    const FileNodeHold node = hold();
+    return node ? displayText(node->name()) : QString();
+}
+
+FileURL FileNodeValue::url() const
+{
+    // Of its own: a URL of the tree keeps the names of all items of its folder.
+    const FileNodeHold node = hold();
+    return node ? FileURL(node->url().path()) : FileURL();
 }
 
 QString FileNodeValue::path() const
 {
-    return node_ ? displayPath(node_->url().path()) : QString();
+    const FileNodeHold node = hold();
+    return node ? displayPath(node->url().path()) : QString();
+}
+
+qint64 FileNodeValue::allocatedSize() const
+{
+    const FileNodeHold node = hold();
+    return node ? node->allocatedSize() : 0;
 }
 
 QString FileNodeValue::sizeText() const
 {
-    return node_ ? ascii(ByteFormat::string(node_->allocatedSize())) : QString();
+    return isPresent() ? ascii(ByteFormat::string(allocatedSize())) : QString();
 }
 
 QString FileNodeValue::kindTitle() const
 {
-    return node_ ? ascii(node_->kind().title()) : QString();
+    const FileNodeHold node = hold();
+    return node ? ascii(node->kind().title()) : QString();
+}
+
+HogKind FileNodeValue::hogKind() const
+{
+    const FileNodeHold node = hold();
+    return node ? node->hogKind() : HogKind::none;
 }
 
 QString FileNodeValue::hogTitle() const
 {
-    return node_ ? ascii(title(node_->hogKind())) : QString();
+    return isPresent() ? ascii(title(hogKind())) : QString();
+}
+
+Risk FileNodeValue::risk() const
+{
+    const FileNodeHold node = hold();
+    return node ? node->risk() : Risk::unknown;
 }
 
 QString FileNodeValue::riskTitle() const
 {
-    return node_ ? ascii(title(node_->risk())) : QString();
+    return isPresent() ? ascii(title(risk())) : QString();
 }
 
 QString FileNodeValue::riskSummary() const
@@ -75,23 +94,45 @@ QString FileNodeValue::riskSummary() const
     return ascii(summary(risk()));
 }
 
+bool FileNodeValue::isAggregate() const
+{
+    const FileNodeHold node = hold();
+    return node && node->kind().isAggregate();
+}
+
+qint64 FileNodeValue::smallFileCount() const
+{
+    const FileNodeHold node = hold();
+    return node ? node->kind().count() : 0;
+}
+
+bool FileNodeValue::canZoom() const
+{
+    const FileNodeHold node = hold();
+    return node && node->canZoom();
+}
+
 int FileNodeValue::childCount() const
 {
-    return node_ ? static_cast<int>(node_->children().size()) : 0;
+    const FileNodeHold node = hold();
+    return node ? static_cast<int>(node->children().size()) : 0;
 }
 
 bool FileNodeValue::isSameItem(const FileNodeValue& other) const
 {
-    return node_ && other.node_ ? node_->url() == other.node_->url() : node_ == other.node_;
+    const FileNodeHold node = hold();
+    const FileNodeHold otherNode = other.hold();
+    return node && otherNode ? node->url() == otherNode->url() : node == otherNode;
 }
 
 bool operator==(const FileNodeValue& a, const FileNodeValue& b)
 {
-    if (a.node_ == b.node_)
+    const FileNodeHold x = a.hold();
+    const FileNodeHold y = b.hold();
+    if (x == y)
         return true;
     // Nodes that share their children compare in constant time.
-    return a.node_ && b.node_ && a.node_->children().data() == b.node_->children().data() &&
-           *a.node_ == *b.node_;
+    return x && y && x->children().data() == y->children().data() && *x == *y;
 }
 
 QString LargeFileEntryValue::name() const

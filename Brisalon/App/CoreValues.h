@@ -17,15 +17,24 @@
 
 namespace brisalon {
 
-/// A node of a scan result, or none, as the application and its views pass it
-/// around: what an optional FileNode is to the core, with properties for QML
-/// (value type `fileNode`; test `isPresent`, the rest reads as empty without it).
+/// A whole tree, or one node of it, kept alive.
+using FileNodeHold = std::shared_ptr<const FileNode>;
+
+/// The root of a tree that lives as long as it or a node of it is held.
 ///
-/// Copying costs one reference count. When the last copy of a node with children
-/// goes, the node is destroyed on a thread of the global pool, because whoever
-/// drops it (a view, QML's garbage collector) is on the main thread, and taking a
-/// large tree apart takes longer than a frame. Copies may be made, read and
-/// dropped on any thread.
+/// Who drops it last (a view, the model) may be on the main thread, and taking a large
+/// tree apart takes longer than a frame; so a thread of the global pool does that, and
+/// gives the memory back to the system.
+FileNodeHold heldTree(FileNode root);
+
+/// A node of a scan result, or none, as the application and its views pass it
+/// around, with properties for QML (value type `fileNode`; test `isPresent`, the rest
+/// reads as empty without it).
+///
+/// It keeps nothing alive: QML's engine holds on to the values that it has read until
+/// its garbage is collected, and would hold every tree that was ever shown. Once nobody
+/// holds its tree any more, a value is none. Copies may be made, read and dropped on
+/// any thread; on another one than the tree's owner's hold the node first.
 class FileNodeValue {
     Q_GADGET
     QML_VALUE_TYPE(fileNode)
@@ -52,35 +61,39 @@ class FileNodeValue {
 public:
     /// No node.
     FileNodeValue() = default;
-    FileNodeValue(FileNode node);
-    FileNodeValue(std::nullopt_t) {}
+    /// That node, as long as its tree is held.
+    FileNodeValue(const FileNodeHold& node) : node_(node) {}
 
-    explicit operator bool() const { return node_ != nullptr; }
-    /// The node; there must be one. Valid while a copy of this value lives.
-    const FileNode& operator*() const { return *node_; }
-    const FileNode* operator->() const { return node_.get(); }
+    explicit operator bool() const { return isPresent(); }
+    /// The node; there must be one. Valid while its tree is held.
+    const FileNode& operator*() const { return *hold(); }
+    const FileNode* operator->() const { return hold().get(); }
+    /// Keeps the node's whole tree alive; null for none.
+    FileNodeHold hold() const { return node_.lock(); }
+    /// Another node of the same tree; there must be one.
+    FileNodeValue at(const FileNode& node) const { return FileNodeHold(hold(), &node); }
 
-    bool isPresent() const { return node_ != nullptr; }
+    bool isPresent() const { return hold() != nullptr; }
     /// The node's identity: its path as bytes, empty for none.
     QByteArray id() const;
     /// Name and path, decoded for people.
     QString name() const;
     QString path() const;
-    FileURL url() const { return node_ ? node_->url() : FileURL(); }
-    qint64 allocatedSize() const { return node_ ? node_->allocatedSize() : 0; }
+    FileURL url() const;
+    qint64 allocatedSize() const;
     QString sizeText() const;
     QString kindTitle() const;
-    HogKind hogKind() const { return node_ ? node_->hogKind() : HogKind::none; }
+    HogKind hogKind() const;
     bool isHog() const { return hogKind() != HogKind::none; }
     QString hogTitle() const;
-    Risk risk() const { return node_ ? node_->risk() : Risk::unknown; }
+    Risk risk() const;
     QString riskTitle() const;
     /// What to consider before removing it.
     QString riskSummary() const;
     /// Whether it stands for the small files of a folder, and for how many.
-    bool isAggregate() const { return node_ && node_->kind().isAggregate(); }
-    qint64 smallFileCount() const { return node_ ? node_->kind().count() : 0; }
-    bool canZoom() const { return node_ && node_->canZoom(); }
+    bool isAggregate() const;
+    qint64 smallFileCount() const;
+    bool canZoom() const;
     int childCount() const;
 
     /// Whether both are none, or nodes of the same path, of one tree or of two.
@@ -92,7 +105,7 @@ public:
     friend bool operator==(const FileNodeValue& a, const FileNodeValue& b);
 
 private:
-    std::shared_ptr<const FileNode> node_;
+    std::weak_ptr<const FileNode> node_;
 };
 
 /// What QML sees of LargeFileEntry: one row of the list of largest files, with the

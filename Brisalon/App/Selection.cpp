@@ -58,7 +58,7 @@ LargeFileEntry Selection::item() const
         return {};
     if (isOfFiles_)
         return files_.first();
-    return {node_->url(), node_->name(), node_->allocatedSize(), node_->hogKind(), node_->risk()};
+    return {node_.url(), node_->name(), node_->allocatedSize(), node_->hogKind(), node_->risk()};
 }
 
 QList<SelectionFact> Selection::facts() const

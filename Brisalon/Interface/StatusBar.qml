@@ -32,7 +32,7 @@ Rectangle {
             Layout.preferredWidth: 6
             Layout.preferredHeight: 6
             radius: 3
-            color: bar.appState.isScanning ? Theme.accent : Theme.success
+            color: bar.appState.isScanning || bar.appState.isWorking ? Theme.accent : Theme.success
         }
 
         SymbolImage {

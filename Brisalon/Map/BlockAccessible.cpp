@@ -31,7 +31,7 @@ bool BlockAccessible::isValid() const
 
 FileNodeValue BlockAccessible::node() const
 {
-    return isValid() ? FileNodeValue(canvas_->laidOut().node(position())) : FileNodeValue();
+    return isValid() ? canvas_->laidOut().value(position()) : FileNodeValue();
 }
 
 QWindow* BlockAccessible::window() const

@@ -4,11 +4,11 @@
 
 namespace brisalon {
 
-MapLevel::MapLevel(FileNodeValue value, QSizeF size) : value_(std::move(value)), size_(size)
+MapLevel::MapLevel(const FileNodeValue& value, QSizeF size) : folder_(value.hold()), size_(size)
 {
-    if (!value_)
+    if (!folder_)
         return;
-    const auto children = value_->children();
+    const auto children = folder_->children();
     rects_ = TreemapLayout::layout(children, size.width(), size.height());
     // The layout keeps the order, drops what has no size, and leaves out the
     // tail when the area runs out.

@@ -23,15 +23,16 @@ class MapLevel {
 public:
     /// Nothing to show.
     MapLevel() = default;
-    MapLevel(FileNodeValue value, QSizeF size);
+    MapLevel(const FileNodeValue& value, QSizeF size);
 
-    /// The node whose children are laid out, or none.
-    const FileNodeValue& value() const { return value_; }
+    /// The node whose children are laid out, or none; held as long as this level lives.
+    FileNodeValue value() const { return folder_; }
     QSizeF size() const { return size_; }
     std::size_t count() const { return rects_.size(); }
     QRectF cell(std::size_t block) const;
     /// Valid while this level lives.
     const FileNode& node(std::size_t block) const { return *nodes_[block]; }
+    FileNodeValue value(std::size_t block) const { return value().at(node(block)); }
 
     /// The block whose undivided cell holds the point: the gaps drawn between
     /// blocks belong to them.
@@ -45,7 +46,7 @@ public:
     std::optional<std::size_t> neighbor(std::size_t block, Qt::Edge edge) const;
 
 private:
-    FileNodeValue value_;
+    FileNodeHold folder_;
     QSizeF size_;
     std::vector<TreemapRect> rects_;
     std::vector<const FileNode*> nodes_;

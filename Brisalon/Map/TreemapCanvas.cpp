@@ -6,6 +6,7 @@
 #include "Brisalon/Theme/BoxBlur.h"
 #include "Brisalon/Theme/Theme.h"
 
+#include <QCursor>
 #include <QElapsedTimer>
 #include <QFocusEvent>
 #include <QHoverEvent>
@@ -15,6 +16,8 @@
 #include <QQuickWindow>
 #include <QtConcurrent>
 
+#include <chrono>
+
 namespace brisalon {
 
 namespace {
@@ -22,6 +25,9 @@ namespace {
 /// A resized map that was painted in this time is painted at once, so that it
 /// never lags behind its window; longer would eat up the frame.
 constexpr double quickMilliseconds = 8;
+
+/// A wait that the user must be told of, just below a tenth of a second.
+constexpr std::chrono::milliseconds soonNoticed(80);
 
 std::string_view bytes(const QByteArray& text)
 {
@@ -40,6 +46,9 @@ TreemapCanvas::TreemapCanvas(QQuickItem* parent) : QQuickItem(parent)
     // One texel is one pixel; who scales the map (a transition) sets this for that
     // time.
     setSmooth(false);
+    slowPainting_.setSingleShot(true);
+    slowPainting_.setInterval(soonNoticed);
+    connect(&slowPainting_, &QTimer::timeout, this, [this] { setCursor(Qt::BusyCursor); });
     connect(&painting_, &QFutureWatcherBase::finished, this,
             [this] { take(painting_.future().takeResult()); });
 }
@@ -119,7 +128,7 @@ void TreemapCanvas::findSelected()
 
 FileNodeValue TreemapCanvas::selectedNode() const
 {
-    return selected_ ? FileNodeValue(level_->node(*selected_)) : FileNodeValue();
+    return selected_ ? level_->value(*selected_) : FileNodeValue();
 }
 
 // Hover
@@ -151,7 +160,7 @@ void TreemapCanvas::hoverBlockAt(QPointF point)
     if (block == hovered_)
         return;
     hovered_ = block;
-    hoveredNode_ = level_->node(*block);
+    hoveredNode_ = level_->value(*block);
     hoverID_ = hoveredNode_.id();
     update();
     emit hoverChanged();
@@ -187,7 +196,7 @@ void TreemapCanvas::mousePressEvent(QMouseEvent* event)
     }
     forceActiveFocus(Qt::MouseFocusReason);
     if (event->button() == Qt::RightButton) {
-        emit selectRequested(FileNodeValue(level_->node(*std::exchange(pressed_, std::nullopt))));
+        emit selectRequested(level_->value(*std::exchange(pressed_, std::nullopt)));
         emit menuRequested(event->position());
     }
 }
@@ -196,7 +205,7 @@ void TreemapCanvas::mouseReleaseEvent(QMouseEvent* event)
 {
     const auto pressed = std::exchange(pressed_, std::nullopt);
     if (pressed && laidOut().blockAt(event->position()) == pressed)
-        emit selectRequested(FileNodeValue(level_->node(*pressed)));
+        emit selectRequested(level_->value(*pressed));
 }
 
 void TreemapCanvas::mouseDoubleClickEvent(QMouseEvent* event)
@@ -204,7 +213,7 @@ void TreemapCanvas::mouseDoubleClickEvent(QMouseEvent* event)
     // The release that follows is part of the double click, not another click.
     pressed_.reset();
     if (const auto block = laidOut().blockAt(event->position()))
-        emit zoomRequested(FileNodeValue(level_->node(*block)));
+        emit zoomRequested(level_->value(*block));
 }
 
 void TreemapCanvas::keyPressEvent(QKeyEvent* event)
@@ -258,7 +267,7 @@ void TreemapCanvas::keyPressEvent(QKeyEvent* event)
     }
     setFocusVisible(true);
     if (next && count > 0)
-        emit selectRequested(FileNodeValue(level_->node(*next)));
+        emit selectRequested(level_->value(*next));
 }
 
 void TreemapCanvas::focusInEvent(QFocusEvent* event)
@@ -309,6 +318,13 @@ void TreemapCanvas::noteUpToDate()
     if (wasUpToDate_ == isUpToDate())
         return;
     wasUpToDate_ = !wasUpToDate_;
+    // Most levels are painted in a frame or two; of one that takes long the pointer tells.
+    if (wasUpToDate_) {
+        slowPainting_.stop();
+        unsetCursor();
+    } else {
+        slowPainting_.start();
+    }
     emit upToDateChanged();
 }
 

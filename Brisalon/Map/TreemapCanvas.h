@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QFutureWatcher>
 #include <QQuickItem>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -155,6 +156,7 @@ private:
     MapPicture picture_;
     bool pictureChanged_ = false;
     bool wasUpToDate_ = true;
+    QTimer slowPainting_;
     double lastMilliseconds_ = 0;
     QFutureWatcher<PaintedPicture> painting_;
 };

@@ -26,7 +26,7 @@ public:
         /// said nothing. Of several refusals the first.
         std::string error;
     };
-    using Completion = std::function<void(const Recycled&)>;
+    using Completion = std::function<void(Recycled)>;
 
     Workspace() = default;
     Workspace(const Workspace&) = delete;

@@ -5,6 +5,7 @@
 #include "BrisalonCore/FileURL.h"
 
 #include <cstdint>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -30,9 +31,10 @@ struct TrashRequest {
 
     /// The request for a selection: leaves out what must not be moved, and records
     /// the rest. Without `urls` there is nothing to confirm, because nothing was
-    /// chosen or, by `blockedCount`, all of it is protected. Asks the file system;
-    /// ten thousand items of one folder take about a tenth of a second.
-    static TrashRequest make(const std::vector<FileURL>& selection, std::int64_t bytes);
+    /// chosen or, by `blockedCount`, all of it is protected. Asks the file system, which
+    /// takes seconds for a million items, until it is told to stop. Any thread.
+    static TrashRequest make(const std::vector<FileURL>& selection, std::int64_t bytes,
+                             const std::stop_token& stop = {});
 
     /// The paths of `urls` joined with "|".
     std::string id() const;

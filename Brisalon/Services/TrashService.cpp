@@ -13,38 +13,43 @@ namespace brisalon {
 
 namespace {
 
-/// The bytes that an item itself occupies, by its path.
-using Sizes = std::unordered_map<std::string, std::int64_t>;
+/// What is reported on: an item, and the bytes that it itself occupied before the move.
+struct Measured {
+    FileURL url;
+    std::int64_t bytes;
+};
 
-Sizes measured(const std::vector<TrashItem>& items, const std::stop_token& stop)
+std::vector<Measured> measured(const std::vector<TrashItem>& items, const std::stop_token& stop)
 {
-    Sizes sizes;
+    std::vector<Measured> result;
+    result.reserve(items.size());
     for (const TrashItem& item : items) {
         if (stop.stop_requested())
             break;
         const auto status = ItemStatus::read(item.url.path());
-        sizes.insert_or_assign(item.url.path(), status ? status->allocatedBytes : 0);
+        result.push_back({item.url, status ? status->allocatedBytes : 0});
     }
-    return sizes;
+    return result;
 }
 
-CleanReport reportOf(const Workspace::Recycled& recycled, const std::vector<FileURL>& urls,
-                     const Sizes& sizes)
+CleanReport reportOf(const Workspace::Recycled& recycled, const std::vector<Measured>& items)
 {
     CleanReport report;
     std::unordered_set<std::string> moved;
-    for (const Workspace::Moved& item : recycled.moved) {
-        const auto [path, isNew] = moved.insert(item.source.path());
-        if (const auto size = sizes.find(*path); size != sizes.end() && isNew)
-            report.movedBytes += size->second;
-    }
+    for (const Workspace::Moved& item : recycled.moved)
+        moved.insert(item.source.path());
     report.movedCount = static_cast<std::int64_t>(moved.size());
     if (!recycled.error.empty())
         report.failures.push_back(recycled.error);
-    for (const FileURL& url : urls) {
-        if (!moved.contains(url.path()))
+    // One that was asked for twice counts once.
+    std::unordered_set<std::string> counted;
+    for (const auto& [url, bytes] : items) {
+        std::string path = url.path();
+        if (!moved.contains(path))
             report.failures.push_back("Could not move " + std::string(url.lastPathComponent()) +
                                       " to Trash.");
+        else if (counted.insert(std::move(path)).second)
+            report.movedBytes += bytes;
     }
     return report;
 }
@@ -55,19 +60,29 @@ TrashService::TrashService(Workspace& workspace) : workspace_(workspace) {}
 
 void TrashService::moveToTrash(std::vector<TrashItem> items, Completion completion)
 {
-    // Thousands of items on a slow disk take longer to measure than a frame.
+    // All that looks at each item happens elsewhere: a million of them take seconds.
+    using Task = BackgroundTasks::Task;
+    using Step = BackgroundTasks::Step;
+    auto report = [this, life = std::weak_ptr(life_), completion = std::move(completion)](
+                      std::vector<Measured> asked, Workspace::Recycled recycled) {
+        if (life.expired())
+            return;
+        tasks_.start([asked = std::move(asked), recycled = std::move(recycled),
+                      completion](const Task&) -> Step {
+            return [completion, made = reportOf(recycled, asked)]() mutable {
+                completion(std::move(made));
+            };
+        });
+    };
     tasks_.start([this, items = std::move(items),
-                  completion = std::move(completion)](const std::stop_token& stop) {
-        return [this, items, completion, sizes = measured(items, stop)] {
-            std::vector<FileURL> urls;
-            for (const TrashItem& item : items)
-                urls.push_back(item.url);
-            workspace_.recycle(items, [life = std::weak_ptr(life_), completion, urls,
-                                       sizes](const Workspace::Recycled& recycled) {
-                if (!life.expired())
-                    completion(reportOf(recycled, urls, sizes));
-            });
-        };
+                  report = std::move(report)](const Task& task) mutable -> Step {
+        return
+            [this, report, asked = measured(items, task.stop), items = std::move(items)]() mutable {
+                workspace_.recycle(std::move(items), [report, asked = std::move(asked)](
+                                                         Workspace::Recycled recycled) mutable {
+                    report(std::move(asked), std::move(recycled));
+                });
+            };
     });
 }
 

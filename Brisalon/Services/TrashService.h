@@ -15,7 +15,7 @@ class Workspace;
 /// Moves items to the Trash and reports how it went. Main thread.
 class TrashService {
 public:
-    using Completion = std::function<void(const CleanReport&)>;
+    using Completion = std::function<void(CleanReport)>;
 
     /// The workspace outlives the service.
     explicit TrashService(Workspace& workspace);

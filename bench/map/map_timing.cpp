@@ -29,7 +29,7 @@ using namespace brisalon;
 
 namespace {
 
-FileNodeValue levelOf(int count)
+FileNodeHold levelOf(int count)
 {
     std::mt19937 random(1);
     std::exponential_distribution<> distribution;
@@ -44,7 +44,7 @@ FileNodeValue levelOf(int count)
         nodes.push_back(
             FileNodeBuilder::make(folder.appendingPathComponent(name), size, NodeKind::file));
     }
-    return FileNodeBuilder::make(folder, 0, NodeKind::directory, std::move(nodes));
+    return heldTree(FileNodeBuilder::make(folder, 0, NodeKind::directory, std::move(nodes)));
 }
 
 template <typename Work>
@@ -88,7 +88,7 @@ int main(int argc, char** argv)
     std::printf("%7s %6s %8s %8s %8s %8s\n", "blocks", "ratio", "layout", "fill", "picture",
                 "hover");
     for (const int count : {1, 200, 2'000, 20'000}) {
-        const FileNodeValue value = levelOf(count);
+        const FileNodeHold value = levelOf(count);
         const auto level = std::make_shared<const MapLevel>(value, size);
         std::vector<BlockFill> fills;
         for (std::size_t block = 0; block < level->count(); ++block)

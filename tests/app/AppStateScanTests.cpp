@@ -81,7 +81,7 @@ TEST_F(ScanTest, TheSameFolderThroughALinkKeepsTheMapUntilTheNewOneIsThere)
     tree.file("folder/sub/a.bin", mib);
     tree.link("link", tree.at("folder"));
     scan(FileURL(tree.at("folder")));
-    const FileNodeValue sub = child(state->tree(), "sub");
+    const FileNodeHold sub = child(state->tree(), "sub").hold();
     state->zoom(sub);
     state->setSelectedLargeFileIDs({tree.at("folder/sub/a.bin")});
     tree.file("folder/b.bin", 2 * mib);
@@ -99,7 +99,7 @@ TEST_F(ScanTest, TheSameFolderThroughALinkKeepsTheMapUntilTheNewOneIsThere)
     EXPECT_EQ(state->current(), state->tree());
     EXPECT_EQ(state->breadcrumbs().size(), 1);
     // What was selected stays so, though it is a node of the old tree.
-    EXPECT_EQ(state->selected(), sub);
+    EXPECT_EQ(*state->selected(), *sub);
     EXPECT_EQ(state->selectedLargeFileIDs().size(), 1u);
     EXPECT_EQ(state->scanRoot().path(), tree.at("link"));
 }

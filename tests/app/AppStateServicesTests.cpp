@@ -24,6 +24,11 @@ protected:
                             << deletion << "\n";
         std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     }
+    void deleteSnapshot()
+    {
+        state->confirmPendingSnapshot();
+        ASSERT_TRUE(waitFor([this] { return !state->isWorking(); }));
+    }
     void list(const std::string& lines) { std::ofstream(tools.at("list")) << lines; }
 
     static constexpr auto token = "2024-01-15-123456";
@@ -48,7 +53,7 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     state->confirmPendingSnapshot(); // nothing waits any more
     EXPECT_EQ(state->snapshots().size(), 2);
     state->setConfirmSnapshot(state->snapshots()[0]);
-    state->confirmPendingSnapshot();
+    deleteSnapshot();
     EXPECT_FALSE(state->confirmSnapshot());
     EXPECT_EQ(state->statusMessage(), "Deleted local snapshot 2024-01-15-123456.");
     ASSERT_EQ(state->snapshots().size(), 1);
@@ -57,12 +62,12 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     installTool("echo 'Not permitted' >&2; exit 1");
     list("");
     state->setConfirmSnapshot(state->snapshots()[0]);
-    state->confirmPendingSnapshot();
+    deleteSnapshot();
     EXPECT_EQ(state->statusMessage(), "Not permitted ");
     EXPECT_EQ(state->snapshots().size(), 1);
     installTool("exit 1");
     state->setConfirmSnapshot(LocalSnapshot{token, ""});
-    state->confirmPendingSnapshot();
+    deleteSnapshot();
     EXPECT_EQ(state->statusMessage(), "Could not delete snapshot 2024-01-15-123456.");
 }
 

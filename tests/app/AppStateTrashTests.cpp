@@ -24,6 +24,12 @@ protected:
                 paths.push_back(url.path());
         return paths;
     }
+    /// Few items are looked at while the call waits, but on a busy machine not always.
+    void ask()
+    {
+        state->requestTrashSelected();
+        ASSERT_TRUE(waitFor([this] { return !state->isWorking(); }));
+    }
     void confirmAndWait()
     {
         const auto status = state->statusMessage();
@@ -36,7 +42,7 @@ protected:
 TEST_F(TrashTest, AsksForWhatIsSelectedAndSaysWhyNot)
 {
     const auto refusal = [&] {
-        state->requestTrashSelected();
+        ask();
         EXPECT_FALSE(state->confirmTrash());
         return state->statusMessage().toStdString();
     };
@@ -44,17 +50,17 @@ TEST_F(TrashTest, AsksForWhatIsSelectedAndSaysWhyNot)
     state->setSelectedLargeFileIDs({"/not/listed"});
     EXPECT_EQ(refusal(), "Select a file or folder first.");
     state->setSelectedLargeFileIDs({});
-    state->setSelected(FileNode(FileNodeBuilder::make(FileURL("/x/.small-files-aggregate"), 5,
+    state->setSelected(heldTree(FileNodeBuilder::make(FileURL("/x/.small-files-aggregate"), 5,
                                                       NodeKind::smallFilesAggregate(2))));
     EXPECT_EQ(refusal(), "Zoom in to delete individual small files.");
-    state->setSelected(FileNode(FileNodeBuilder::make(FileURL("/usr"), 5, NodeKind::directory)));
+    state->setSelected(heldTree(FileNodeBuilder::make(FileURL("/usr"), 5, NodeKind::directory)));
     EXPECT_EQ(refusal(), "Those paths are protected and will not be deleted.");
 
     scan(tree.url());
     const FileNodeValue folder = child(state->tree(), "folder");
     state->setSelected(folder);
     const QString before = state->statusMessage();
-    state->requestTrashSelected();
+    ask();
     EXPECT_EQ(requested(), std::vector{id("folder")});
     EXPECT_EQ(state->trashQuestion().title, "Move 1 item(s) to Trash?");
     EXPECT_EQ(state->trashQuestion().message,
@@ -67,22 +73,46 @@ TEST_F(TrashTest, AsksForWhatIsSelectedAndSaysWhyNot)
 
     // An aggregate stands for its files.
     state->setSelected(child(folder, ".small-files-aggregate"));
-    state->requestTrashSelected();
+    ask();
     EXPECT_EQ(requested().size(), 2u);
     EXPECT_EQ(state->confirmTrash()->bytes, 12 * kib);
 
     // Ticked files count before the map's selection.
     state->setSelectedLargeFileIDs({id("big.bin")});
-    state->requestTrashSelected();
+    ask();
     EXPECT_EQ(requested(), std::vector{id("big.bin")});
     EXPECT_TRUE(workspace.requests.empty()) << "nothing moves before the answer";
+}
+
+TEST_F(TrashTest, AQuestionAboutVeryManyItemsComesLaterUnlessAnotherIsAsked)
+{
+    scan(tree.url());
+    std::vector<FileURL> files;
+    for (int i = 0; i < 200'000; ++i)
+        files.push_back(tree.url().appendingPathComponent(std::to_string(i)));
+    state->setSelected(heldTree(FileNodeBuilder::make(FileURL(tree.at(".small-files-aggregate")), 5,
+                                                      NodeKind::smallFilesAggregate(200'000), {},
+                                                      FileURLList(files))));
+    state->requestTrashSelected();
+    EXPECT_FALSE(state->confirmTrash());
+    EXPECT_TRUE(state->isWorking());
+    ASSERT_TRUE(waitFor([this] { return state->confirmTrash().has_value(); }));
+    EXPECT_EQ(requested().size(), 200'000u);
+    EXPECT_FALSE(state->isWorking());
+    state->dismissTrash();
+
+    state->requestTrashSelected();
+    state->setSelected(child(state->tree(), "big.bin"));
+    state->requestTrashSelected();
+    ASSERT_TRUE(waitFor([this] { return !state->isWorking(); }));
+    EXPECT_EQ(requested(), std::vector{id("big.bin")});
 }
 
 TEST_F(TrashTest, ReportsTheMoveAndScansAgainUnderTheOldMap)
 {
     scan(tree.url());
     state->setSelectedLargeFileIDs({id("big.bin"), id("folder/middle.bin")});
-    state->requestTrashSelected();
+    ask();
     // Between question and answer another file takes the place of one.
     const auto asked = ItemStatus::read(id("big.bin"));
     tree.remove("big.bin");
@@ -114,12 +144,13 @@ TEST_F(TrashTest, NothingMovedLeavesTheReportAndItsFirstFailure)
     workspace.refusedPaths = {id("big.bin")};
     for (const char* error : {"", "Permission denied"}) {
         workspace.error = error;
-        state->requestTrashSelected();
+        ask();
         confirmAndWait();
         const std::string own = "Could not move big.bin to Trash.";
         EXPECT_EQ(state->statusMessage().toStdString(), *error ? error : own);
         ASSERT_TRUE(state->lastClean());
         EXPECT_EQ(state->lastClean()->movedCount, 0);
+        EXPECT_FALSE(state->isWorking());
         EXPECT_EQ(state->failureText().toStdString(), *error ? error + (" · " + own) : own);
         EXPECT_FALSE(state->isScanning());
     }
@@ -133,10 +164,11 @@ TEST_F(TrashTest, AModelThatGoesDuringAMoveIsNotCalledAnyMore)
 {
     scan(tree.url());
     state->setSelected(child(state->tree(), "big.bin"));
-    state->requestTrashSelected();
+    ask();
     workspace.holdsMoves = true;
     state->confirmPendingTrash();
     ASSERT_TRUE(waitFor([&] { return !workspace.requests.empty(); }));
+    EXPECT_TRUE(state->isWorking());
     state.reset();
     EXPECT_TRUE(workspace.releaseMove());
 }

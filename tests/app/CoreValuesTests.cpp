@@ -2,6 +2,7 @@
 #include "BrisalonCore/FileNodeBuilder.h"
 
 #include <QLocale>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -9,41 +10,45 @@ namespace brisalon::tests {
 
 namespace {
 
-FileNodeValue folderOf(const char* path, std::int64_t size)
+FileNodeHold folderOf(const char* path, std::int64_t size)
 {
     const FileURL url(path);
-    return FileNodeBuilder::make(
+    return heldTree(FileNodeBuilder::make(
         url, size, NodeKind::directory,
-        {FileNodeBuilder::make(url.appendingPathComponent("a"), size, NodeKind::file)});
+        {FileNodeBuilder::make(url.appendingPathComponent("a"), size, NodeKind::file)}));
 }
 
 } // namespace
 
 TEST(FileNodeValueTest, TellsTheSameNodeFromAnEqualOneOfAnotherTree)
 {
-    const FileNodeValue one = folderOf("/x", 7);
-    const FileNodeValue sameNode = FileNodeValue(FileNode(*one));
-    const FileNodeValue equal = folderOf("/x", 7);
-    EXPECT_EQ(one, sameNode);
+    const FileNodeHold tree = folderOf("/x", 7);
+    const FileNodeHold copy = heldTree(FileNode(*tree));
+    const FileNodeHold equalTree = folderOf("/x", 7);
+    const FileNodeHold otherTree = folderOf("/y", 8);
+    const FileNodeValue one = tree;
+    const FileNodeValue equal = equalTree;
+    EXPECT_EQ(one, FileNodeValue(copy));
     EXPECT_FALSE(one == equal);
     EXPECT_TRUE(*one == *equal);
     EXPECT_TRUE(one.isSameItem(equal));
-    EXPECT_FALSE(one.isSameItem(folderOf("/y", 7)));
+    EXPECT_FALSE(one.isSameItem(otherTree));
     EXPECT_FALSE(one == FileNodeValue());
     EXPECT_FALSE(one.isSameItem({}));
     EXPECT_EQ(FileNodeValue(), FileNodeValue());
 
     // What has no children is compared itself.
-    EXPECT_EQ(FileNodeValue(one->children()[0]), FileNodeValue(equal->children()[0]));
-    EXPECT_FALSE(FileNodeValue(one->children()[0]) ==
-                 FileNodeValue(folderOf("/x", 8)->children()[0]));
+    EXPECT_EQ(one.at(one->children()[0]), equal.at(equal->children()[0]));
+    EXPECT_FALSE(one.at(one->children()[0]) ==
+                 FileNodeValue(otherTree).at(otherTree->children()[0]));
 }
 
 TEST(FileNodeValueTest, ShowsVeryLongPathsWithoutTheirMiddle)
 {
     const auto shown = [](std::size_t length) {
         const std::string path = "/start/" + std::string(length - 11, 'x') + "/end";
-        return FileNodeValue(FileNodeBuilder::make(FileURL(path), 1, NodeKind::file)).path();
+        const auto file = heldTree(FileNodeBuilder::make(FileURL(path), 1, NodeKind::file));
+        return FileNodeValue(file).path();
     };
     EXPECT_EQ(shown(4096).size(), 4096) << "as long as the system's longest: whole";
     const QString longer = shown(200'000);
@@ -55,12 +60,28 @@ TEST(FileNodeValueTest, ShowsVeryLongPathsWithoutTheirMiddle)
 
 TEST(FileNodeValueTest, KeepsTheBytesOfANameAndShowsWhatIsText)
 {
-    const FileNodeValue node =
-        FileNodeBuilder::make(FileURL("/tmp/\xff\xfe.log"), 2048, NodeKind::file);
+    const auto file =
+        heldTree(FileNodeBuilder::make(FileURL("/tmp/\xff\xfe.log"), 2048, NodeKind::file));
+    const FileNodeValue node = file;
     EXPECT_EQ(node.id(), QByteArray("/tmp/\xff\xfe.log"));
     EXPECT_EQ(node.name(), QString("\ufffd\ufffd.log"));
     EXPECT_EQ(node.sizeText(), "2.0 KB");
     EXPECT_EQ(node.kindTitle(), "File");
+}
+
+TEST(FileNodeValueTest, LivesAsLongAsItsTreeIsHeld)
+{
+    FileNodeHold tree = folderOf("/x", 7);
+    const FileNodeValue root = tree;
+    const FileNodeValue child = root.at(root->children()[0]);
+    const FileNode kept = *tree;
+    tree = child.hold();
+    EXPECT_EQ(root.name(), "x") << "one node holds the whole tree";
+    tree = {};
+    EXPECT_FALSE(root.isPresent());
+    EXPECT_EQ(child, FileNodeValue());
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_EQ(kept.children().size(), 1u) << "what others hold stays";
 }
 
 TEST(ScanProgressValueTest, CountsAreGroupedAsTheUsersLocaleDoes)

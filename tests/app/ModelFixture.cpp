@@ -54,7 +54,7 @@ void ModelFixture::letScanEnd() const
 FileNodeValue ModelFixture::child(const FileNodeValue& folder, const std::string& name) const
 {
     const FileNode* const found = folder->child(folder->id() + "/" + name);
-    return found ? FileNodeValue(*found) : FileNodeValue();
+    return found ? folder.at(*found) : FileNodeValue();
 }
 
 std::vector<std::string> ModelFixture::crumbNames() const

@@ -10,10 +10,10 @@ namespace brisalon::tests {
 
 namespace {
 
-FileNodeValue node(const char* path, std::int64_t size, NodeKind kind,
-                   std::vector<FileNode> children = {})
+FileNodeHold node(const char* path, std::int64_t size, NodeKind kind,
+                  std::vector<FileNode> children = {})
 {
-    return FileNodeBuilder::make(FileURL(path), size, kind, std::move(children));
+    return heldTree(FileNodeBuilder::make(FileURL(path), size, kind, std::move(children)));
 }
 
 LargeFileEntry file(const char* path, std::int64_t size, HogKind hog = HogKind::none)
@@ -47,14 +47,14 @@ std::string described(const Selection& selection)
 
 TEST(SelectionTest, IsTheTickedFilesOrElseTheNode)
 {
-    const FileNodeValue leaf = node("/h/a.bin", 7, NodeKind::file);
-    const FileNodeValue folder = node("/h/node_modules", 7, NodeKind::directory, {*leaf});
-    const FileNodeValue block =
+    const FileNodeHold leaf = node("/h/a.bin", 7, NodeKind::file);
+    const FileNodeHold folder = node("/h/node_modules", 7, NodeKind::directory, {*leaf});
+    const FileNodeHold block =
         node("/h/.small-files-aggregate", 2048, NodeKind::smallFilesAggregate(3));
     const QList<LargeFileEntry> listed{file("/h/b.dmg", 3 << 20, HogKind::installer),
                                        file("/h/c.bin", 2 << 20), file("/h/d.bin", 1 << 20)};
     struct Case {
-        FileNodeValue node;
+        FileNodeHold node;
         std::set<std::string> ticked;
         const char* described;
     };
@@ -97,7 +97,8 @@ TEST(SelectionTest, ASumThatNoNumberHoldsIsTheLargestOne)
 
 TEST(SelectionTest, NamesAreKeptAsBytesAndShownAsText)
 {
-    const Selection selection(node("/h/caf\xe9", 1, NodeKind::file), {}, {});
+    const FileNodeHold cafe = node("/h/caf\xe9", 1, NodeKind::file);
+    const Selection selection(cafe, {}, {});
     EXPECT_EQ(selection.title(), QString("caf\ufffd"));
     EXPECT_EQ(selection.item().url.path(), "/h/caf\xe9");
 }

@@ -13,10 +13,10 @@ namespace brisalon::tests {
 namespace {
 
 const FileNodeValue none;
-const FileNodeValue empty = FileNodeBuilder::make(FileURL("/e"), 0, NodeKind::directory);
-const FileNodeValue full =
-    FileNodeBuilder::make(FileURL("/f"), 1, NodeKind::directory,
-                          {FileNodeBuilder::make(FileURL("/f/a"), 1, NodeKind::file)});
+const FileNodeHold empty = heldTree(FileNodeBuilder::make(FileURL("/e"), 0, NodeKind::directory));
+const FileNodeHold full =
+    heldTree(FileNodeBuilder::make(FileURL("/f"), 1, NodeKind::directory,
+                                   {FileNodeBuilder::make(FileURL("/f/a"), 1, NodeKind::file)}));
 
 } // namespace
 

@@ -37,7 +37,8 @@ TEST(LegendKindsTest, AnnouncesTheEntriesOnlyWhenTheyChange)
     EXPECT_EQ(first.kind, HogKind::nodeModules);
     EXPECT_EQ(first.color, NodeColor::color(HogKind::nodeModules, ""));
 
-    legend.setLevel(folder({{"x/node_modules", 7}, {"b.iso", 5}, {"c.iso", 3}}));
+    const FileNodeHold last = folder({{"x/node_modules", 7}, {"b.iso", 5}, {"c.iso", 3}});
+    legend.setLevel(last);
     EXPECT_EQ(changes.count(), 1);
     legend.setLevel({});
     EXPECT_EQ(changes.count(), 2);

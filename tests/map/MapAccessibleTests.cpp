@@ -52,7 +52,8 @@ TEST_F(MapAccessibleTest, ABlockIsSelectedAndZoomedByItsActions)
     std::vector<FileNode> nodes{
         FileNodeBuilder::make(FileURL("/top/in"), 700, NodeKind::directory, std::move(inner)),
         FileNodeBuilder::make(FileURL("/top/leaf"), 300, NodeKind::file)};
-    show(FileNodeBuilder::make(FileURL("/top"), 1000, NodeKind::directory, std::move(nodes)));
+    show(heldTree(
+        FileNodeBuilder::make(FileURL("/top"), 1000, NodeKind::directory, std::move(nodes))));
 
     QAccessibleActionInterface* in = map()->child(0)->actionInterface();
     QAccessibleActionInterface* leaf = map()->child(1)->actionInterface();
@@ -91,7 +92,7 @@ TEST_F(MapAccessibleTest, TheItemsOfALevelGoWithIt)
     EXPECT_TRUE(block->isValid());
     EXPECT_NE(block->rect(), before);
     // A new scan of the folder.
-    canvas_->setLevel(crowdedFolder(5));
+    canvas_->setLevel(level_ = crowdedFolder(5));
     EXPECT_EQ(QAccessible::accessibleInterface(old), nullptr);
     EXPECT_EQ(map()->childCount(), 5);
 }

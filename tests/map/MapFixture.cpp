@@ -11,7 +11,7 @@
 
 namespace brisalon::test {
 
-FileNodeValue folder(const std::vector<Child>& children, const std::string& path)
+FileNodeHold folder(const std::vector<Child>& children, const std::string& path)
 {
     const FileURL url(path);
     std::vector<FileNode> nodes;
@@ -21,10 +21,10 @@ FileNodeValue folder(const std::vector<Child>& children, const std::string& path
             FileNodeBuilder::make(url.appendingPathComponent(child.name), child.size, child.kind));
         sum += child.size;
     }
-    return FileNodeBuilder::make(url, sum, NodeKind::directory, std::move(nodes));
+    return heldTree(FileNodeBuilder::make(url, sum, NodeKind::directory, std::move(nodes)));
 }
 
-FileNodeValue crowdedFolder(int count)
+FileNodeHold crowdedFolder(int count)
 {
     std::vector<Child> children;
     for (int i = 0; i < count; ++i)
@@ -65,7 +65,7 @@ MapTest::MapTest()
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
 }
 
-void MapTest::show(const FileNodeValue& level)
+void MapTest::show(const FileNodeHold& level)
 {
     level_ = level;
     canvas_->setLevel(level);

@@ -20,10 +20,10 @@ struct Child {
 };
 
 /// A folder with those children, in that order, classified by their paths.
-FileNodeValue folder(const std::vector<Child>& children, const std::string& path = "/home/a");
+FileNodeHold folder(const std::vector<Child>& children, const std::string& path = "/home/a");
 
 /// A folder with that many files, largest first, of sizes as a disk has them.
-FileNodeValue crowdedFolder(int count);
+FileNodeHold crowdedFolder(int count);
 
 /// The colour of a block at that opacity over the map's background.
 QColor shade(const FileNode& node, double opacity);
@@ -34,7 +34,7 @@ protected:
     MapTest();
 
     /// Shows the level and waits for its picture.
-    void show(const FileNodeValue& level);
+    void show(const FileNodeHold& level);
     /// False if it does not come.
     bool waitForPicture();
 
@@ -53,7 +53,7 @@ protected:
     QQuickView window_;
     QQuickItem* view_ = nullptr;
     TreemapCanvas* canvas_ = nullptr;
-    FileNodeValue level_;
+    FileNodeHold level_;
 
     /// What the map asked for, in order: "select NAME", "zoom NAME", "menu".
     std::vector<std::string> requests_;

@@ -12,7 +12,7 @@ using namespace brisalon::test;
 namespace {
 
 /// Four large blocks of different colours, without labels in their middles.
-FileNodeValue fourBlocks(const std::string& path = "/home/a")
+FileNodeHold fourBlocks(const std::string& path = "/home/a")
 {
     return folder({{"movies", 400}, {"node_modules", 300}, {"disk.iso", 200}, {"docker.raw", 100}},
                   path);
@@ -125,7 +125,7 @@ TEST_F(TreemapCanvasTest, AnEmptyLevelShowsNothingAndDoesNothing)
     const QColor background = Theme::panel();
     show(fourBlocks());
     EXPECT_NE(pixel({500, 300}), background);
-    for (const FileNodeValue& level : {folder({}), folder({{"nothing", 0}}), FileNodeValue()}) {
+    for (const FileNodeHold& level : {folder({}), folder({{"nothing", 0}}), FileNodeHold()}) {
         show(level);
         expectPixel({500, 300}, background);
         movePointer({400, 300});
@@ -187,7 +187,8 @@ TEST_F(TreemapCanvasTest, APictureThatIsNoLongerWantedIsNeverShown)
     show(folder({{"disk.iso", 1}}, "/first"));
     const QColor first = shade(node(0), bright);
     // A level that takes long to paint, and at once another.
-    canvas_->setLevel(crowdedFolder(20'000));
+    const FileNodeHold slow = crowdedFolder(20'000);
+    canvas_->setLevel(slow);
     QTest::qWait(1);
     canvas_->setLevel(level_ = folder({{"docker.raw", 1}}, "/third"));
     const QColor third = shade(node(0), bright);
@@ -214,7 +215,8 @@ TEST_F(TreemapCanvasTest, TwoBlocksOfOneIdAreBothUsable)
     const FileURL url("/home/a/.small-files-aggregate");
     std::vector<FileNode> nodes{FileNodeBuilder::make(url, 600, NodeKind::file),
                                 FileNodeBuilder::make(url, 400, NodeKind::smallFilesAggregate(7))};
-    show(FileNodeBuilder::make(FileURL("/home/a"), 1000, NodeKind::directory, std::move(nodes)));
+    show(heldTree(
+        FileNodeBuilder::make(FileURL("/home/a"), 1000, NodeKind::directory, std::move(nodes))));
     for (std::size_t i : {0u, 1u}) {
         movePointer(middle(i));
         EXPECT_EQ(canvas_->hoverID(), id(i));

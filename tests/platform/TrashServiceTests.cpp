@@ -49,6 +49,10 @@ protected:
     {
         return QTest::qWaitFor([&] { return workspace.requests.size() == count; });
     }
+    bool waitForReports(std::size_t count)
+    {
+        return QTest::qWaitFor([&] { return reports.size() == count; });
+    }
     std::int64_t allocated(const std::string& relative) const
     {
         struct stat status;
@@ -100,7 +104,7 @@ TEST_F(TrashServiceTest, ItemsAreMeasuredBeforeTheyMove)
     ASSERT_TRUE(waitForRequests(1));
     tree.remove("a");
     ASSERT_TRUE(workspace.releaseMove());
-    ASSERT_EQ(reports.size(), 1U);
+    ASSERT_TRUE(waitForReports(1));
     EXPECT_EQ(reports.front(), (CleanReport{1, before, {}}));
 }
 
@@ -114,9 +118,10 @@ TEST_F(TrashServiceTest, TwoMovesAtOnceEndWithTheirOwnReports)
     move({"b"});
     ASSERT_TRUE(waitForRequests(2));
     ASSERT_TRUE(workspace.releaseMove());
+    ASSERT_TRUE(waitForReports(1));
     workspace.refusedPaths = {tree.at("b")};
     ASSERT_TRUE(workspace.releaseMove());
-    ASSERT_EQ(reports.size(), 2U);
+    ASSERT_TRUE(waitForReports(2));
     EXPECT_EQ(reports[0], (CleanReport{1, allocated("a"), {}}));
     EXPECT_EQ(reports[1], (CleanReport{0, 0, {"Could not move b to Trash."}}));
 }

@@ -19,7 +19,7 @@ bool MemoryWorkspace::releaseMove()
 {
     if (moves_.empty())
         return false;
-    const Move move = std::move(moves_.front());
+    Move move = std::move(moves_.front());
     moves_.pop_front();
     Recycled recycled;
     recycled.error = error;
@@ -30,7 +30,7 @@ bool MemoryWorkspace::releaseMove()
             recycled.moved.push_back(
                 {item.url, FileURL("/trash/files/" + std::to_string(paths.size()))});
     }
-    move.completion(recycled);
+    move.completion(std::move(recycled));
     return true;
 }
 

@@ -1,4 +1,6 @@
 #include "WindowFixture.h"
+
+#include "Brisalon/Theme/Theme.h"
 #include "support/Script.h"
 
 #include <cstdlib>
@@ -21,6 +23,11 @@ public:
         ASSERT_NE(map_, nullptr);
     }
 
+    void requestTrash()
+    {
+        state().requestTrashSelected();
+        EXPECT_TRUE(WindowDriver::waitFor([this] { return isAsking(); }));
+    }
     void requestSnapshot() { state().setConfirmSnapshot(LocalSnapshot{"2026-03-14-091500", {}}); }
     bool mapHasFocus() const { return window->activeFocusItem() == map_; }
     bool isAsking() const { return isShown("confirmationTitle"); }
@@ -50,7 +57,7 @@ TEST_F(ConfirmationTest, ThePendingRequestIsAskedInItsOwnWords)
     };
     const auto ask = [&](const Row& row) {
         state().setSelectedLargeFileIDs(row.ticked);
-        state().requestTrashSelected();
+        requestTrash();
         EXPECT_EQ(text("confirmationTitle"), row.title);
         EXPECT_EQ(text("confirmationMessage"), row.message);
         EXPECT_EQ(text("confirmButton"), "Move to Trash");
@@ -89,7 +96,7 @@ TEST_F(ConfirmationTest, EveryWayOutButTheConfirmationTakesTheRequestBack)
     for (const Way leave : {&ConfirmationTest::pressEscape, &ConfirmationTest::clickOutside,
                             &ConfirmationTest::clickCancel, &ConfirmationTest::pressReturn}) {
         for (const bool isSnapshot : {false, true}) {
-            isSnapshot ? requestSnapshot() : state().requestTrashSelected();
+            isSnapshot ? requestSnapshot() : requestTrash();
             ASSERT_TRUE(isAsking());
             (this->*leave)();
             EXPECT_FALSE(state().confirmTrash() || state().confirmSnapshot());
@@ -104,7 +111,7 @@ TEST_F(ConfirmationTest, EveryWayOutButTheConfirmationTakesTheRequestBack)
 TEST_F(ConfirmationTest, TheKeyboardStaysWithTheQuestion)
 {
     startWithTwoFolders();
-    state().requestTrashSelected();
+    requestTrash();
     EXPECT_EQ(focused(), "cancelConfirmationButton");
     EXPECT_TRUE(driver->property("cancelConfirmationButton", "visualFocus").toBool());
     for (const char* const next : {"confirmButton", "cancelConfirmationButton", "confirmButton"}) {
@@ -114,7 +121,7 @@ TEST_F(ConfirmationTest, TheKeyboardStaysWithTheQuestion)
     // A later question begins at Cancel again.
     pressEscape();
     ASSERT_TRUE(stopsAsking());
-    state().requestTrashSelected();
+    requestTrash();
     EXPECT_EQ(focused(), "cancelConfirmationButton");
 }
 
@@ -124,7 +131,7 @@ TEST_F(ConfirmationTest, NothingBehindTheQuestionReacts)
     driver->doubleClick(block("Movies"));
     ASSERT_TRUE(driver->waitForMap());
     driver->click(block("a.mov"));
-    state().requestTrashSelected();
+    requestTrash();
     const auto id = state().confirmTrash()->id();
 
     driver->press(Qt::Key_Backspace);
@@ -151,7 +158,7 @@ TEST_F(ConfirmationTest, ConfirmingMovesTheItemsAndScansAnew)
 {
     startWithTwoFolders();
     workspace.holdsMoves = true;
-    state().requestTrashSelected();
+    requestTrash();
     driver->click(driver->centre("confirmButton"));
     EXPECT_FALSE(state().confirmTrash());
     EXPECT_TRUE(stopsAsking()) << "while the items are still on their way";
@@ -160,17 +167,18 @@ TEST_F(ConfirmationTest, ConfirmingMovesTheItemsAndScansAnew)
     EXPECT_EQ(workspace.requests[0][0].url, FileURL(home.at("Movies")));
 
     home.remove("Movies");
+    EXPECT_EQ(driver->property("statusDot", "color").value<QColor>(), Theme::accent());
     ASSERT_TRUE(workspace.releaseMove());
-    EXPECT_TRUE(state().isScanning());
+    EXPECT_TRUE(WindowDriver::waitFor([this] { return state().tree().childCount() == 1; }));
     ASSERT_TRUE(mapAppears());
-    EXPECT_EQ(state().tree().childCount(), 1);
+    EXPECT_EQ(driver->property("statusDot", "color").value<QColor>(), Theme::success());
 
     // By the keyboard, and refused.
     driver->click(block("Music"));
     workspace.holdsMoves = false;
     workspace.refusedPaths = {home.at("Music")};
     workspace.error = "The disk says no.";
-    state().requestTrashSelected();
+    requestTrash();
     driver->press(Qt::Key_Tab);
     driver->press(Qt::Key_Space);
     ASSERT_TRUE(WindowDriver::waitFor([&] { return state().lastClean().has_value(); }));

@@ -150,7 +150,7 @@ TEST_F(GeometryTest, ALongWayLeavesRoomForOthers)
     startWithMap();
     const auto zoom = [this](int levels) {
         for (; levels > 0; --levels)
-            state().zoom(FileNodeValue(state().current()->children()[0]));
+            zoomIntoFirstOf(state().current());
     };
     zoom(2);
     state().select({});

@@ -68,7 +68,8 @@ TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
     entriesAfterRightClick(driver->centre("crumb0"));
     choose("copyPath");
     EXPECT_EQ(copied(), home.path());
-    app->state().select(FileNodeValue(app->state().current()->children().back()));
+    const FileNodeValue level = app->state().current();
+    app->state().select(level.at(level->children().back()));
     ASSERT_TRUE(app->state().selected().isAggregate());
     driver->press(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(copied(), home.at("Movies"));

@@ -39,7 +39,7 @@ protected:
 TEST_F(KeyboardTest, WhatGoesAwayUnderTheKeyboardLeavesItToTheMap)
 {
     openAndScan();
-    state().zoom(FileNodeValue(state().tree()->children()[0]));
+    zoomIntoFirstOf(state().tree());
     ASSERT_TRUE(driver->waitForMap());
     ASSERT_TRUE(reaches("upButton"));
     driver->press(Qt::Key_Space);
@@ -47,7 +47,7 @@ TEST_F(KeyboardTest, WhatGoesAwayUnderTheKeyboardLeavesItToTheMap)
     EXPECT_TRUE(isSeenOnTheMap());
 
     // The mark of the keyboard is for those who use it.
-    state().zoom(FileNodeValue(state().tree()->children()[0]));
+    zoomIntoFirstOf(state().tree());
     ASSERT_TRUE(driver->waitForMap());
     driver->click(driver->centre("upButton"));
     ASSERT_TRUE(driver->waitForMap());
@@ -84,8 +84,8 @@ TEST_F(KeyboardTest, TheMapKeepsTheKeyboardFromLevelToLevel)
 TEST_F(KeyboardTest, ACrumbKeepsTheKeyboardWhenItIsJumpedTo)
 {
     openAndScan();
-    state().zoom(FileNodeValue(state().tree()->children()[0]));
-    state().zoom(FileNodeValue(state().current()->children()[0]));
+    zoomIntoFirstOf(state().tree());
+    zoomIntoFirstOf(state().current());
     ASSERT_TRUE(driver->waitForMap());
     ASSERT_TRUE(reaches("crumb1"));
     driver->press(Qt::Key_Return);
@@ -151,7 +151,7 @@ TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
 TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
 {
     openAndScan();
-    state().zoom(FileNodeValue(state().tree()->children()[0]));
+    zoomIntoFirstOf(state().tree());
     ASSERT_TRUE(driver->waitForMap());
     ASSERT_TRUE(reaches("menuButton"));
     driver->press(Qt::Key_Space);

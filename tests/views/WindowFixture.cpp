@@ -74,6 +74,11 @@ bool WindowFixture::goes(const QString& objectName) const
     return WindowDriver::waitFor([&] { return !isShown(objectName); });
 }
 
+void WindowFixture::zoomIntoFirstOf(const FileNodeValue& folder)
+{
+    state().zoom(folder.at(folder->children()[0]));
+}
+
 QPoint WindowFixture::block(const std::string& name) const
 {
     const auto point = driver->block([&](const FileNode& node) { return node.name() == name; });

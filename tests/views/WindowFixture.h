@@ -51,6 +51,8 @@ protected:
     double below(const QString& upper, const QString& lower);
     void clickOn(const QString& objectName, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
+    void zoomIntoFirstOf(const FileNodeValue& folder);
+
     /// What has the keyboard.
     QString focused() const;
     /// Presses a key until the item has the keyboard; false if it never does.

@@ -4,6 +4,10 @@
 #include <QFileDialog>
 #include <QTest>
 
+#include <algorithm>
+#include <memory>
+#include <vector>
+
 namespace brisalon::tests {
 
 using WindowTest = WindowFixture;
@@ -84,6 +88,35 @@ TEST_F(WindowTest, TheCommandsWorkByTheirShortcutsUnlessAScanRuns)
     driver->click(driver->centre("cancelButton"));
     EXPECT_FALSE(state().isScanning());
     EXPECT_TRUE(state().tree());
+}
+
+TEST_F(WindowTest, NoTreeOutlivesItsLastShowing)
+{
+    home.file("Movies/Summer/beach.mov", 6 * mib);
+    home.file("Music/album.flac", 3 * mib);
+    start();
+    std::vector<std::weak_ptr<const FileNode>> trees;
+    const auto living = [&] {
+        return std::ranges::count_if(trees, [](const auto& tree) { return !tree.expired(); });
+    };
+    for (const char* const added : {"first.bin", "second.bin", "third.bin"}) {
+        home.file(added, mib);
+        state().startScan(home.url());
+        ASSERT_TRUE(mapAppears());
+        trees.push_back(state().tree().hold());
+        EXPECT_TRUE(WindowDriver::waitFor([&] { return living() == 1; })) << living();
+
+        // Everything that reads nodes: the tooltip, the inspector, the list, the crumbs.
+        driver->doubleClick(block("Movies"));
+        ASSERT_TRUE(driver->waitForMap());
+        driver->hover(block("Summer"));
+        ASSERT_TRUE(driver->settle());
+        clickOn("largeFile0");
+        clickOn("crumb0");
+        driver->click(block("Music"));
+        ASSERT_TRUE(driver->settle());
+    }
+    EXPECT_EQ(state().selected().name(), "Music");
 }
 
 TEST_F(WindowTest, ThePaneShowsWhatThereIs)

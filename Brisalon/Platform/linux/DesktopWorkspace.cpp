@@ -58,8 +58,11 @@ Workspace::Recycled putAll(const std::vector<TrashItem>& items, const FileURL& h
 void DesktopWorkspace::recycle(std::vector<TrashItem> items, Completion completion)
 {
     tasks_.start([items = std::move(items), completion = std::move(completion),
-                  homeTrash = DesktopTrash::homeTrash()](const std::stop_token& stop) {
-        return [completion, recycled = putAll(items, homeTrash, stop)] { completion(recycled); };
+                  homeTrash = DesktopTrash::homeTrash()](
+                     const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
+        return [completion, recycled = putAll(items, homeTrash, task.stop)]() mutable {
+            completion(std::move(recycled));
+        };
     });
 }
 
