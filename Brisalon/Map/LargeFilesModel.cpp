@@ -65,7 +65,6 @@ void LargeFilesModel::replaceRows()
     anchor_ = -1;
     endResetModel();
     emit currentRowChanged();
-    tick(ticked_);
 }
 
 void LargeFilesModel::updateTicks()
@@ -211,7 +210,7 @@ bool LargeFilesModel::press(int key, int modifiers)
         tickRange(static_cast<int>(files_.size()) - 1, false);
         return true;
     case Qt::Key_Escape:
-        if (ticked_.isEmpty())
+        if (state_->selectedLargeFileIDs().empty())
             return false;
         tick({});
         return true;

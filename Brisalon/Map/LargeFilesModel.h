@@ -13,8 +13,9 @@ namespace brisalon {
 /// current row, where the keyboard is, and an anchor, where ranges start.
 ///
 /// Both are rows of the list as it is: when a scan replaces it, the current row stays
-/// with its file, or near where that was; the anchor, and ticks of files that are
-/// listed no more, are dropped. The anchor also goes when nothing is ticked any more.
+/// with its file, or near where that was; the anchor is dropped, as it is when nothing
+/// in the list is ticked any more. Ticks of files that are listed no more stay until
+/// something is ticked or cleared.
 ///
 /// Main thread. Without the application's model, which must outlive it, it is empty.
 class LargeFilesModel : public QAbstractListModel {
