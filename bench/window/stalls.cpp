@@ -222,7 +222,7 @@ int main(int argc, char** argv)
         waitFor(isAsked);
         measure(
             "its answer: yes, the move, and its report", [&] { state.confirmPendingTrash(); },
-            [&] { return state.statusMessage().startsWith("Mapped"); });
+            [&] { return !state.isWorking() && !state.isScanning(); });
     }
     if (isWanted("scan")) {
         scan("/wide");
