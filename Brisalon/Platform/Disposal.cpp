@@ -5,19 +5,25 @@
 #include <QCoreApplication>
 #include <QThreadPool>
 
+#include <mutex>
+
 namespace brisalon {
 
 void destroyElsewhere(std::function<void()> destruction)
 {
-    auto work = [destruction = std::move(destruction)] {
+    // When statics are destroyed at exit, the pool has ended with the application.
+    if (!QCoreApplication::instance())
+        return destruction();
+    // The hand-over to the pool, whose own lock the thread sanitizer does not see.
+    static std::mutex handOver;
+    const std::scoped_lock handing(handOver);
+    QThreadPool::globalInstance()->start([destruction = std::move(destruction)] {
+        {
+            const std::scoped_lock taking(handOver);
+        }
         destruction();
         giveBackFreedMemory();
-    };
-    // When statics are destroyed at exit, the pool has ended with the application.
-    if (QCoreApplication::instance())
-        QThreadPool::globalInstance()->start(std::move(work));
-    else
-        work();
+    });
 }
 
 } // namespace brisalon
