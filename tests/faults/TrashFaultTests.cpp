@@ -36,7 +36,7 @@ protected:
     void SetUp() override
     {
         if (!volume.isInMemory())
-            GTEST_SKIP() << "mounting a file system takes the rights of the administrator";
+            GTEST_SKIP() << "needs the right to mount";
         ::setenv("XDG_DATA_HOME", volume.at("data").c_str(), 1);
         ::setenv("HOME", volume.at("home").c_str(), 1);
         volume.folder("home");
