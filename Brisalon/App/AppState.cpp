@@ -45,12 +45,12 @@ QString text(std::string_view bytes)
 
 AppState::AppState(AppServices services, QObject* parent)
     : QObject(parent),
+      hasFullDiskAccess_(FullDiskAccess::isGranted(services.fileAccess)),
+      scanRoot_(ScanTargets::home()),
+      preferredWelcomeTarget_(ScanTargetPreference::load(services.defaults)),
       services_(std::move(services)),
       preferences_(services_.defaults),
-      trash_(services_.workspace),
-      hasFullDiskAccess_(FullDiskAccess::isGranted(services_.fileAccess)),
-      scanRoot_(ScanTargets::home()),
-      preferredWelcomeTarget_(ScanTargetPreference::load(services_.defaults))
+      trash_(services_.workspace)
 {
     if (!services_.scan)
         services_.scan = [](const FileURL& root, const DiskScanner::ProgressCallback& progress,

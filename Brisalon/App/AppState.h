@@ -2,6 +2,7 @@
 
 #include "Brisalon/App/AppServices.h"
 #include "Brisalon/App/CoreValues.h"
+#include "Brisalon/App/Field.h"
 #include "Brisalon/App/ScanTask.h"
 #include "Brisalon/App/Selection.h"
 #include "Brisalon/App/SidebarTab.h"
@@ -30,6 +31,13 @@
 
 namespace brisalon {
 
+/// The model alone holds its trees; who reads the fields does not.
+template <>
+struct FieldOf<FileNodeValue> {
+    using Stored = FileNodeHold;
+    using Read = FileNodeValue;
+};
+
 /// The one model of the application: all that the window shows, and the operations
 /// that change it. Views read it and call its operations, and keep no copies.
 ///
@@ -38,9 +46,9 @@ namespace brisalon {
 /// thread, after it was stored. No setter does anything else. An absent text is
 /// the empty one.
 ///
-/// Confined to the main thread. Only a scan works elsewhere, and it reaches the
-/// model through calls queued to the main thread. May be destroyed while a scan
-/// runs, which stops the scan.
+/// Confined to the main thread. What takes long (a scan, a move to the Trash …) works
+/// elsewhere, and reaches the model through calls queued to the main thread. May be
+/// destroyed meanwhile, which stops a scan and waits for the rest.
 ///
 /// Kept by every operation: `current`, when present, is the last of `breadcrumbs`,
 /// and `breadcrumbs` starts with `tree`.
@@ -49,36 +57,53 @@ class AppState : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("The application creates the one model.")
 
-    Q_PROPERTY(brisalon::FileNodeValue tree READ tree NOTIFY treeChanged)
-    Q_PROPERTY(brisalon::FileNodeValue current READ current NOTIFY currentChanged)
-    Q_PROPERTY(
-        QList<brisalon::FileNodeValue> breadcrumbs READ breadcrumbs NOTIFY breadcrumbsChanged)
-    Q_PROPERTY(
-        brisalon::FileNodeValue selected READ selected WRITE setSelected NOTIFY selectedChanged)
-    Q_PROPERTY(QList<brisalon::LargeFileEntry> largeFiles READ largeFiles NOTIFY largeFilesChanged)
-    Q_PROPERTY(bool isScanning READ isScanning NOTIFY isScanningChanged)
-    Q_PROPERTY(brisalon::ScanProgressValue progress READ progress NOTIFY progressChanged)
-    Q_PROPERTY(QString scanError READ scanError NOTIFY scanErrorChanged)
-    Q_PROPERTY(QString statusMessage READ statusMessage NOTIFY statusMessageChanged)
-    Q_PROPERTY(bool hasFullDiskAccess READ hasFullDiskAccess NOTIFY hasFullDiskAccessChanged)
-    Q_PROPERTY(QList<brisalon::LocalSnapshotValue> snapshots READ snapshots NOTIFY snapshotsChanged)
-    Q_PROPERTY(QString snapshotError READ snapshotError NOTIFY snapshotErrorChanged)
-    Q_PROPERTY(brisalon::TrashQuestion confirmTrash READ trashQuestion NOTIFY confirmTrashChanged)
-    Q_PROPERTY(brisalon::LocalSnapshotValue confirmSnapshot READ confirmSnapshot WRITE
-                   setConfirmSnapshot NOTIFY confirmSnapshotChanged)
-    Q_PROPERTY(QString failureText READ failureText NOTIFY lastCleanChanged)
-    Q_PROPERTY(brisalon::FileURL scanRoot READ scanRoot NOTIFY scanRootChanged)
-    Q_PROPERTY(brisalon::VolumeStatsValue volume READ volume NOTIFY volumeChanged)
-    Q_PROPERTY(brisalon::sidebar::SidebarTab sidebarTab READ sidebarTab WRITE setSidebarTab NOTIFY
-                   sidebarTabChanged)
-    Q_PROPERTY(bool fdaJustGranted READ fdaJustGranted WRITE setFDAJustGranted NOTIFY
-                   fdaJustGrantedChanged)
+    /// The root of the last successful scan, and the node whose children the map shows.
+    BRISALON_FIELD(brisalon::FileNodeValue, tree);
+    BRISALON_FIELD(brisalon::FileNodeValue, current);
+    /// From `tree` to `current`.
+    BRISALON_FIELD(QList<brisalon::FileNodeValue>, breadcrumbs);
+    BRISALON_WRITABLE_FIELD(brisalon::FileNodeValue, selected, setSelected);
+    /// The 50 largest files of `tree`, largest first, and the paths of those that are
+    /// ticked: while there are any, they and not `selected` are what the selection means.
+    BRISALON_FIELD(QList<brisalon::LargeFileEntry>, largeFiles);
+    BRISALON_INNER_FIELD(std::set<std::string>, selectedLargeFileIDs);
 
-    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged)
+    /// `progress` is the latest report of the running or last scan; `scanError` why the last
+    /// one failed, absent while one runs and after one that succeeded or was cancelled.
+    BRISALON_FIELD(bool, isScanning);
+    BRISALON_FIELD(brisalon::ScanProgressValue, progress);
+    BRISALON_FIELD(QString, scanError);
+    /// The one line of feedback, until the next.
+    BRISALON_FIELD(QString, statusMessage);
+    BRISALON_FIELD(bool, hasFullDiskAccess);
+    /// Of the startup volume, in the order of the listing, and what that complained of.
+    BRISALON_FIELD(QList<brisalon::LocalSnapshotValue>, snapshots);
+    BRISALON_FIELD(QString, snapshotError);
+
+    /// A move to the Trash, and the deletion of a snapshot, that wait for the user's
+    /// confirmation; while there is one, the window asks.
+    BRISALON_INNER_FIELD(std::optional<TrashRequest>, confirmTrash);
+    BRISALON_WRITABLE_FIELD(brisalon::LocalSnapshotValue, confirmSnapshot, setConfirmSnapshot);
+    /// How the last move to the Trash went; absent once a scan has started.
+    BRISALON_INNER_FIELD(std::optional<CleanReport>, lastClean);
+
+    /// What the last scan was started on, as given (the home folder before any), and the
+    /// volume that holds it.
+    BRISALON_FIELD(brisalon::FileURL, scanRoot);
+    BRISALON_FIELD(brisalon::VolumeStatsValue, volume);
+    BRISALON_WRITABLE_FIELD(brisalon::sidebar::SidebarTab, sidebarTab, setSidebarTab);
+    BRISALON_INNER_FIELD(ScanTargetPreference, preferredWelcomeTarget);
+    /// Full Disk Access was granted while the program ran.
+    BRISALON_WRITABLE_FIELD(bool, fdaJustGranted, setFDAJustGranted);
+
+    // Derived from the fields on every read.
     Q_PROPERTY(brisalon::Selection selection READ selection NOTIFY selectionChanged)
+    Q_PROPERTY(brisalon::TrashQuestion confirmTrash READ trashQuestion NOTIFY confirmTrashChanged)
+    Q_PROPERTY(QString failureText READ failureText NOTIFY lastCleanChanged)
     Q_PROPERTY(brisalon::welcome::WelcomeTarget lastUsedTarget READ lastUsedTarget NOTIFY
                    lastUsedTargetChanged)
     Q_PROPERTY(bool canZoomOut READ canZoomOut NOTIFY breadcrumbsChanged)
+    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged)
     Q_PROPERTY(bool shouldShowFDABanner READ shouldShowFDABanner NOTIFY shouldShowFDABannerChanged)
     Q_PROPERTY(bool shouldShowMapHint READ shouldShowMapHint NOTIFY shouldShowMapHintChanged)
 
@@ -88,55 +113,11 @@ public:
 
     explicit AppState(AppServices services, QObject* parent = nullptr);
 
-    /// The root of the last successful scan.
-    FileNodeValue tree() const { return tree_; }
-    /// The node whose children the map shows.
-    FileNodeValue current() const { return current_; }
-    /// From the scan root to `current`.
-    const QList<FileNodeValue>& breadcrumbs() const { return breadcrumbs_; }
-    FileNodeValue selected() const { return selected_; }
     void setSelected(const FileNodeValue& node);
-    /// The 50 largest files of `tree`, largest first.
-    const QList<LargeFileEntry>& largeFiles() const { return largeFiles_; }
-    /// The paths ticked in the list of largest files; while there are any, they
-    /// and not `selected` are what the selection means.
-    const std::set<std::string>& selectedLargeFileIDs() const { return selectedLargeFileIDs_; }
     void setSelectedLargeFileIDs(std::set<std::string> ids);
-    bool isScanning() const { return isScanning_; }
-    /// The latest report of the running or last scan.
-    const ScanProgressValue& progress() const { return progress_; }
-    /// Why the last scan failed; absent while one runs and after one that
-    /// succeeded or was cancelled.
-    const QString& scanError() const { return scanError_; }
-    /// The one line of feedback, until the next.
-    const QString& statusMessage() const { return statusMessage_; }
-    bool hasFullDiskAccess() const { return hasFullDiskAccess_; }
-    /// Of the startup volume, in the order of the listing.
-    const QList<LocalSnapshotValue>& snapshots() const { return snapshots_; }
-    /// What the last listing complained of.
-    const QString& snapshotError() const { return snapshotError_; }
-    /// A move to the Trash, and the deletion of a snapshot, that wait for the user's
-    /// confirmation; while there is one, the window asks.
-    const std::optional<TrashRequest>& confirmTrash() const { return confirmTrash_; }
-    const LocalSnapshotValue& confirmSnapshot() const { return confirmSnapshot_; }
     void setConfirmSnapshot(const LocalSnapshotValue& snapshot);
-    /// How the last move to the Trash went; absent once a scan has started.
-    const std::optional<CleanReport>& lastClean() const { return lastClean_; }
-    /// What the last scan was started on, as given; the home folder before any.
-    const FileURL& scanRoot() const { return scanRoot_; }
-    const VolumeStatsValue& volume() const { return volume_; }
-    SidebarTab sidebarTab() const { return sidebarTab_; }
     void setSidebarTab(SidebarTab tab);
-    const ScanTargetPreference& preferredWelcomeTarget() const { return preferredWelcomeTarget_; }
-    /// Full Disk Access was granted while the program ran.
-    bool fdaJustGranted() const { return fdaJustGranted_; }
     void setFDAJustGranted(bool isGranted);
-
-    /// Whether the user waits for something else than a scan: a question about very many
-    /// items, a move to the Trash, the deletion of a snapshot.
-    bool isWorking() const { return works_ > 0; }
-
-    // Derived from the fields on every read.
 
     Selection selection() const { return {selected_, largeFiles_, selectedLargeFileIDs_}; }
     std::int64_t selectedBytes() const { return selection().bytes(); }
@@ -147,6 +128,9 @@ public:
     /// What preferredWelcomeTarget is, or None when no target was ever remembered.
     WelcomeTarget lastUsedTarget() const;
     bool canZoomOut() const { return breadcrumbs_.size() >= 2; }
+    /// Whether the user waits for something else than a scan: a question about very many
+    /// items, a move to the Trash, the deletion of a snapshot.
+    bool isWorking() const { return works_ > 0; }
     bool shouldShowFDABanner() const;
     /// Whether there is a map and the user has never zoomed into one.
     bool shouldShowMapHint() const;
@@ -213,32 +197,9 @@ public:
     Q_INVOKABLE void appear();
 
 signals:
-    void treeChanged();
-    void currentChanged();
-    void breadcrumbsChanged();
-    void selectedChanged();
-    void largeFilesChanged();
-    void selectedLargeFileIDsChanged();
-    void isScanningChanged();
-    void progressChanged();
-    void scanErrorChanged();
-    void statusMessageChanged();
-    void hasFullDiskAccessChanged();
-    void snapshotsChanged();
-    void snapshotErrorChanged();
-    void confirmTrashChanged();
-    void confirmSnapshotChanged();
-    void lastCleanChanged();
-    void scanRootChanged();
-    void volumeChanged();
-    void sidebarTabChanged();
-    void preferredWelcomeTargetChanged();
-    void fdaJustGrantedChanged();
-
-    void isWorkingChanged();
-
     // Of the derived values: sent whenever a field that they read has changed.
     void selectionChanged();
+    void isWorkingChanged();
     void lastUsedTargetChanged();
     void shouldShowFDABannerChanged();
     void shouldShowMapHintChanged();
@@ -265,29 +226,8 @@ private:
     UIPreferences preferences_;
     TrashService trash_;
 
-    // These hold their trees; all who read them, the views and the breadcrumbs too, do not.
-    FileNodeHold tree_;
-    FileNodeHold current_;
-    QList<FileNodeValue> breadcrumbs_;
-    FileNodeHold selected_;
-    QList<LargeFileEntry> largeFiles_;
-    std::set<std::string> selectedLargeFileIDs_;
-    bool isScanning_ = false;
-    ScanProgressValue progress_;
-    QString scanError_;
-    QString statusMessage_;
-    bool hasFullDiskAccess_;
-    QList<LocalSnapshotValue> snapshots_;
-    QString snapshotError_;
+    /// Whether the tool of the snapshots answered when it was last asked.
     bool doSnapshotsAnswer_ = true;
-    std::optional<TrashRequest> confirmTrash_;
-    LocalSnapshotValue confirmSnapshot_;
-    std::optional<CleanReport> lastClean_;
-    FileURL scanRoot_;
-    VolumeStatsValue volume_;
-    SidebarTab sidebarTab_ = SidebarTab::LargeFiles;
-    ScanTargetPreference preferredWelcomeTarget_;
-    bool fdaJustGranted_ = false;
     int works_ = 0;
 
     /// The newest scan and the newest question about the Trash. Those before were
