@@ -9,6 +9,7 @@
 #include "Brisalon/App/TrashQuestion.h"
 #include "Brisalon/App/WelcomeTarget.h"
 #include "Brisalon/Platform/BackgroundTasks.h"
+#include "Brisalon/Platform/Workspace.h"
 #include "Brisalon/Services/CleanReport.h"
 #include "Brisalon/Services/ScanTargetPreference.h"
 #include "Brisalon/Services/TrashRequest.h"
@@ -159,6 +160,8 @@ public:
     Q_INVOKABLE void revealLargeFile(const brisalon::LargeFileEntry& entry);
     /// Shows the item in the file manager; a protected one only if it exists.
     Q_INVOKABLE void requestReveal(const brisalon::FileURL& url);
+    /// Opens a terminal in the folder.
+    void requestTerminal(const FileURL& folder);
 
     /// Asks for the ticked large files or else the selected node to be moved to the
     /// Trash: stores confirmTrash, or says in statusMessage why there is nothing to
@@ -216,6 +219,7 @@ private:
     void rebuildBreadcrumbs(const FileNodeValue& target);
     void listSnapshotsAnew();
     void setStatus(const QString& message);
+    Workspace::Started complaining(const char* complaint);
     void countWork(int change);
     std::stop_source startWork(BackgroundTasks::Work work);
     void setConfirmTrash(std::optional<TrashRequest> request);

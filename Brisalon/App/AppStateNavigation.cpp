@@ -5,6 +5,8 @@
 #include "BrisalonCore/Paths.h"
 #include "BrisalonCore/SkipRules.h"
 
+#include <QPointer>
+
 #include <span>
 #include <string_view>
 
@@ -119,9 +121,23 @@ void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
 void AppState::requestReveal(const FileURL& url)
 {
     if (SkipRules::shouldAllowDelete(url) || services_.fileAccess.exists(url))
-        services_.workspace.reveal(url);
+        services_.workspace.reveal(url, complaining("No file manager could be opened."));
     else
         setStatus(QStringLiteral("That path is not available."));
+}
+
+void AppState::requestTerminal(const FileURL& folder)
+{
+    services_.workspace.openTerminal(folder, complaining("No terminal could be opened there."));
+}
+
+/// Says so when nothing could be started; what was started shows itself.
+Workspace::Started AppState::complaining(const char* complaint)
+{
+    return [model = QPointer<AppState>(this), complaint](bool hasStarted) {
+        if (model && !hasStarted)
+            model->setStatus(QString::fromLatin1(complaint));
+    };
 }
 
 } // namespace brisalon

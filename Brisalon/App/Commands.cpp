@@ -62,6 +62,11 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) {
          commands.state().requestReveal(commands.state().selection().item().url);
      }},
+    {"openTerminal", "Open Terminal Here", "", Group::Item,
+     [](const AppState& state) { return state.selection().isFolder(); },
+     [](Commands& commands) {
+         commands.state().requestTerminal(commands.state().selection().item().url);
+     }},
     {"copyPath", "Copy Path", "Ctrl+C", Group::Item,
      [](const AppState& state) { return !state.selection().places().empty(); },
      [](Commands& commands) {

@@ -69,6 +69,11 @@ QList<SelectionFact> Selection::facts() const
     return facts;
 }
 
+bool Selection::isFolder() const
+{
+    return !isOfFiles_ && node_ && node_->kind() == NodeKind::directory;
+}
+
 std::vector<FileURL> Selection::urls() const
 {
     std::vector<FileURL> urls;

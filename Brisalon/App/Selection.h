@@ -76,6 +76,8 @@ public:
     /// What else the inspector tells, line by line.
     QList<SelectionFact> facts() const;
 
+    /// Whether it is one folder, though perhaps an empty one.
+    bool isFolder() const;
     /// Whether the file manager can show it, and the map what is in it.
     bool canReveal() const { return isOneItem() && !isAggregate(); }
     bool canZoom() const { return !isOfFiles_ && node_.canZoom(); }

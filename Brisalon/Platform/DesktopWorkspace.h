@@ -26,7 +26,9 @@ public:
 
     /// Asks the desktop's file manager, and opens the folder that holds the item
     /// when there is none that can be asked or it does not answer in time.
-    void reveal(const FileURL& item) override;
+    void reveal(const FileURL& item, Started started) override;
+
+    void openTerminal(const FileURL& folder, Started started) override;
 
     bool openAddress(std::string_view address) override;
 

@@ -27,6 +27,9 @@ public:
         std::string error;
     };
     using Completion = std::function<void(Recycled)>;
+    /// Told on the main thread whether anything could be started, possibly before the call
+    /// returns; never once the workspace is destroyed.
+    using Started = std::function<void(bool)>;
 
     Workspace() = default;
     Workspace(const Workspace&) = delete;
@@ -44,7 +47,10 @@ public:
 
     /// Shows the item in a window of the file manager. Returns at once; when the
     /// item is missing, the file manager decides what to show.
-    virtual void reveal(const FileURL& item) = 0;
+    virtual void reveal(const FileURL& item, Started started) = 0;
+
+    /// Opens a terminal in the folder, whose path is resolved. Returns at once.
+    virtual void openTerminal(const FileURL& folder, Started started) = 0;
 
     /// Opens an address with whatever the desktop has for it; false when it is no
     /// address or the desktop has nothing.

@@ -53,7 +53,7 @@ void FullDiskAccess::openSettings(const FileAccess& access, Workspace& workspace
 
 void FullDiskAccess::revealAppInFinder(Workspace& workspace, const BundleInformation& bundle)
 {
-    workspace.reveal(bundle.url());
+    workspace.reveal(bundle.url(), [](bool) {});
 }
 
 } // namespace brisalon

@@ -89,7 +89,8 @@ public:
             };
         });
     }
-    void reveal(const FileURL&) override {}
+    void reveal(const FileURL&, Started) override {}
+    void openTerminal(const FileURL&, Started) override {}
     bool openAddress(std::string_view) override { return true; }
 
 private:

@@ -216,6 +216,15 @@ TEST_F(ServicesTest, RevealsItemsInTheFileManager)
     state->requestReveal(FileURL("/usr/missing"));
     EXPECT_EQ(workspace.revealed.size(), 2u);
     EXPECT_EQ(state->statusMessage(), "That path is not available.");
+
+    state->requestTerminal(FileURL("/home"));
+    EXPECT_EQ(workspace.terminals, std::vector{FileURL("/home")});
+    workspace.startsPrograms = false;
+    EXPECT_EQ(state->statusMessage(), "That path is not available.");
+    state->requestTerminal(FileURL("/home"));
+    EXPECT_EQ(state->statusMessage(), "No terminal could be opened there.");
+    state->requestReveal(FileURL("/usr"));
+    EXPECT_EQ(state->statusMessage(), "No file manager could be opened.");
 }
 
 } // namespace brisalon::tests

@@ -42,8 +42,9 @@ TEST_F(CommandsTest, AreEnabledWhileTheyMeanSomething)
     waitForEnd();
     EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain upOneLevel about");
     state->setSelected(state->tree());
-    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain reveal copyPath moveToTrash "
-                         "upOneLevel about");
+    EXPECT_EQ(enabled(),
+              "scanHome scanThisMac scanFolder scanAgain reveal openTerminal copyPath moveToTrash "
+              "upOneLevel about");
     EXPECT_EQ(announced, 1);
 }
 
@@ -54,6 +55,8 @@ TEST_F(CommandsTest, DoWhatTheirNamesSay)
     state->zoom(child(state->tree(), "folder"));
     run("upOneLevel");
     EXPECT_EQ(state->current(), state->tree());
+    run("openTerminal");
+    EXPECT_EQ(workspace.terminals, std::vector{tree.url()});
     run("moveToTrash");
     EXPECT_TRUE(state->confirmTrash());
     run("scanFolder");

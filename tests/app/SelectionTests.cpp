@@ -39,6 +39,7 @@ std::string described(const Selection& selection)
     for (const SelectionFact& fact : selection.facts())
         text += " | " + (fact.label + ": " + fact.value).toStdString();
     text += selection.canReveal() ? " | reveal" : "";
+    text += selection.isFolder() ? " | folder" : "";
     text += selection.canZoom() ? " | zoom" : "";
     return text;
 }
@@ -64,10 +65,10 @@ TEST(SelectionTest, IsTheTickedFilesOrElseTheNode)
         {folder,
          {},
          "/h/node_modules | node_modules, Folder, 7 B | /h/node_modules nodeModules review"
-         " | reveal | zoom"},
+         " | reveal | folder | zoom"},
         {node("/h/empty", 0, NodeKind::directory),
          {},
-         "/h/empty | empty, Folder, 0 B | /h/empty none unknown | reveal"},
+         "/h/empty | empty, Folder, 0 B | /h/empty none unknown | reveal | folder"},
         {block,
          {},
          "| 3 small files, Small files, 2.0 KB | /h/.small-files-aggregate none unknown"

@@ -45,6 +45,8 @@ class RevealTest : public ::testing::Test {
 protected:
     SessionBus* bus = SessionBus::start();
     Opener opener;
+    QList<bool> starts; ///< what was told of each
+    const Workspace::Started note = [this](bool hasStarted) { starts.append(hasStarted); };
     DesktopWorkspace workspace{std::chrono::seconds(20)};
 
     void SetUp() override
@@ -61,28 +63,35 @@ protected:
 TEST_F(RevealTest, TheFileManagerIsAskedByTheExactBytes)
 {
     FileManager manager(*bus, Manners::answers);
-    workspace.reveal(FileURL("/a b/100%\xff\n\xc3\xa9"));
+    workspace.reveal(FileURL("/a b/100%\xff\n\xc3\xa9"), note);
     EXPECT_TRUE(manager.shown.isEmpty()) << "not before the call returns";
     ASSERT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
     EXPECT_EQ(manager.shown.constFirst(), QStringList("file:///a%20b/100%25%FF%0A%C3%A9"));
     // When a second call has come, the answer to the first has long been there.
-    workspace.reveal(FileURL("/second"));
+    workspace.reveal(FileURL("/second"), note);
     ASSERT_TRUE(QTest::qWaitFor([&] { return manager.shown.size() > 1; }));
     EXPECT_EQ(manager.shown.constLast(), QStringList("file:///second"));
     EXPECT_TRUE(opener.opened.isEmpty());
+    EXPECT_EQ(starts.constFirst(), true);
 }
 
 TEST_F(RevealTest, WithoutAFileManagerTheFolderOpens)
 {
-    workspace.reveal(FileURL("/a b/\xff/item"));
+    workspace.reveal(FileURL("/a b/\xff/item"), note);
     ASSERT_TRUE(waitForOpened());
     EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///a%20b/%FF"});
+    EXPECT_EQ(starts, QList<bool>{true});
+    // Off-screen, Qt has nothing of its own that opens folders.
+    QDesktopServices::unsetUrlHandler("file");
+    workspace.reveal(FileURL("/folder/item"), note);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return starts.size() > 1; }));
+    EXPECT_FALSE(starts.constLast());
 }
 
 TEST_F(RevealTest, AFileManagerThatRefuses)
 {
     FileManager manager(*bus, Manners::refuses);
-    workspace.reveal(FileURL("/folder/item"));
+    workspace.reveal(FileURL("/folder/item"), note);
     ASSERT_TRUE(waitForOpened());
     EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
     EXPECT_EQ(manager.shown.size(), 1);
@@ -92,15 +101,15 @@ TEST_F(RevealTest, AFileManagerThatKeepsSilentIsWaitedForOnlySoLong)
 {
     FileManager manager(*bus, Manners::keepsSilent);
     DesktopWorkspace impatient(std::chrono::milliseconds(50));
-    impatient.reveal(FileURL("/folder/item"));
+    impatient.reveal(FileURL("/folder/item"), note);
     ASSERT_TRUE(waitForOpened());
     EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
 
     // A program that ends in between opens nothing any more.
     opener.opened.clear();
     auto leaving = std::make_unique<DesktopWorkspace>(std::chrono::milliseconds(50));
-    leaving->reveal(FileURL("/folder/item"));
-    impatient.reveal(FileURL("/later/item"));
+    leaving->reveal(FileURL("/folder/item"), note);
+    impatient.reveal(FileURL("/later/item"), note);
     leaving.reset();
     ASSERT_TRUE(waitForOpened());
     EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///later"});

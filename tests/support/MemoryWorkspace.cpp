@@ -34,9 +34,16 @@ bool MemoryWorkspace::releaseMove()
     return true;
 }
 
-void MemoryWorkspace::reveal(const FileURL& item)
+void MemoryWorkspace::reveal(const FileURL& item, Started started)
 {
     revealed.push_back(item);
+    started(startsPrograms);
+}
+
+void MemoryWorkspace::openTerminal(const FileURL& folder, Started started)
+{
+    terminals.push_back(folder);
+    started(startsPrograms);
 }
 
 bool MemoryWorkspace::openAddress(std::string_view address)

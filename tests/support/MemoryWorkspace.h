@@ -22,6 +22,8 @@ public:
     std::string error;
     /// Addresses that do not open.
     std::set<std::string> refusedAddresses;
+    /// Whether there is a file manager, and a terminal.
+    bool startsPrograms = true;
     /// Moves stay under way until released; otherwise they end by themselves, soon
     /// after they were asked for.
     bool holdsMoves = false;
@@ -30,6 +32,7 @@ public:
 
     std::vector<std::vector<TrashItem>> requests;
     std::vector<FileURL> revealed;
+    std::vector<FileURL> terminals;
     std::vector<std::string> addresses;
 
     /// Ends the oldest move that is under way, and calls its completion at once.
@@ -37,7 +40,8 @@ public:
     bool releaseMove();
 
     void recycle(std::vector<TrashItem> items, Completion completion) override;
-    void reveal(const FileURL& item) override;
+    void reveal(const FileURL& item, Started started) override;
+    void openTerminal(const FileURL& folder, Started started) override;
     bool openAddress(std::string_view address) override;
 
 private:

@@ -28,7 +28,8 @@ protected:
     std::string entries() const
     {
         std::string names;
-        for (const char* const name : {"zoomIn", "reveal", "copyPath", "moveToTrash"})
+        for (const char* const name :
+             {"zoomIn", "reveal", "openTerminal", "copyPath", "moveToTrash"})
             if (driver->find(QString(name) + "Entry"))
                 names += std::string(name) + ' ';
         return names;
@@ -55,7 +56,8 @@ protected:
 TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
 {
     openAndScan();
-    EXPECT_EQ(entriesAfterRightClick(block("Movies")), "zoomIn reveal copyPath moveToTrash ");
+    EXPECT_EQ(entriesAfterRightClick(block("Movies")),
+              "zoomIn reveal openTerminal copyPath moveToTrash ");
     EXPECT_EQ(app->state().selected().name(), "Movies");
     choose("zoomIn");
     ASSERT_TRUE(driver->waitForMap());
@@ -95,10 +97,10 @@ TEST_F(HabitsTest, TheKeyboardOpensThemToo)
     openAndScan();
     driver->press(Qt::Key_Right);
     driver->press(Qt::Key_Menu);
-    EXPECT_EQ(entries(), "zoomIn reveal copyPath moveToTrash ");
+    EXPECT_EQ(entries(), "zoomIn reveal openTerminal copyPath moveToTrash ");
     close();
     driver->press(Qt::Key_F10, Qt::ShiftModifier);
-    EXPECT_EQ(entries(), "zoomIn reveal copyPath moveToTrash ");
+    EXPECT_EQ(entries(), "zoomIn reveal openTerminal copyPath moveToTrash ");
     driver->press(Qt::Key_Down);
     driver->press(Qt::Key_Return);
     ASSERT_TRUE(driver->waitForMap());

@@ -1,6 +1,7 @@
 #include "Brisalon/Platform/DesktopWorkspace.h"
 
 #include "Brisalon/Platform/PercentEncoding.h"
+#include "Brisalon/Platform/linux/DesktopTerminal.h"
 #include "Brisalon/Platform/linux/DesktopTrash.h"
 
 #include <QByteArray>
@@ -19,6 +20,9 @@
 namespace brisalon {
 
 namespace {
+
+/// What has run for so long has found its display, and what else it needs to start.
+constexpr std::chrono::seconds startTime(1);
 
 QByteArray fileAddress(const FileURL& url)
 {
@@ -66,7 +70,7 @@ void DesktopWorkspace::recycle(std::vector<TrashItem> items, Completion completi
     });
 }
 
-void DesktopWorkspace::reveal(const FileURL& item)
+void DesktopWorkspace::reveal(const FileURL& item, Started started)
 {
     // The interface that file managers share (freedesktop.org, "File Manager
     // D-Bus Interface").
@@ -74,8 +78,8 @@ void DesktopWorkspace::reveal(const FileURL& item)
         "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
         "org.freedesktop.FileManager1", "ShowItems");
     message << QStringList(QString::fromLatin1(fileAddress(item))) << QString();
-    const auto openFolder = [folder = item.deletingLastPathComponent()] {
-        QDesktopServices::openUrl(QUrl::fromEncoded(fileAddress(folder)));
+    const auto openFolder = [folder = item.deletingLastPathComponent(), started] {
+        started(QDesktopServices::openUrl(QUrl::fromEncoded(fileAddress(folder))));
     };
     const QDBusConnection bus = QDBusConnection::sessionBus();
     // A call on no bus at all is never answered, not even by a failure.
@@ -83,10 +87,21 @@ void DesktopWorkspace::reveal(const FileURL& item)
         return openFolder();
     auto* const call = new QDBusPendingCallWatcher(
         bus.asyncCall(message, static_cast<int>(patience_.count())), &calls_);
-    QObject::connect(call, &QDBusPendingCallWatcher::finished, &calls_, [call, openFolder] {
+    QObject::connect(call, &QDBusPendingCallWatcher::finished, &calls_, [=] {
+        call->deleteLater();
         if (call->isError())
             openFolder();
-        call->deleteLater();
+        else
+            started(true);
+    });
+}
+
+void DesktopWorkspace::openTerminal(const FileURL& folder, Started started)
+{
+    tasks_.start([folder, started = std::move(started)](
+                     const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
+        const bool hasStarted = startTerminal(folder, startTime, task.stop);
+        return [started, hasStarted] { started(hasStarted); };
     });
 }
 
