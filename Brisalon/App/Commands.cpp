@@ -41,6 +41,11 @@ bool isIdle(const AppState& state)
     return !state.isScanning();
 }
 
+bool isMapped(const AppState& state)
+{
+    return state.tree().isPresent();
+}
+
 // In the order of the menu.
 constexpr Command::Row rows[] = {
     {"scanHome", "Scan Home Folder", "Ctrl+Shift+H", Group::Scan, isIdle,
@@ -50,7 +55,7 @@ constexpr Command::Row rows[] = {
     {"scanFolder", "Scan Folder…", "Ctrl+O", Group::Scan, isIdle,
      [](Commands& commands) { commands.state().pickFolderAndScan(); }},
     {"scanAgain", "Scan Again", "Ctrl+R", Group::Scan,
-     [](const AppState& state) { return isIdle(state) && state.tree().isPresent(); },
+     [](const AppState& state) { return isIdle(state) && isMapped(state); },
      [](Commands& commands) { commands.state().startScan(FileURL(commands.state().scanRoot())); }},
     {"cancelScan", "Cancel Scan", "Escape", Group::KeyOnly, isScanning,
      [](Commands& commands) { commands.state().cancelScan(); }},
@@ -78,6 +83,8 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) { commands.state().requestTrashSelected(); }},
     {"upOneLevel", "Up One Level", "Backspace", Group::KeyOnly, always,
      [](Commands& commands) { commands.state().zoomUpOneLevel(); }},
+    {"whatMayGo", "What May Go…", "", Group::Answer, isMapped,
+     [](Commands& commands) { emit commands.whatMayGoRequested(); }},
     {"about", "About Brisalon", "", Group::Application, always,
      [](Commands& commands) { emit commands.aboutRequested(); }},
 };

@@ -29,6 +29,7 @@ public:
         KeyOnly, ///< not in a menu
         Item,    ///< in the context menus of what can be selected
         Scan,
+        Answer, ///< a question about the map, answered on a sheet
         Application,
     };
     Q_ENUM(Group)
@@ -87,6 +88,7 @@ public:
 signals:
     /// What is the window's to show.
     void aboutRequested();
+    void whatMayGoRequested();
     void zoomRequested(const brisalon::FileNodeValue& node);
 
     void contextMenuChanged();

@@ -56,6 +56,10 @@ Window {
             window.showAbout = true;
         }
 
+        function onWhatMayGoRequested() {
+            whatMayGo.open();
+        }
+
         function onZoomRequested(node: fileNode) {
             rootView.zoom(node);
         }
@@ -75,26 +79,30 @@ Window {
         visible: window.visibility === Window.Windowed
     }
 
-    Sheet {
-        id: aboutSheet
-
+    // qmllint disable unqualified
+    LoadedSheet {
         behind: rootView
         name: "About Brisalon"
         visible: window.showAbout
         onAboutToHide: window.showAbout = false
-
-        // The Loader of Qt 6.4 refuses components that are bound to their context.
-        // qmllint disable unqualified
-        contentItem: Loader {
-            active: aboutSheet.visible
+        view: AboutView {
             focus: true
-            sourceComponent: AboutView {
-                focus: true
-                appState: window.appState
-                product: window.product
-                onClosed: window.showAbout = false
-            }
+            appState: window.appState
+            product: window.product
+            onClosed: window.showAbout = false
         }
-        // qmllint enable unqualified
     }
+
+    LoadedSheet {
+        id: whatMayGo
+
+        behind: rootView
+        name: "What May Go"
+        view: WhatMayGoView {
+            focus: true
+            appState: window.appState
+            onClosed: whatMayGo.close()
+        }
+    }
+    // qmllint enable unqualified
 }

@@ -40,11 +40,11 @@ TEST_F(CommandsTest, AreEnabledWhileTheyMeanSomething)
     EXPECT_EQ(panel.title, "") << "what is not enabled does nothing";
     gate.open();
     waitForEnd();
-    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain upOneLevel about");
+    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain upOneLevel whatMayGo about");
     state->setSelected(state->tree());
     EXPECT_EQ(enabled(),
               "scanHome scanThisMac scanFolder scanAgain reveal openTerminal copyPath moveToTrash "
-              "upOneLevel about");
+              "upOneLevel whatMayGo about");
     EXPECT_EQ(announced, 1);
 }
 

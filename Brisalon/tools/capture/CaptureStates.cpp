@@ -188,13 +188,23 @@ bool confirmSnapshot(Stage& stage)
     return WindowDriver::waitFor([&] { return stage.driver.find("confirmButton") != nullptr; });
 }
 
+/// What an entry of the menu opens.
+bool openFromMenu(Stage& stage, const char* entry, const char* view)
+{
+    if (!menu(stage) || !WindowDriver::waitFor([&] { return stage.driver.find(entry) != nullptr; }))
+        return false;
+    stage.driver.click(stage.driver.centre(entry));
+    return WindowDriver::waitFor([&] { return stage.driver.find(view) != nullptr; });
+}
+
 bool about(Stage& stage)
 {
-    if (!menu(stage) ||
-        !WindowDriver::waitFor([&] { return stage.driver.find("aboutEntry") != nullptr; }))
-        return false;
-    stage.driver.click(stage.driver.centre("aboutEntry"));
-    return WindowDriver::waitFor([&] { return stage.driver.find("aboutView") != nullptr; });
+    return openFromMenu(stage, "aboutEntry", "aboutView");
+}
+
+bool whatMayGo(Stage& stage)
+{
+    return map(stage) && openFromMenu(stage, "whatMayGoEntry", "whatMayGoView");
 }
 
 bool aboutHelp(Stage& stage)
@@ -254,6 +264,7 @@ constexpr std::array states{
     CaptureState{"empty", "an empty folder", emptyFolder},
     CaptureState{"confirm-trash", "asking before a move to the Trash", confirmTrash},
     CaptureState{"confirm-snapshot", "asking before a snapshot is deleted", confirmSnapshot},
+    CaptureState{"what-may-go", "the sums of what may be cleared", whatMayGo},
     CaptureState{"about", "the About panel", about},
     CaptureState{"about-help", "the About panel with its help open", aboutHelp},
     CaptureState{"banner", "the request for Full Disk Access", banner},
