@@ -9,6 +9,7 @@
 #include <atomic>
 #include <fstream>
 #include <limits>
+#include <set>
 #include <stdexcept>
 #include <tuple>
 
@@ -138,10 +139,15 @@ TEST(DiskScanner, AgreesWithThePlainestWalkOnRandomTrees)
             const std::int64_t count = referenceCount(scan.tree(), tree.path());
             const auto multiples = static_cast<std::size_t>(count / 7);
             ASSERT_EQ(scan.reports.size(), multiples + 2);
+            std::set<std::string> paths;
             for (std::size_t i = 0; i <= multiples; ++i) {
                 EXPECT_EQ(scan.reports[i].visitedCount, static_cast<std::int64_t>(i) * 7);
                 EXPECT_LE(scan.reports[i].bytesFound, scan.reports[i + 1].bytesFound);
-                EXPECT_TRUE(scan.reports[i].currentPath.starts_with(tree.path()));
+                const std::string& path = scan.reports[i].currentPath;
+                struct stat status;
+                EXPECT_TRUE(path.starts_with(tree.path()) && paths.insert(path).second &&
+                            ::lstat(path.c_str(), &status) == 0)
+                    << path;
             }
             EXPECT_EQ(scan.reports.back(),
                       (ScanProgress{count, tree.path(), scan.tree().allocatedSize()}));

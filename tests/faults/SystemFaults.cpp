@@ -35,6 +35,7 @@ bool hasFailed = false;
 // Of allocations: below zero, none is counted.
 std::atomic<int> allocations = -1;
 std::atomic<int> failingNumber = -1;
+std::atomic<std::size_t> allocatedBytes = 0;
 
 /// What a thread does for this file itself is no request of the program's.
 thread_local bool isInside = false;
@@ -145,6 +146,13 @@ int SystemFaults::allocationsOf(const std::function<void()>& body)
     allocations = 0;
     body();
     return allocations.exchange(-1);
+}
+
+std::size_t SystemFaults::bytesAllocatedBy(const std::function<void()>& body)
+{
+    const std::size_t before = allocatedBytes;
+    body();
+    return allocatedBytes - before;
 }
 
 void SystemFaults::failingAllocation(int number, const std::function<void()>& body)
@@ -291,6 +299,7 @@ void* operator new(std::size_t size)
 {
     if (allocations >= 0 && !isInside && allocations.fetch_add(1) == failingNumber)
         throw std::bad_alloc();
+    allocatedBytes += size;
     if (void* const memory = std::malloc(size ? size : 1))
         return memory;
     throw std::bad_alloc();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <span>
@@ -38,6 +39,8 @@ public:
 
     /// Runs the body, counting its allocations; throws what it throws.
     static int allocationsOf(const std::function<void()>& body);
+    /// The same, with the sum of their bytes.
+    static std::size_t bytesAllocatedBy(const std::function<void()>& body);
     /// Runs the body with the allocation of that number, from 0, throwing
     /// std::bad_alloc.
     static void failingAllocation(int number, const std::function<void()>& body);

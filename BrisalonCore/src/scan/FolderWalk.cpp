@@ -25,7 +25,7 @@ namespace {
 constexpr std::string_view aggregateName = ".small-files-aggregate";
 
 /// Whether a path is skipped is settled by its first three components.
-constexpr unsigned depthOfSkipRules = 3;
+constexpr std::size_t depthOfSkipRules = 3;
 
 std::size_t mostWorkers(const OpenFolder& root)
 {
@@ -59,9 +59,9 @@ bool isCacheTagName(const char* name) noexcept
     return std::strcmp(name, host::cacheTagName) == 0;
 }
 
-unsigned componentCount(std::string_view path) noexcept
+std::size_t componentCount(std::string_view path) noexcept
 {
-    return path == "/" ? 0 : static_cast<unsigned>(std::count(path.begin(), path.end(), '/'));
+    return path == "/" ? 0 : static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
 }
 
 } // namespace
@@ -163,7 +163,7 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             folder->mounts = barriers_.root();
         } else {
             const char* name = folder->name();
-            folder->depth = std::min(parent->depth + 1, depthOfSkipRules);
+            folder->depth = parent->depth + 1;
             folder->mounts = parent->mounts ? parent->mounts->child(name) : nullptr;
             folder->package = parent->package;
             if (!folder->package) {
@@ -241,7 +241,7 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
             const std::int64_t bytes = note(*entry, folder, pathForSkipping, handle, worker);
             worker.items.push_back({entry->name, bytes});
         }
-        if (!ledger_.enter(url, worker.items))
+        if (!ledger_.enter(url, folder.depth, worker.items, worker.report))
             return abandon();
     }
     if (worker.sawCacheTag && host::isCacheTagged(handle.descriptor()))

@@ -3,6 +3,7 @@
 #include "BrisalonCore/DiskScanner.h"
 #include "host/MountBarriers.h"
 #include "scan/CrewSize.h"
+#include "scan/ItemReport.h"
 #include "scan/NameSet.h"
 #include "scan/OpenFolders.h"
 #include "scan/ScanLedger.h"
@@ -71,6 +72,7 @@ private:
         host::FolderReader reader;
         NameSet names;
         std::vector<ScanLedger::Item> items;
+        ItemReport report;
         std::vector<Kept> kept;
         std::string keptNames;
         std::string smallNames;

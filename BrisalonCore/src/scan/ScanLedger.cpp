@@ -1,6 +1,5 @@
 #include "scan/ScanLedger.h"
 
-#include "BrisalonCore/Paths.h"
 #include "base/SaturatingSum.h"
 
 #include <utility>
@@ -22,7 +21,8 @@ ScanLedger::ScanLedger(const DiskScanner::ProgressCallback& report, std::int64_t
 {
 }
 
-bool ScanLedger::enter(const FileURL& folder, std::span<const Item> items)
+bool ScanLedger::enter(const FileURL& folder, std::size_t depth, std::span<const Item> items,
+                       ItemReport& report)
 {
     if (items.empty())
         return true;
@@ -34,8 +34,7 @@ bool ScanLedger::enter(const FileURL& folder, std::span<const Item> items)
         if (reportEvery_ != 0 && count_ % reportEvery_ == 0) {
             if (cancellation_.stop_requested())
                 return false;
-            report_({static_cast<std::int64_t>(count_), paths::joined(folder.path(), item.name),
-                     bytes_});
+            report_(report.of(folder, depth, item.name, static_cast<std::int64_t>(count_), bytes_));
             if (&item != &items.back() && cancellation_.stop_requested())
                 return false;
         }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "BrisalonCore/DiskScanner.h"
+#include "scan/ItemReport.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <span>
@@ -25,9 +27,11 @@ public:
         std::int64_t bytes;
     };
 
-    /// Enters items of one folder, in order. False when the scan was cancelled
-    /// before the last of them. Throws what the callback throws.
-    bool enter(const FileURL& folder, std::span<const Item> items);
+    /// Enters items of one folder, in order; `depth` and `report` as ItemReport has them,
+    /// the report the worker's own. False when the scan was cancelled before the last of
+    /// them. Throws what the callback throws.
+    bool enter(const FileURL& folder, std::size_t depth, std::span<const Item> items,
+               ItemReport& report);
 
     /// Records the bytes of a package, whose item was entered before it could be
     /// measured.

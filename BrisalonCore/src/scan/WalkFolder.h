@@ -26,9 +26,7 @@ struct WalkFolder {
     WalkFolder* package = nullptr;
     std::atomic<std::int64_t> packageBytes{0};
 
-    /// How many components its path has, up to the depth at which paths stop
-    /// mattering for what is skipped.
-    unsigned depth = 0;
+    std::size_t depth = 0; ///< how many components its path has
     HogTrail trail = HogTrail::ofNoFolder();
     const host::MountBarriers::Place* mounts = nullptr;
 
