@@ -1,5 +1,6 @@
 #include "BrisalonCore/FileNode.h"
 #include "BrisalonCore/FileNodeBuilder.h"
+#include "BrisalonCore/HogSummary.h"
 #include "BrisalonCore/LargeFiles.h"
 
 #include <gtest/gtest.h>
@@ -21,20 +22,21 @@ FileNode folder(const std::string& path, std::vector<FileNode> children)
     return FileNodeBuilder::make(FileURL(path), size, NodeKind::directory, std::move(children));
 }
 
-FileNode chain(int depth, std::int64_t leafSize)
+/// Folders "d" in one another, so many, and a file "x.dmg" in the innermost.
+FileNode chain(int depth, std::int64_t size)
 {
-    FileURL url("/");
-    std::vector<FileURL> urls{url};
+    std::vector<FileURL> urls{FileURL("/")};
     for (int i = 0; i < depth; ++i)
-        urls.push_back(url = url.appendingPathComponent("d"));
-    FileNode node = FileNodeBuilder::make(urls.back(), leafSize, NodeKind::file);
-    for (auto above = urls.rbegin() + 1; above != urls.rend(); ++above)
-        node = FileNode(*above, "d", leafSize, NodeKind::directory, HogKind::none, Risk::unknown,
+        urls.push_back(urls.back().appendingPathComponent("d"));
+    FileNode node =
+        FileNodeBuilder::make(urls.back().appendingPathComponent("x.dmg"), size, NodeKind::file);
+    for (; !urls.empty(); urls.pop_back())
+        node = FileNode(urls.back(), "d", size, NodeKind::directory, HogKind::none, Risk::unknown,
                         {node}, {});
     return node;
 }
 
-TEST(FileNode, DisplayNames)
+TEST(FileNode, BuilderDerivesAndInitialiserStores)
 {
     const auto name = [](const char* path, NodeKind kind) {
         return FileNodeBuilder::displayName(FileURL(path), kind);
@@ -42,38 +44,35 @@ TEST(FileNode, DisplayNames)
     EXPECT_EQ(name("/", NodeKind::directory), "/");
     EXPECT_EQ(name("/a/b\n\xFE", NodeKind::file), "b\n\xFE");
     EXPECT_EQ(name("/", NodeKind::smallFilesAggregate(1)), "1 small files");
-    EXPECT_EQ(name("/a", NodeKind::smallFilesAggregate(0)), "0 small files");
-}
 
-TEST(FileNode, BuilderDerivesAndInitialiserStores)
-{
     const FileURL url("/u/Library/Caches/.small-files-aggregate");
-    const FileNode made = FileNodeBuilder::make(url, 5, NodeKind::smallFilesAggregate(37), {},
-                                                {FileURL("/u/Library/Caches/x")});
-    EXPECT_EQ(made.hogKind(), HogKind::caches);
-    EXPECT_EQ(made.risk(), Risk::safe);
-    EXPECT_EQ(made.name(), "37 small files");
+    const FileURLList sources{FileURL("/u/Library/Caches/x")};
+    const FileNode made =
+        FileNodeBuilder::make(url, 5, NodeKind::smallFilesAggregate(37), {}, sources);
+    EXPECT_EQ(made, FileNode(url, "37 small files", 5, NodeKind::smallFilesAggregate(37),
+                             HogKind::caches, Risk::safe, {}, sources));
     EXPECT_EQ(file("/u/Docker.raw", 1).risk(), Risk::caution);
-    EXPECT_EQ(made.aggregateSources(), FileURLList({FileURL("/u/Library/Caches/x")}));
 
     const FileNode odd(url, "anything", -1, NodeKind::smallFilesAggregate(-2), HogKind::docker,
-                       Risk::safe, {file("/x", 1)}, {});
+                       Risk::safe, {file("/x", 1)}, sources);
     EXPECT_EQ(odd.name(), "anything");
     EXPECT_EQ(odd.allocatedSize(), -1);
     EXPECT_EQ(odd.kind(), NodeKind::smallFilesAggregate(-2));
+    EXPECT_EQ(odd.hogKind(), HogKind::docker);
     EXPECT_EQ(odd.risk(), Risk::safe);
+    EXPECT_EQ(odd.aggregateSources(), sources);
     EXPECT_EQ(odd.children().size(), 1u);
-    EXPECT_FALSE(odd.canZoom());
 }
 
 TEST(FileNode, OnlyFoldersWithChildrenCanBeEntered)
 {
-    EXPECT_TRUE(folder("/a", {file("/a/x", 1)}).canZoom());
-    EXPECT_FALSE(folder("/a", {}).canZoom());
-    EXPECT_FALSE(FileNodeBuilder::make(FileURL("/a.app"), 9, NodeKind::package).canZoom());
-    EXPECT_FALSE(FileNodeBuilder::make(FileURL("/a/.small-files-aggregate"), 9,
-                                       NodeKind::smallFilesAggregate(2))
-                     .canZoom());
+    for (const NodeKind kind : {NodeKind(NodeKind::directory), NodeKind(NodeKind::package),
+                                NodeKind::smallFilesAggregate(2)})
+        for (const std::size_t count : {0U, 1U})
+            EXPECT_EQ(
+                FileNodeBuilder::make(FileURL("/a"), 9, kind, std::vector(count, file("/a/x", 1)))
+                    .canZoom(),
+                kind == NodeKind::directory && count == 1);
 }
 
 TEST(FileNode, LooksUpByFullPath)
@@ -104,22 +103,22 @@ TEST(FileNode, EqualityComparesEveryValueAtEveryDepth)
     EXPECT_EQ(tree(7), tree(7));
     EXPECT_NE(tree(7), tree(8));
 
-    const FileURL url("/n");
-    const auto node = [&](const char* name, NodeKind kind, HogKind hog, Risk nodeRisk,
-                          FileURLList sources) {
-        return FileNode(url, name, 1, kind, hog, nodeRisk, {}, std::move(sources));
+    const auto node = [](const char* name, NodeKind kind, HogKind hog, Risk nodeRisk,
+                         FileURLList sources) {
+        return FileNode(FileURL("/n"), name, 1, kind, hog, nodeRisk, {}, std::move(sources));
     };
-    const FileNode plain = node("n", NodeKind::file, HogKind::none, Risk::unknown, {});
-    EXPECT_EQ(plain, file("/n", 1)) << "however the node was built";
-    EXPECT_NE(plain, node("m", NodeKind::file, HogKind::none, Risk::unknown, {}));
-    EXPECT_NE(plain, node("n", NodeKind::package, HogKind::none, Risk::unknown, {}));
-    EXPECT_NE(plain, node("n", NodeKind::file, HogKind::logs, Risk::unknown, {}));
-    EXPECT_NE(plain, node("n", NodeKind::file, HogKind::none, Risk::safe, {}));
-    EXPECT_NE(plain, node("n", NodeKind::file, HogKind::none, Risk::unknown, {FileURL("/n/x")}));
-    EXPECT_NE(node("n", NodeKind::file, HogKind::none, Risk::unknown, {FileURL("/n/y")}),
-              node("n", NodeKind::file, HogKind::none, Risk::unknown, {FileURL("/n/x")}));
-    EXPECT_NE(node("n", NodeKind::smallFilesAggregate(1), HogKind::none, Risk::unknown, {}),
-              node("n", NodeKind::smallFilesAggregate(2), HogKind::none, Risk::unknown, {}));
+    using enum HogKind;
+    const NodeKind one = NodeKind::smallFilesAggregate(1);
+    const FileNode plain = node("n", one, none, Risk::unknown, {FileURL("/n/x")});
+    EXPECT_EQ(plain, node("n", one, none, Risk::unknown, {FileURL("/n/x")}));
+    EXPECT_NE(plain, node("m", one, none, Risk::unknown, {FileURL("/n/x")}));
+    EXPECT_NE(plain, node("n", NodeKind::package, none, Risk::unknown, {FileURL("/n/x")}));
+    EXPECT_NE(plain,
+              node("n", NodeKind::smallFilesAggregate(2), none, Risk::unknown, {FileURL("/n/x")}));
+    EXPECT_NE(plain, node("n", one, logs, Risk::unknown, {FileURL("/n/x")}));
+    EXPECT_NE(plain, node("n", one, none, Risk::safe, {FileURL("/n/x")}));
+    EXPECT_NE(plain, node("n", one, none, Risk::unknown, {FileURL("/n/y")}));
+    EXPECT_NE(plain, node("n", one, none, Risk::unknown, {}));
 }
 
 TEST(FileNode, CopiesOutliveTheirTree)
@@ -140,11 +139,16 @@ TEST(FileNode, DeepTreesNeedNoStack)
 {
     constexpr int depth = 100'000;
     const FileNode deep = chain(depth, 5);
+    EXPECT_EQ(deep, chain(depth, 5));
     EXPECT_NE(deep, chain(depth - 1, 5));
     EXPECT_NE(deep, chain(depth, 6));
-    const auto largest = LargeFiles::topFiles(deep, 3);
-    ASSERT_EQ(largest.size(), 1u);
-    EXPECT_EQ(largest[0].url.path().size(), 2u * depth);
+    const auto files = LargeFiles::topFiles(deep, 3);
+    ASSERT_EQ(files.size(), 1u);
+    EXPECT_EQ(files[0].url.path().size(), 2u * depth + 6);
+    EXPECT_TRUE(LargeFiles::find(files[0].id(), deep));
+    const auto sums = HogSummary::of(deep, 5);
+    ASSERT_EQ(sums.size(), 1U);
+    EXPECT_EQ(sums[0].allocatedSize, 5);
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 #include "host/MountBarriers.h"
 
 #include "BrisalonCore/MountTable.h"
+#include "BrisalonCore/Paths.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <sstream>
 #include <string>
 
 using namespace brisalon;
@@ -11,35 +14,36 @@ using host::MountBarriers;
 
 namespace {
 
-MountBarriers barriersOf(std::string_view table, std::string_view root)
-{
-    return {MountTable(table), root};
-}
-
-bool isBarrier(const MountBarriers& barriers, std::initializer_list<std::string_view> names)
+/// Whether the place at that path from the scan's root is a barrier.
+bool isBarrier(const MountBarriers& barriers, std::string_view path)
 {
     const MountBarriers::Place* place = barriers.root();
-    for (const std::string_view name : names)
+    for (const std::string_view name : paths::components(path))
         place = place ? place->child(name) : nullptr;
     return place && place->isBarrier();
 }
 
-/// One line of the table of mounts.
-std::string line(int id, int parent, const std::string& device, const std::string& root,
-                 const std::string& point, const std::string& type,
-                 const std::string& source = "none", const std::string& optional = "")
+/// Lines of the table of mounts from "ID PARENT DEVICE ROOT POINT TYPE SOURCE[ OPTIONS]".
+std::string table(std::initializer_list<std::string_view> mounts)
 {
-    return std::to_string(id) + ' ' + std::to_string(parent) + ' ' + device + ' ' + root + ' ' +
-           point + " rw,noatime " + optional + "- " + type + ' ' + source + " rw\n";
+    std::string text;
+    for (const std::string_view mount : mounts) {
+        std::size_t middle = 0;
+        for (int field = 0; field < 5; ++field)
+            middle = mount.find(' ', middle) + 1;
+        text.append(mount.substr(0, middle)).append("rw,noatime shared:1 - ");
+        text.append(mount.substr(middle)).append(" rw\n");
+    }
+    return text;
 }
 
-const std::string rootLine = line(1, 0, "8:1", "/", "/", "ext4", "/dev/sda1", "shared:1 ");
+const char* const root = "1 0 8:1 / / ext4 /dev/sda1";
 
 /// Whether a mount of that kind at /m is a barrier, "/" being the scan's root.
 bool isCut(const std::string& device, const std::string& type, const std::string& source = "none")
 {
-    return isBarrier(barriersOf(rootLine + line(2, 1, device, "/", "/m", type, source), "/"),
-                     {"m"});
+    const std::string mount = "2 1 " + device + " / /m " + type + ' ' + source;
+    return isBarrier({MountTable(table({root, mount})), "/"}, "m");
 }
 
 TEST(MountBarriers, ByNatureOfTheFileSystem)
@@ -54,67 +58,77 @@ TEST(MountBarriers, ByNatureOfTheFileSystem)
     for (const char* type : {"ext4", "xfs", "vfat", "fuseblk", "iso9660", "squashfs"})
         EXPECT_FALSE(isCut("8:2", type, "/dev/sdb1")) << type;
     // Parts that the scan meets, and such that it does not.
-    for (const char* source : {"/image", "none"})
-        EXPECT_EQ(isCut("0:50", "erofs", source), *source == '/') << source;
-    for (const char* source : {"/home/.private", "/m/private"})
-        EXPECT_EQ(isCut("0:50", "ecryptfs", source), *(source + 1) == 'h') << source;
+    EXPECT_TRUE(isCut("0:50", "erofs", "/image"));
+    EXPECT_FALSE(isCut("0:50", "erofs", "none"));
+    EXPECT_TRUE(isCut("0:50", "ecryptfs", "/home/.private"));
+    EXPECT_FALSE(isCut("0:50", "ecryptfs", "/m/private"));
 }
 
-TEST(MountBarriers, NoneWithoutATable)
+TEST(MountBarriers, ByWhatTheScanMeets)
 {
-    EXPECT_EQ(barriersOf("", "/").root(), nullptr);
-    EXPECT_EQ(barriersOf(rootLine, "/").root(), nullptr);
-}
-
-TEST(MountBarriers, PlacesBelowTheRootOnly)
-{
-    const std::string table = rootLine + line(2, 1, "0:5", "/", "/srv/a/b", "proc") +
-                              line(3, 1, "0:6", "/", "/srv2", "proc") +
-                              line(4, 1, "0:7", "/", "/srv", "tmpfs") +
-                              line(5, 4, "0:8", "/", "/srv/c", "sysfs");
-    const MountBarriers srv = barriersOf(table, "/srv");
-    EXPECT_TRUE(isBarrier(srv, {"c"}));
-    EXPECT_FALSE(isBarrier(srv, {"a", "b"})) << "hidden by what is mounted on /srv";
-    EXPECT_FALSE(isBarrier(srv, {"srv2"}));
-    EXPECT_EQ(barriersOf(table, "/srv/c").root(), nullptr) << "the root's own mount is walked";
-    EXPECT_EQ(barriersOf(table, "/sr").root(), nullptr);
-
-    const MountBarriers whole = barriersOf(table, "/");
-    ASSERT_NE(whole.root()->child("srv"), nullptr);
-    EXPECT_FALSE(whole.root()->child("srv")->isBarrier());
-    EXPECT_EQ(whole.root()->child("srv")->child("a"), nullptr);
-    EXPECT_TRUE(isBarrier(whole, {"srv", "c"}));
-    EXPECT_TRUE(isBarrier(whole, {"srv2"}));
-    EXPECT_EQ(whole.root()->child("home"), nullptr);
-}
-
-TEST(MountBarriers, OfMountsOnOneAnotherTheLastCounts)
-{
-    // A triggered automount: the disk stands on the trigger.
-    const std::string triggered = rootLine + line(2, 1, "0:5", "/", "/m", "autofs") +
-                                  line(3, 2, "8:2", "/", "/m", "ext4", "/dev/sdb1");
-    EXPECT_EQ(barriersOf(triggered, "/").root(), nullptr);
-    const std::string covered = rootLine + line(3, 1, "8:2", "/", "/m", "ext4", "/dev/sdb1") +
-                                line(2, 3, "0:5", "/", "/m", "proc");
-    EXPECT_TRUE(isBarrier(barriersOf(covered, "/"), {"m"}));
-    // The first mount of all covered by a later one, as start-up leaves it.
-    const std::string started =
-        line(1, 1, "0:2", "/", "/", "rootfs") + line(2, 1, "8:1", "/", "/", "ext4", "/dev/sda1") +
-        line(3, 2, "0:5", "/", "/p", "proc") + line(4, 1, "0:6", "/", "/q", "proc");
-    EXPECT_TRUE(isBarrier(barriersOf(started, "/"), {"p"}));
-    // In a changed root the mount of "/" is missing from the table.
-    EXPECT_TRUE(isBarrier(barriersOf(line(30, 20, "0:5", "/", "/p", "proc"), "/"), {"p"}));
+    const std::string nested =
+        table({root, "2 1 0:5 / /srv/a/b proc none", "3 1 0:6 / /srv2 proc none",
+               "4 1 0:7 / /srv tmpfs none", "5 4 0:8 / /srv/c sysfs none"});
+    const std::string remote =
+        table({root, "2 1 0:5 / /net nfs4 none", "3 2 0:6 / /net/home nfs4 none",
+               "4 2 0:7 / /net/proc proc none"});
+    const std::string again = table({root, "2 1 8:1 / /mnt/all ext4 /dev/sda1",
+                                     "3 1 8:1 /home/a /home/a/me ext4 /dev/sda1",
+                                     "4 1 8:1 /home /home/a/above ext4 /dev/sda1",
+                                     "5 1 8:1 /home/b /home/a/other ext4 /dev/sda1",
+                                     "6 1 8:1 /home/a/in /home/a/self ext4 /dev/sda1",
+                                     "7 1 8:2 / /home/a/disk ext4 /dev/sdb1"});
+    // The mounts, the scan's root, and places below it, of which those with a "!" are no
+    // barriers.
+    const std::array<std::string, 3> rows[] = {
+        {"", "/", "!a"},
+        {table({root}), "/", "!a"},
+        // What is mounted on /srv hides what is in it.
+        {nested, "/srv", "c !a/b !srv2"},
+        {nested, "/sr", "!v !v/c"},
+        {nested, "/srv/c", "!c"},
+        {nested, "/", "srv/c srv2 !srv !srv/a !srv/a/b !home"},
+        {table({root, "2 1 0:5 / /m autofs none", "3 2 8:2 / /m ext4 /dev/sdb1"}), "/", "!m"},
+        {table({root, "3 1 8:2 / /m ext4 /dev/sdb1", "2 3 0:5 / /m proc none"}), "/", "m"},
+        // The first mount of all covered, as start-up leaves it.
+        {table({"1 1 0:2 / / rootfs none", "2 1 8:1 / / ext4 /dev/sda1", "3 2 0:5 / /p proc none",
+                "4 1 0:6 / /q proc none"}),
+         "/", "p"},
+        // In a changed root the mount of "/" is missing from the table.
+        {table({"30 20 0:5 / /p proc none"}), "/", "p"},
+        {remote, "/", "net"},
+        {remote, "/net", "proc !home"},
+        {again, "/", "mnt/all home/a/me home/a/above home/a/other home/a/self !home/a/disk"},
+        {again, "/home/a", "self above !other"},
+        {again, "/mnt", "all"},
+        // Seen through a mount that itself shows only a part of its file system.
+        {table({"1 0 0:30 /@ / btrfs /dev/sda2", "2 1 0:30 /@home /home btrfs /dev/sda2",
+                "3 2 0:30 /@home/a /home/a/again btrfs /dev/sda2",
+                "4 2 0:30 /@ /home/system btrfs /dev/sda2",
+                "5 2 0:30 /@old /home/old btrfs /dev/sda2"}),
+         "/", "home/a/again home/system !home/old !home"},
+    };
+    for (const auto& [mounts, scanned, places] : rows) {
+        SCOPED_TRACE(mounts + scanned);
+        const MountBarriers found(MountTable(mounts), scanned);
+        std::istringstream words(places);
+        bool hasAny = false;
+        for (std::string place; words >> place;) {
+            const bool expected = place[0] != '!';
+            EXPECT_EQ(isBarrier(found, place.substr(expected ? 0 : 1)), expected) << place;
+            hasAny = hasAny || expected;
+        }
+        EXPECT_EQ(found.root() != nullptr, hasAny);
+    }
 }
 
 TEST(MountBarriers, UnionsOfWhatTheScanMeets)
 {
-    const auto isUnionCut = [](const std::string& options, std::string_view root = "/") {
-        const std::string table = rootLine + "2 1 0:50 / /a/m rw - overlay none " + options + '\n' +
-                                  line(3, 1, "0:60", "/", "/net", "nfs4") +
-                                  line(4, 1, "0:61", "/", "/v", "tmpfs");
-        return isBarrier(barriersOf(table, root),
-                         root == "/" ? std::initializer_list<std::string_view>{"a", "m"}
-                                     : std::initializer_list<std::string_view>{"m"});
+    const auto isUnionCut = [](const std::string& options, std::string_view scanned = "/") {
+        const std::string mounts =
+            table({root, "3 1 0:60 / /net nfs4 none", "4 1 0:61 / /v tmpfs none"}) +
+            "2 1 0:50 / /a/m rw - overlay none " + options + '\n';
+        return isBarrier({MountTable(mounts), scanned}, scanned == "/" ? "a/m" : "m");
     };
     for (const char* seen :
          {"lowerdir=/a/x", "lowerdir=/l:/v/k,upperdir=/u", "lowerdir+=/l,lowerdir+=/v",
@@ -126,52 +140,6 @@ TEST(MountBarriers, UnionsOfWhatTheScanMeets)
         EXPECT_FALSE(isUnionCut(unseen)) << unseen;
     EXPECT_TRUE(isUnionCut("lowerdir=/a/x", "/a"));
     EXPECT_FALSE(isUnionCut("lowerdir=/l", "/a"));
-}
-
-TEST(MountBarriers, RemoteOnesAreEnteredBelowOneOfTheirKind)
-{
-    const std::string table = rootLine + line(2, 1, "0:5", "/", "/net", "nfs4") +
-                              line(3, 2, "0:6", "/", "/net/home", "nfs4") +
-                              line(4, 2, "0:7", "/", "/net/proc", "proc");
-    EXPECT_TRUE(isBarrier(barriersOf(table, "/"), {"net"}));
-    const MountBarriers share = barriersOf(table, "/net");
-    EXPECT_FALSE(isBarrier(share, {"home"}));
-    EXPECT_TRUE(isBarrier(share, {"proc"}));
-}
-
-TEST(MountBarriers, WhatIsShownAgainIsCut)
-{
-    const std::string table = rootLine + line(2, 1, "8:1", "/", "/mnt/all", "ext4", "/dev/sda1") +
-                              line(3, 1, "8:1", "/home/a", "/home/a/me", "ext4", "/dev/sda1") +
-                              line(4, 1, "8:1", "/home", "/home/a/above", "ext4", "/dev/sda1") +
-                              line(5, 1, "8:1", "/home/b", "/home/a/other", "ext4", "/dev/sda1") +
-                              line(6, 1, "8:1", "/home/a/in", "/home/a/self", "ext4", "/dev/sda1") +
-                              line(7, 1, "8:2", "/", "/home/a/disk", "ext4", "/dev/sdb1");
-    const MountBarriers barriers = barriersOf(table, "/");
-    EXPECT_TRUE(isBarrier(barriers, {"mnt", "all"}));
-    EXPECT_TRUE(isBarrier(barriers, {"home", "a", "me"}));
-    EXPECT_TRUE(isBarrier(barriers, {"home", "a", "above"}));
-    EXPECT_TRUE(isBarrier(barriers, {"home", "a", "other"}));
-    EXPECT_TRUE(isBarrier(barriers, {"home", "a", "self"}));
-    EXPECT_FALSE(isBarrier(barriers, {"home", "a", "disk"}));
-    EXPECT_FALSE(isBarrier(barriersOf(table, "/home/a"), {"other"})) << "out of sight";
-    EXPECT_TRUE(isBarrier(barriersOf(table, "/home/a"), {"self"}));
-    // Also when the folder lies above the scan's root.
-    EXPECT_TRUE(isBarrier(barriersOf(table, "/mnt"), {"all"}));
-    EXPECT_TRUE(isBarrier(barriersOf(table, "/home/a"), {"above"}));
-
-    // Seen through a mount that itself shows only a part of its file system.
-    const std::string parts =
-        line(1, 0, "0:30", "/@", "/", "btrfs", "/dev/sda2") +
-        line(2, 1, "0:30", "/@home", "/home", "btrfs", "/dev/sda2") +
-        line(3, 2, "0:30", "/@home/a", "/home/a/again", "btrfs", "/dev/sda2") +
-        line(4, 2, "0:30", "/@", "/home/system", "btrfs", "/dev/sda2") +
-        line(5, 2, "0:30", "/@old", "/home/old", "btrfs", "/dev/sda2");
-    const MountBarriers subvolumes = barriersOf(parts, "/");
-    EXPECT_TRUE(isBarrier(subvolumes, {"home", "a", "again"}));
-    EXPECT_TRUE(isBarrier(subvolumes, {"home", "system"}));
-    EXPECT_FALSE(isBarrier(subvolumes, {"home", "old"}));
-    EXPECT_FALSE(isBarrier(subvolumes, {"home"}));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <sstream>
 #include <string>
 #include <thread>
 
@@ -38,22 +39,20 @@ private:
 
 TEST(ProtectedPlaces, TheFoldersThatTheSystemIsMadeOf)
 {
-    for (const char* path : {"/boot",    "/boot/vmlinuz", "/dev",
-                             "/etc",     "/etc/passwd",   "/etc/ssl/certs",
-                             "/home",    "/lib",          "/lib/modules",
-                             "/lib32/x", "/lib64",        "/lib64/ld-linux.so",
-                             "/libx32",  "/media",        "/mnt",
-                             "/nix",     "/proc",         "/proc/1/fd",
-                             "/root",    "/run",          "/snap",
-                             "/srv",     "/sys",          "/sys/class",
-                             "/tmp",     "/var"})
-        EXPECT_TRUE(isProtectedPlace(path, "/home/ann")) << path;
-    for (const char* path :
-         {"/home/someone/x", "/home/bob", "/homes",   "/etcetera/x",     "/bootleg",
-          "/library",        "/lib128",   "/libs/x",  "/media/disk",     "/mnt/data",
-          "/root/x",         "/run/x",    "/srv/www", "/tmp/x",          "/var/cache/x",
-          "/var/lib",        "/systems",  "/dev/x",   "/Volumes/Backup", "/ETC/x"})
-        EXPECT_FALSE(isProtectedPlace(path, "/home/ann")) << path;
+    const char* const isProtected =
+        "/boot /boot/vmlinuz /dev /etc /etc/passwd /etc/ssl/certs /home "
+        "/lib /lib/modules /lib32/x /lib64 /lib64/ld-linux.so /libx32 "
+        "/media /mnt /nix /proc /proc/1/fd /root /run /snap /srv /sys "
+        "/sys/class /tmp /var";
+    const char* const isOthers = "/home/someone/x /home/bob /homes /etcetera/x /bootleg /library "
+                                 "/lib128 /libs/x /media/disk /mnt/data /root/x /run/x /srv/www "
+                                 "/tmp/x /var/cache/x /var/lib /systems /dev/x /Volumes/Backup "
+                                 "/ETC/x";
+    for (const auto& [paths, expected] : {std::pair(isProtected, true), {isOthers, false}}) {
+        std::istringstream words(paths);
+        for (std::string path; words >> path;)
+            EXPECT_EQ(isProtectedPlace(path, "/home/ann"), expected) << path;
+    }
 }
 
 TEST(ProtectedPlaces, TheHomeFolderAndThoseAboveIt)
@@ -73,12 +72,10 @@ TEST(ProtectedPlaces, TheHomeIsWhereItsLinksLead)
     tree.link("home", tree.at("disk"));
     const Home home(tree.at("home/ann"));
 
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("home/ann"))));
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk/ann"))));
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk"))));
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(tree.url()));
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk/ann/papers"))));
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk/ann/missing"))));
+    for (const char* path : {"home/ann", "disk/ann", "disk", ""})
+        EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at(path)))) << path;
+    for (const char* path : {"disk/ann/papers", "disk/ann/missing"})
+        EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at(path)))) << path;
 
     // A home that is not absolute depends on where the program started: none.
     const Home relative("disk");
@@ -114,11 +111,7 @@ TEST(ProtectedPlaces, AVolumeBeyondTheLongestPath)
     const TemporaryTree tree(TemporaryTree::Storage::memory);
     if (!tree.isInMemory())
         GTEST_SKIP() << "needs the right to mount";
-    const std::string name(200, 'd');
-    tree.chain("", name, 25, 0);
-    std::string path = tree.path();
-    for (int level = 0; level < 25; ++level)
-        path += '/' + name;
+    const std::string path = tree.chain("", std::string(200, 'd'), 25);
     // Where such a path ends can only be mounted on from close by.
     const std::string half = path.substr(0, tree.path().size() + std::size_t{12} * (200 + 1));
     ASSERT_EQ(::chdir(half.c_str()), 0);

@@ -1,27 +1,21 @@
 #include "BrisalonCore/SnapshotParser.h"
 
+#include "Snapshots.h"
 #include "base/Utf8.h"
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 using namespace brisalon;
+using tests::Tokens;
 
 namespace {
 
 using Snapshots = std::vector<LocalSnapshot>;
 
-std::vector<std::string> tokens(std::string_view output)
+Tokens tokens(std::string_view output)
 {
-    std::vector<std::string> result;
-    for (const LocalSnapshot& snapshot : SnapshotParser::parse(output))
-        result.push_back(snapshot.dateToken);
-    return result;
+    return tests::tokens(SnapshotParser::parse(output));
 }
-
-using Tokens = std::vector<std::string>;
 
 TEST(SnapshotParser, OneSnapshotForEachLineWithAToken)
 {
@@ -35,19 +29,21 @@ TEST(SnapshotParser, OneSnapshotForEachLineWithAToken)
                   {"2023-12-31-000000", "com.apple.TimeMachine.2023-12-31-000000.local"},
                   {"2024-01-15-123456", "com.apple.TimeMachine.2024-01-15-123456.local"},
               }));
-    EXPECT_EQ(SnapshotParser::parse(""), Snapshots());
-    EXPECT_EQ(SnapshotParser::parse("\n \r\n\t"), Snapshots());
 }
 
 TEST(SnapshotParser, TheFirstTokenAnywhereInALine)
 {
-    EXPECT_EQ(tokens("2024-01-15-123456 2024-01-16-123456"), Tokens{"2024-01-15-123456"});
-    EXPECT_EQ(tokens("992024-01-15-1234567"), Tokens{"2024-01-15-123456"});
-    EXPECT_EQ(tokens("0000-99-99-999999"), Tokens{"0000-99-99-999999"});
-    EXPECT_EQ(tokens("2024-01-2024-01-15-123456"), Tokens{"2024-01-15-123456"});
+    for (const auto& [line, token] :
+         {std::pair("2024-01-15-123456 2024-01-16-123456", "2024-01-15-123456"),
+          {"992024-01-15-1234567", "2024-01-15-123456"},
+          {"0000-99-99-999999", "0000-99-99-999999"},
+          {"2024-01-2024-01-15-123456", "2024-01-15-123456"},
+          {"\xFF\xC3 2024-01-15-123456\xE2\x80", "2024-01-15-123456"}})
+        EXPECT_EQ(tokens(line), Tokens{token});
     for (const char* line :
-         {"2024-01-15-12345", "2024.01.15.123456", "2024-1-15-123456", "024-01-15-123456",
-          "2024-01-15 123456", "2024\u201001-15-123456", "2024-01-15-12345x", "2024-01-15-1234"})
+         {"", "\n \r\n\t", "2024-01-15-12345", "2024.01.15.123456", "2024-1-15-123456",
+          "024-01-15-123456", "2024-01-15 123456", "2024\u201001-15-123456", "2024-01-15-12345x",
+          "2024-01-15-\n123456", "202\xC0\xB4-01-15-123456"})
         EXPECT_EQ(tokens(line), Tokens()) << line;
 }
 
@@ -66,8 +62,6 @@ TEST(SnapshotParser, LineBreaksAndTheWhiteSpaceAroundLines)
     for (const char* other : {"\x1C", "\x1F", "\u200B", "\uFEFF", "\u180E"})
         EXPECT_EQ(SnapshotParser::parse(other + token + other),
                   (Snapshots{{token, other + token + other}}));
-    // A break within a token.
-    EXPECT_EQ(tokens("2024-01-15-\n123456"), Tokens());
     EXPECT_EQ(tokens(std::string("\0 2024-01-15-123456\0", 20)), Tokens{token});
 }
 
@@ -84,12 +78,6 @@ TEST(SnapshotParser, DigitsOfAnyScript)
         EXPECT_EQ(tokens(std::string("202") + other + "-01-15-123456"), Tokens()) << other;
 }
 
-TEST(SnapshotParser, BytesThatAreNotUtf8MatchNothing)
-{
-    EXPECT_EQ(tokens("\xFF\xC3 2024-01-15-123456\xE2\x80"), Tokens{"2024-01-15-123456"});
-    EXPECT_EQ(tokens("202\xC0\xB4-01-15-123456"), Tokens());
-}
-
 TEST(Utf8, IsStrict)
 {
     for (const char* text : {"", "a", "\x7F", "\u0080", "\u07FF", "\u0800", "\uD7FF", "\uE000",
@@ -104,9 +92,8 @@ TEST(Utf8, IsStrict)
 
 TEST(LocalSnapshot, FormattedDate)
 {
-    EXPECT_EQ(LocalSnapshot::formattedDate("2024-01-15-123456"), "2024-01-15 · 12:34");
-    EXPECT_EQ(LocalSnapshot::formattedDate("2024--01-15-123456"), "2024-01-15 · 12:34");
-    EXPECT_EQ(LocalSnapshot::formattedDate("-2024-01-15-123456-"), "2024-01-15 · 12:34");
+    for (const char* token : {"2024-01-15-123456", "2024--01-15-123456", "-2024-01-15-123456-"})
+        EXPECT_EQ(LocalSnapshot::formattedDate(token), "2024-01-15 · 12:34");
     EXPECT_EQ(LocalSnapshot::formattedDate("a-b-c-uvwxyz-rest"), "a-b-c · uv:wx");
     EXPECT_EQ(LocalSnapshot::formattedDate("٢٠٢٤-٠١-١٥-١٢٣٤٥٦"), "٢٠٢٤-٠١-١٥ · ١٢:٣٤");
     for (const char* token : {"2024-01-15", "2024-01-15-", "2024-01-15-1234", "2024-01-15-1234567",

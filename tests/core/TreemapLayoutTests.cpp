@@ -50,45 +50,30 @@ std::vector<Rect> rectsOf(const std::vector<TreemapRect>& rects)
     return result;
 }
 
-void expectLayout(const std::vector<std::int64_t>& sizes, double width, double height,
-                  const std::vector<Rect>& expected)
-{
-    const auto rects = TreemapLayout::layout(nodesOf(sizes), width, height);
-    ASSERT_EQ(rects.size(), expected.size());
-    for (std::size_t i = 0; i < rects.size(); ++i) {
-        EXPECT_NEAR(rects[i].x, expected[i].x, 0.005) << i;
-        EXPECT_NEAR(rects[i].y, expected[i].y, 0.005) << i;
-        EXPECT_NEAR(rects[i].width, expected[i].width, 0.005) << i;
-        EXPECT_NEAR(rects[i].height, expected[i].height, 0.005) << i;
-    }
-}
-
-TEST(TreemapLayout, NothingToShow)
-{
-    const auto nodes = nodesOf({3, 1});
-    EXPECT_TRUE(TreemapLayout::layout({}, 100, 100).empty());
-    EXPECT_TRUE(TreemapLayout::layout(nodes, 0, 100).empty());
-    EXPECT_TRUE(TreemapLayout::layout(nodes, 100, -1).empty());
-    EXPECT_TRUE(TreemapLayout::layout(nodes, std::nan(""), 100).empty());
-    EXPECT_TRUE(TreemapLayout::layout(nodesOf({0, -5, 0}), 100, 100).empty());
-}
-
 TEST(TreemapLayout, Samples)
 {
-    expectLayout({7}, 300, 200, {{0, 0, 300, 200}});
-    expectLayout({3, 1}, 400, 100, {{0, 0, 300, 100}, {300, 0, 100, 100}});
-    expectLayout({6, 6, 4, 3, 2, 2, 1}, 600, 400,
-                 {{0, 0, 300, 200},
-                  {0, 200, 300, 200},
-                  {300, 0, 171.43, 233.33},
-                  {471.43, 0, 128.57, 233.33},
-                  {300, 233.33, 120, 166.67},
-                  {420, 233.33, 120, 166.67},
-                  {540, 233.33, 60, 166.67}});
-    // An item that leaves the worst ratio as it is joins the row.
-    expectLayout({1, 1}, 100, 100, {{0, 0, 100, 50}, {0, 50, 100, 50}});
-    // A square is filled from the left.
-    expectLayout({2, 1, 1}, 100, 100, {{0, 0, 50, 100}, {50, 0, 50, 50}, {50, 50, 50, 50}});
+    using Sizes = std::vector<std::int64_t>;
+    struct Row {
+        Sizes sizes;
+        double width, height;
+        std::vector<Rect> expected;
+    };
+    for (const auto& [sizes, width, height, expected] :
+         {Row{{7}, 300, 200, {{0, 0, 300, 200}}},
+          {{3, 1}, 400, 100, {{0, 0, 300, 100}, {300, 0, 100, 100}}},
+          // An item that leaves the worst ratio as it is joins the row.
+          {{1, 1}, 100, 100, {{0, 0, 100, 50}, {0, 50, 100, 50}}},
+          // A square is filled from the left.
+          {{2, 1, 1}, 100, 100, {{0, 0, 50, 100}, {50, 0, 50, 50}, {50, 50, 50, 50}}},
+          // Beside so large a size the small ones vanish in the sum.
+          {{INT64_MAX, 1, 1}, 400, 100, {{0, 0, 400, 100}}},
+          {{0, -5, 0}, 100, 100, {}},
+          {{}, 100, 100, {}},
+          {{3, 1}, 0, 100, {}},
+          {{3, 1}, 100, -1, {}},
+          {{3, 1}, std::nan(""), 100, {}}})
+        EXPECT_EQ(rectsOf(TreemapLayout::layout(nodesOf(sizes), width, height)), expected)
+            << testing::PrintToString(sizes);
 }
 
 TEST(TreemapLayout, RectanglesOutliveTheirNodes)
@@ -126,23 +111,15 @@ TEST(TreemapLayout, SameDoublesAsMeasuringEveryRowAnew)
     }
 }
 
-TEST(TreemapLayout, StopsWhenTheAreaIsUsedUp)
-{
-    // Beside so large a size the small ones vanish in the sum.
-    EXPECT_EQ(rectsOf(TreemapLayout::layout(nodesOf({INT64_MAX, 1, 1}), 400, 100)),
-              (std::vector<Rect>{{0, 0, 400, 100}}));
-}
-
 TEST(TreemapLayout, SharedEdgesBelongToTheRightAndLowerNeighbour)
 {
     const auto rects = TreemapLayout::layout(nodesOf({3, 1}), 400, 100);
     EXPECT_EQ(TreemapLayout::hitTest(300, 50, rects), &rects[1]);
     EXPECT_EQ(TreemapLayout::hitTest(299.9, 50, rects), &rects[0]);
     EXPECT_EQ(TreemapLayout::hitTest(0, 0, rects), &rects[0]);
-    EXPECT_EQ(TreemapLayout::hitTest(400, 50, rects), nullptr);
-    EXPECT_EQ(TreemapLayout::hitTest(50, 100, rects), nullptr);
-    EXPECT_EQ(TreemapLayout::hitTest(-0.1, 50, rects), nullptr);
-    EXPECT_EQ(TreemapLayout::hitTest(std::nan(""), 50, rects), nullptr);
+    for (const auto& [x, y] :
+         {std::pair(400.0, 50.0), {50, 100}, {-0.1, 50}, {50, -0.1}, {std::nan(""), 50}})
+        EXPECT_EQ(TreemapLayout::hitTest(x, y, rects), nullptr) << x << ' ' << y;
     EXPECT_EQ(TreemapLayout::hitTest(50, 50, {}), nullptr);
 }
 

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <limits>
 
 #include <sys/statvfs.h>
@@ -22,29 +20,30 @@ constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
 
 TEST(VolumeStats, UsedPartAndFraction)
 {
-    EXPECT_EQ((VolumeStats{500, 200}.used()), 300);
-    EXPECT_DOUBLE_EQ((VolumeStats{500, 200}.usedFraction()), 0.6);
-    EXPECT_EQ((VolumeStats{0, 0}.usedFraction()), 0);
-    EXPECT_EQ((VolumeStats{-1, -9}.usedFraction()), 0);
-    EXPECT_EQ((VolumeStats{100, 300}.used()), 0);
-    EXPECT_EQ((VolumeStats{100, 300}.usedFraction()), 0);
-    EXPECT_EQ((VolumeStats{100, -50}.usedFraction()), 1);
-    EXPECT_EQ((VolumeStats{most, least}.used()), most);
-    EXPECT_EQ((VolumeStats{least, most}.used()), 0);
+    struct Row {
+        VolumeStats stats;
+        std::int64_t used;
+        double fraction;
+    };
+    for (const auto& [stats, used, fraction] : {Row{{500, 200}, 300, 0.6},
+                                                {{0, 0}, 0, 0},
+                                                {{-1, -9}, 8, 0},
+                                                {{100, 300}, 0, 0},
+                                                {{100, -50}, 150, 1},
+                                                {{most, least}, most, 1},
+                                                {{least, most}, 0, 0}}) {
+        EXPECT_EQ(stats.used(), used) << stats.total << ' ' << stats.free;
+        EXPECT_DOUBLE_EQ(stats.usedFraction(), fraction) << stats.total << ' ' << stats.free;
+    }
 }
 
 TEST(VolumeStats, PrefersTheFigureForImportantUsage)
 {
-    using C = VolumeStats::Capacities;
-    const auto free = [](C capacities) { return VolumeStats::from(capacities)->free; };
-    EXPECT_EQ(free({100, 0, 7}), 7);
-    EXPECT_EQ(free({100, 5, 7}), 5);
-    EXPECT_EQ(free({100, -5, 7}), 7);
-    EXPECT_EQ(free({100, {}, 7}), 7);
-    EXPECT_EQ(free({100, {}, -7}), -7);
-    EXPECT_EQ(free({100, 5, {}}), 5);
-    EXPECT_EQ(free({100, -5, {}}), 0);
-    EXPECT_EQ(free({100, {}, {}}), 0);
+    const std::pair<VolumeStats::Capacities, std::int64_t> rows[] = {
+        {{100, 0, 7}, 7},    {{100, 5, 7}, 5},  {{100, -5, 7}, 7},  {{100, {}, 7}, 7},
+        {{100, {}, -7}, -7}, {{100, 5, {}}, 5}, {{100, -5, {}}, 0}, {{100, {}, {}}, 0}};
+    for (const auto& [capacities, free] : rows)
+        EXPECT_EQ(VolumeStats::from(capacities)->free, free);
     EXPECT_EQ(VolumeStats::from({{}, 5, 7}), std::nullopt);
 }
 
@@ -52,11 +51,7 @@ TEST(VolumeStats, ReadsTheVolumeOfAnyItem)
 {
     const TemporaryTree tree;
     tree.file("file", 1);
-    tree.chain("", std::string(250, 'n'), 20, 0);
-    std::string longPath = tree.path();
-    for (int i = 0; i < 20; ++i)
-        longPath += '/' + std::string(250, 'n');
-
+    const std::string longPath = tree.chain("", std::string(250, 'n'), 20);
     struct statvfs status;
     ASSERT_EQ(::statvfs(tree.path().c_str(), &status), 0);
     const auto total = static_cast<std::int64_t>(status.f_blocks * status.f_frsize);
@@ -74,83 +69,61 @@ TEST(VolumeStats, ReadsTheVolumeOfAnyItem)
     EXPECT_EQ(VolumeStats::read(FileURL()), std::nullopt);
 }
 
-/// A made-up copy of the system's folder of block devices.
-class RotatingDiskTest : public testing::Test {
-protected:
-    void disk(const std::string& folder, const char* rotational, const char* model = "WDC WD10")
-    {
-        tree_.folder(folder + "/queue");
-        tree_.folder(folder + "/device");
-        write(folder + "/queue/rotational", rotational);
-        write(folder + "/device/model", model);
-    }
-    void write(const std::string& file, const char* text)
-    {
-        std::ofstream(tree_.at(file)) << text << '\n';
-    }
-    void number(const char* number, const std::string& folder)
-    {
-        tree_.link(std::string("block/") + number, "../" + folder);
-    }
-    bool isRotating(unsigned major, unsigned minor)
-    {
-        return host::isRotatingDisk(major, minor, tree_.at("block"));
-    }
-
-    TemporaryTree tree_;
-};
-
-TEST_F(RotatingDiskTest, DisksAndTheirPartitions)
+TEST(RotatingDisk, PartitionsAndMappedDevicesAreJudgedByWhatTheyArePartsOf)
 {
-    disk("devices/pci/ata1/block/sda", "1");
-    disk("devices/pci/ata2/block/sdb", "0");
-    tree_.folder("devices/pci/ata1/block/sda/sda2");
-    write("devices/pci/ata1/block/sda/sda2/partition", "2");
-    number("8:0", "devices/pci/ata1/block/sda");
-    number("8:2", "devices/pci/ata1/block/sda/sda2");
-    number("8:16", "devices/pci/ata2/block/sdb");
-    EXPECT_TRUE(isRotating(8, 0));
-    EXPECT_TRUE(isRotating(8, 2));
-    EXPECT_FALSE(isRotating(8, 16));
-    EXPECT_FALSE(isRotating(0, 35)) << "no block device";
-}
-
-TEST_F(RotatingDiskTest, MappedDevicesAreJudgedByTheirParts)
-{
-    disk("devices/pci/ata1/block/sda", "1");
-    disk("devices/pci/ata2/block/sdb", "0");
-    disk("devices/virtual/block/dm-0", "1");
-    disk("devices/virtual/block/dm-1", "0");
-    disk("devices/virtual/block/dm-2", "1");
-    for (const char* mapped : {"dm-0", "dm-1"})
-        tree_.folder(std::string("devices/virtual/block/") + mapped + "/slaves");
-    tree_.link("devices/virtual/block/dm-0/slaves/sdb", "../../../../pci/ata2/block/sdb");
-    tree_.link("devices/virtual/block/dm-1/slaves/sdb", "../../../../pci/ata2/block/sdb");
-    tree_.link("devices/virtual/block/dm-1/slaves/sda", "../../../../pci/ata1/block/sda");
-    tree_.folder("devices/virtual/block/dm-2/slaves");
-    tree_.link("devices/virtual/block/dm-2/slaves/dm-2", "../../dm-2");
-    for (const char* minor : {"0", "1", "2"})
-        number((std::string("253:") + minor).c_str(),
-               std::string("devices/virtual/block/dm-") + minor);
-    EXPECT_FALSE(isRotating(253, 0));
-    EXPECT_TRUE(isRotating(253, 1));
-    EXPECT_FALSE(isRotating(253, 2)) << "made of itself";
-}
-
-TEST_F(RotatingDiskTest, VirtualDisksNeverCount)
-{
-    disk("devices/pci/virtio0/block/vda", "1", "");
-    disk("devices/pci/ata1/block/sda", "1", "QEMU HARDDISK");
-    disk("devices/pci/ata2/block/sdb", "1", "VBOX HARDDISK");
-    disk("devices/virtual/block/loop0", "1", "");
-    number("254:0", "devices/pci/virtio0/block/vda");
-    number("8:0", "devices/pci/ata1/block/sda");
-    number("8:16", "devices/pci/ata2/block/sdb");
-    number("7:0", "devices/virtual/block/loop0");
-    EXPECT_FALSE(isRotating(254, 0));
-    EXPECT_FALSE(isRotating(8, 0));
-    EXPECT_FALSE(isRotating(8, 16));
-    EXPECT_FALSE(isRotating(7, 0));
+    // A made-up copy of the system's folders of block devices.
+    const TemporaryTree tree;
+    const struct {
+        const char* number;
+        const char* folder;
+        const char* rotational; ///< null for a partition
+        const char* model;
+    } devices[] = {
+        {"8:0", "pci/ata1/block/sda", "1", "WDC WD10"},
+        {"8:2", "pci/ata1/block/sda/sda2", nullptr, ""},
+        {"8:16", "pci/ata2/block/sdb", "0", "WDC WD10"},
+        {"8:32", "pci/ata3/block/sdc", "1", "QEMU HARDDISK"},
+        {"8:48", "pci/ata4/block/sdd", "1", "VBOX HARDDISK"},
+        {"254:0", "pci/virtio0/block/vda", "1", ""},
+        {"7:0", "virtual/block/loop0", "1", ""},
+        {"253:0", "virtual/block/dm-0", "1", ""},
+        {"253:1", "virtual/block/dm-1", "0", ""},
+        {"253:2", "virtual/block/dm-2", "1", ""},
+    };
+    for (const auto& [number, folder, rotational, model] : devices) {
+        const std::string device = std::string("devices/") + folder;
+        tree.link(std::string("block/") + number, "../" + device);
+        tree.write(device + (rotational ? "/queue/rotational" : "/partition"),
+                   std::string(rotational ? rotational : "2") + '\n');
+        if (rotational)
+            tree.write(device + "/device/model", model + std::string("\n"));
+    }
+    const auto madeOf = [&](const char* mapped, const char* part) {
+        tree.link(std::string("devices/virtual/block/") + mapped + "/slaves/" +
+                      std::string(part).substr(std::string(part).rfind('/') + 1),
+                  std::string("../../../../") + part);
+    };
+    madeOf("dm-0", "pci/ata2/block/sdb");
+    madeOf("dm-1", "pci/ata2/block/sdb");
+    madeOf("dm-1", "pci/ata1/block/sda");
+    madeOf("dm-2", "virtual/block/dm-2"); // of itself
+    struct Row {
+        unsigned major, minor;
+        bool isRotating;
+    };
+    for (const Row& row : {Row{8, 0, true},
+                           {8, 2, true},
+                           {8, 16, false},
+                           {8, 32, false},
+                           {8, 48, false},
+                           {254, 0, false},
+                           {7, 0, false},
+                           {253, 0, false},
+                           {253, 1, true},
+                           {253, 2, false},
+                           {0, 35, false}})
+        EXPECT_EQ(host::isRotatingDisk(row.major, row.minor, tree.at("block")), row.isRotating)
+            << row.major << ':' << row.minor;
 }
 
 } // namespace

@@ -1,29 +1,18 @@
 #include "support/ReferenceTree.h"
 
+#include "BrisalonCore/DiskScanner.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 #include "host/Package.h"
+#include "support/Files.h"
 
 #include <algorithm>
 #include <vector>
 
-#include <dirent.h>
 #include <sys/stat.h>
 
 namespace brisalon::tests {
 
 namespace {
-
-std::vector<std::string> namesIn(const std::string& folder)
-{
-    std::vector<std::string> names;
-    if (DIR* entries = ::opendir(folder.c_str())) {
-        while (const dirent* entry = ::readdir(entries))
-            if (const std::string name = entry->d_name; name != "." && name != "..")
-                names.push_back(name);
-        ::closedir(entries);
-    }
-    return names;
-}
 
 struct stat statusOf(const std::string& path)
 {
@@ -43,6 +32,11 @@ std::int64_t wholeSize(const std::string& path)
 }
 
 } // namespace
+
+FileNode scanned(const FileURL& root, std::int64_t smallFileThreshold)
+{
+    return std::get<FileNode>(DiskScanner{smallFileThreshold, 0}.scan(root, [](const auto&) {}));
+}
 
 FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshold)
 {

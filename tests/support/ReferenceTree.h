@@ -7,6 +7,9 @@
 
 namespace brisalon::tests {
 
+/// The tree of a scan of the folder, which is there; without reports.
+FileNode scanned(const FileURL& root, std::int64_t smallFileThreshold = 0);
+
 /// What a scan of the folder must yield, worked out in the plainest way: by
 /// recursion, whole paths and a status request for everything. Only for trees
 /// of moderate depth.

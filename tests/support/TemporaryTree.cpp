@@ -1,5 +1,7 @@
 #include "support/TemporaryTree.h"
 
+#include "support/Files.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -116,6 +118,12 @@ void TemporaryTree::file(std::string_view relative, std::int64_t bytes) const
     ::close(handle);
 }
 
+void TemporaryTree::write(std::string_view relative, const std::string& text) const
+{
+    file(relative);
+    writeText(at(relative), text);
+}
+
 void TemporaryTree::link(std::string_view relative, const std::string& target) const
 {
     const std::string path = at(relative);
@@ -123,10 +131,12 @@ void TemporaryTree::link(std::string_view relative, const std::string& target) c
     require(::symlink(target.c_str(), path.c_str()) == 0, "symlink");
 }
 
-void TemporaryTree::chain(std::string_view top, const std::string& name, int levels,
-                          int siblingEvery) const
+std::string TemporaryTree::chain(std::string_view top, const std::string& name, int levels,
+                                 int siblingEvery) const
 {
-    int folder = ::open(at(top).c_str(), O_RDONLY | O_DIRECTORY);
+    std::string path = at(top);
+    std::filesystem::create_directories(path);
+    int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY);
     require(folder >= 0, "open");
     for (int level = 0; level < levels; ++level) {
         if (siblingEvery > 0 && level % siblingEvery == 0)
@@ -136,8 +146,10 @@ void TemporaryTree::chain(std::string_view top, const std::string& name, int lev
         require(next >= 0, "openat");
         ::close(folder);
         folder = next;
+        path.append("/").append(name);
     }
     ::close(folder);
+    return path;
 }
 
 void TemporaryTree::fillAtRandom(unsigned seed, int items, const std::string& top) const

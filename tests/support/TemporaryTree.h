@@ -39,12 +39,14 @@ public:
     void folder(std::string_view relative) const;
     /// A file that occupies at least `bytes` on disk.
     void file(std::string_view relative, std::int64_t bytes = 0) const;
+    void write(std::string_view relative, const std::string& text) const;
     void link(std::string_view relative, const std::string& target) const;
 
-    /// `levels` folders of the given name, one inside the other, below the
-    /// folder `top`, which exists; in every `siblingEvery`-th also an empty folder
-    /// "sibling" (0: in none). Of any depth.
-    void chain(std::string_view top, const std::string& name, int levels, int siblingEvery) const;
+    /// `levels` folders of the given name, one inside the other, below the folder
+    /// `top`; in every `siblingEvery`-th also an empty folder "sibling" (0: in none).
+    /// Of any depth; returns the path of the deepest.
+    std::string chain(std::string_view top, const std::string& name, int levels,
+                      int siblingEvery = 0) const;
 
     /// Items of every kind with names of every kind, so many, below the folder `top`.
     void fillAtRandom(unsigned seed, int items, const std::string& top = "") const;
