@@ -255,7 +255,7 @@ TEST_P(MountMatrixTest, TotalProtectionAndTrash)
                                                                      : "an ext4 image";
             return;
         }
-        ASSERT_EQ(status, 0) << readText(tree.at("errors"));
+        ASSERT_EQ(status, 0) << contents(tree.at("errors"));
         const std::string home = std::getenv("HOME");
         ::setenv("HOME", tree.at("home/ann").c_str(), 1);
         check(row);

@@ -4,10 +4,6 @@
 
 #include <ctime>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-
-#include <sys/stat.h>
 
 namespace brisalon::tests {
 
@@ -44,7 +40,7 @@ std::optional<RestoreInfo> restoreInfo(const FileURL& trashed)
 {
     const std::string root = trashed.deletingLastPathComponent().deletingLastPathComponent().path();
     const std::string text =
-        readText(root + "/info/" + std::string(trashed.lastPathComponent()) + ".trashinfo");
+        contents(root + "/info/" + std::string(trashed.lastPathComponent()) + ".trashinfo");
     const std::string head = "[Trash Info]\nPath=";
     const std::string middle = "\nDeletionDate=";
     const auto pathEnd = text.find(middle);
@@ -64,37 +60,6 @@ bool isJustNow(const std::string& date)
     local.tm_isdst = -1;
     const double age = std::difftime(std::time(nullptr), std::mktime(&local));
     return end && *end == '\0' && date.size() == 19 && age >= 0 && age < 60;
-}
-
-std::vector<std::string> namesIn(const std::string& path)
-{
-    std::vector<std::string> names;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(path, error))
-        names.push_back(entry.path().filename().native());
-    return names;
-}
-
-std::uint64_t inodeOf(const std::string& path)
-{
-    struct stat status;
-    return ::lstat(path.c_str(), &status) == 0 ? status.st_ino : 0;
-}
-
-bool exists(const std::string& path)
-{
-    return inodeOf(path) != 0;
-}
-
-void writeText(const std::string& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-std::string readText(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void waitForTheNextBirth(const std::string& folder)

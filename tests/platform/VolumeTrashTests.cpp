@@ -2,8 +2,8 @@
 
 #include "BrisalonCore/Descriptor.h"
 
-#include "LoopVolume.h"
 #include "TrashProbe.h"
+#include "support/LoopVolume.h"
 #include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
@@ -234,7 +234,7 @@ TEST_F(VolumeTrashTest, OneOperationOverTwoFileSystems)
 
 TEST(LoopVolumeTrashTest, APowerFailureLeavesNothingWithoutItsOrigin)
 {
-    const LoopVolume disk;
+    const LoopVolume disk("ext4");
     if (!disk.isMounted())
         GTEST_SKIP() << "needs an ext4 image";
     const TemporaryTree home;
@@ -261,7 +261,7 @@ TEST(LoopVolumeTrashTest, APowerFailureLeavesNothingWithoutItsOrigin)
         for (const FileURL& url : urls) {
             const std::string name(url.lastPathComponent());
             EXPECT_FALSE(exists(found.at(name)));
-            EXPECT_EQ(readText(trash + "/files/" + name), "text");
+            EXPECT_EQ(contents(trash + "/files/" + name), "text");
             const auto info = restoreInfo(FileURL(trash + "/files/" + name));
             ASSERT_TRUE(info) << name;
             EXPECT_EQ(info->path, name);
@@ -271,7 +271,7 @@ TEST(LoopVolumeTrashTest, APowerFailureLeavesNothingWithoutItsOrigin)
 
 TEST(LoopVolumeTrashTest, ADiskAsUsersPlugIn)
 {
-    const LoopVolume disk;
+    const LoopVolume disk("ext4");
     if (!disk.isMounted())
         GTEST_SKIP() << "needs an ext4 image";
     const TemporaryTree home;
@@ -292,11 +292,11 @@ TEST(LoopVolumeTrashTest, ADiskAsUsersPlugIn)
     ASSERT_TRUE(std::holds_alternative<FileURL>(moved));
     EXPECT_EQ(std::get<FileURL>(moved).path(),
               disk.at(".Trash-" + std::to_string(::getuid()) + "/files/photos"));
-    EXPECT_EQ(readText(std::get<FileURL>(moved).path() + "/holiday/1.jpg"), "sea");
+    EXPECT_EQ(contents(std::get<FileURL>(moved).path() + "/holiday/1.jpg"), "sea");
     const auto left = trash.put(items[1]);
     ASSERT_TRUE(std::holds_alternative<TrashFailure>(left));
     EXPECT_EQ(std::get<TrashFailure>(left).reason, Reason::changed);
-    EXPECT_EQ(readText(disk.at("report")), "second");
+    EXPECT_EQ(contents(disk.at("report")), "second");
 }
 
 } // namespace
