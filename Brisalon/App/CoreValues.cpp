@@ -145,6 +145,11 @@ QString LargeFileEntryValue::folderName() const
     return displayText(entry_.url.deletingLastPathComponent().lastPathComponent());
 }
 
+QString LargeFileEntryValue::folderPath() const
+{
+    return displayPath(entry_.url.deletingLastPathComponent().path());
+}
+
 QString LargeFileEntryValue::path() const
 {
     return displayPath(entry_.url.path());

@@ -118,6 +118,7 @@ class LargeFileEntryValue {
 
     Q_PROPERTY(QString name READ name CONSTANT)
     Q_PROPERTY(QString folderName READ folderName CONSTANT)
+    Q_PROPERTY(QString folderPath READ folderPath CONSTANT)
     Q_PROPERTY(QString path READ path CONSTANT)
     Q_PROPERTY(brisalon::FileURL url READ url CONSTANT)
     Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
@@ -133,6 +134,7 @@ public:
     QString name() const;
     /// The name of the folder that holds the file.
     QString folderName() const;
+    QString folderPath() const;
     QString path() const;
     const FileURL& url() const { return entry_.url; }
     QString sizeText() const;

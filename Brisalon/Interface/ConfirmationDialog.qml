@@ -11,6 +11,8 @@ Sheet {
     required property string explanation
     required property string action
     required property string symbol
+    // What the question is about in detail, shown when the user asks for it.
+    property Component details: null
 
     // What was asked last: a dialog that fades away still shows it.
     property string shownQuestion: ""
@@ -27,6 +29,7 @@ Sheet {
     padding: 24
 
     onQuestionChanged: if (question !== "") shownQuestion = question
+    onClosed: (contentItem as ConfirmationView).areDetailsShown = false
     onExplanationChanged: if (explanation !== "") shownExplanation = explanation
     onAboutToHide: if (question !== "") dismissed()
 
@@ -35,6 +38,7 @@ Sheet {
         explanation: dialog.shownExplanation
         action: dialog.action
         symbol: dialog.symbol
+        details: dialog.details
         onConfirmed: dialog.confirmed()
         onDismissed: dialog.dismissed()
     }

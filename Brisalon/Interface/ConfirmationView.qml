@@ -10,6 +10,8 @@ FocusScope {
     required property string explanation
     required property string action
     required property string symbol
+    property Component details: null
+    property bool areDetailsShown: false
     readonly property alias cancelButton: cancel
 
     signal confirmed()
@@ -66,7 +68,46 @@ FocusScope {
                     font: Theme.system(Theme.callout)
                     color: Theme.textSecondary
                 }
+
+                PlainButton {
+                    id: disclosure
+
+                    objectName: "detailsButton"
+                    visible: view.details !== null
+                    topPadding: 4
+                    bottomPadding: 4
+                    cornerRadius: 4
+                    text: view.areDetailsShown ? "Hide items" : "Show items"
+                    onClicked: view.areDetailsShown = !view.areDetailsShown
+
+                    contentItem: Row {
+                        spacing: 6
+
+                        SymbolImage {
+                            anchors.verticalCenter: parent.verticalCenter
+                            name: "chevron.right"
+                            size: 9
+                            rotation: view.areDetailsShown ? 90 : 0
+                            color: words.color
+                        }
+
+                        TextLabel {
+                            id: words
+
+                            text: disclosure.text
+                            font: Theme.system(Theme.subheadline)
+                            color: disclosure.hovered ? Theme.text : Theme.textSecondary
+                        }
+                    }
+                }
             }
+        }
+
+        Loader {
+            width: parent.width
+            active: view.areDetailsShown
+            visible: active
+            sourceComponent: view.details
         }
 
         Row {

@@ -105,6 +105,9 @@ FocusScope {
         explanation: root.appState.confirmTrash.message
         action: "Move to Trash"
         symbol: "trash.fill"
+        details: TrashItemList {
+            appState: root.appState
+        }
         onConfirmed: root.appState.confirmPendingTrash()
         onDismissed: root.appState.dismissTrash()
     }

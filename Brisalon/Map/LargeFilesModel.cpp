@@ -163,6 +163,14 @@ void LargeFilesModel::mean(int row)
         tickOnly(row);
 }
 
+void LargeFilesModel::meanCurrent()
+{
+    // Ticked but no longer listed is what a move has taken: the same key again would
+    // hasten on to its neighbour.
+    if (state_->selectedLargeFileIDs().empty())
+        mean(currentRow_);
+}
+
 void LargeFilesModel::moveTo(int row, Qt::KeyboardModifiers modifiers)
 {
     const int target = std::clamp(row, 0, static_cast<int>(files_.size()) - 1);

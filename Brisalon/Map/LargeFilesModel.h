@@ -53,6 +53,10 @@ public:
     /// this row, which is then ticked alone.
     Q_INVOKABLE void mean(int row);
 
+    /// What a command's key on the list is about: what is ticked, or while nothing is, the
+    /// current row, which is then ticked; never what was clicked elsewhere before.
+    Q_INVOKABLE void meanCurrent();
+
     /// A key (Qt::Key) on the list: Up, Down, Home and End move the current row and
     /// tick it alone, with Shift the rows from the anchor to it, with Ctrl nothing;
     /// Space ticks or unticks it; Ctrl+A ticks all; Return shows the current file in

@@ -94,6 +94,12 @@ ColumnLayout {
             else
                 showsFocus = true;
         }
+        // Before the command itself: it acts on what the ring shows.
+        Keys.onShortcutOverride: event => {
+            if (showsFocus && (event.matches(StandardKey.Delete) || event.matches(StandardKey.Copy)))
+                sidebar.files.meanCurrent();
+            event.accepted = false;
+        }
         Keys.onPressed: event => {
             if (event.key === Qt.Key_Menu
                     || event.key === Qt.Key_F10 && event.modifiers === Qt.ShiftModifier) {

@@ -26,6 +26,15 @@ Item {
         // map.
         Accessible.role: Accessible.List
 
+        // Before the command itself: where the keyboard is, it acts on the block that is
+        // marked there and not on files that are ticked elsewhere.
+        Keys.onShortcutOverride: event => {
+            if (focusVisible && selectedNode.isPresent
+                    && (event.matches(StandardKey.Delete) || event.matches(StandardKey.Copy)))
+                view.selectRequested(selectedNode);
+            event.accepted = false;
+        }
+
         onSelectRequested: node => view.selectRequested(node)
         onZoomRequested: node => view.zoomRequested(node)
         onMenuRequested: point => view.menuRequested(point)

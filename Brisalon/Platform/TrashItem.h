@@ -3,6 +3,7 @@
 #include "BrisalonCore/FileURL.h"
 #include "BrisalonCore/ItemStatus.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -23,6 +24,8 @@ struct TrashItem {
     /// Absent when there was no such item, or it could not be reached: it will not
     /// be moved.
     std::optional<ItemIdentity> identity;
+    /// What it occupied itself, a folder without what is in it.
+    std::int64_t allocatedBytes = 0;
 
     /// Records the items as they are now, in order. Thousands in one folder are
     /// recorded in milliseconds. Any thread.

@@ -32,6 +32,11 @@ TrashRequest TrashRequest::make(const std::vector<FileURL>& selection, std::int6
     return request;
 }
 
+std::int64_t TrashRequest::bytesOf(std::size_t index) const
+{
+    return urls.size() == 1 && blockedCount == 0 ? bytes : items[index].allocatedBytes;
+}
+
 std::string TrashRequest::id() const
 {
     std::string result;

@@ -36,6 +36,10 @@ struct TrashRequest {
     static TrashRequest make(const std::vector<FileURL>& selection, std::int64_t bytes,
                              const std::stop_token& stop = {});
 
+    /// The size of the item at that place of `urls`. Of several each is a file; a folder is
+    /// asked about alone, and its size is the selection's.
+    std::int64_t bytesOf(std::size_t index) const;
+
     /// The paths of `urls` joined with "|".
     std::string id() const;
 

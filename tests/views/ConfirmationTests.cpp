@@ -1,6 +1,7 @@
 #include "WindowFixture.h"
 
 #include "Brisalon/Theme/Theme.h"
+#include "BrisalonCore/ByteFormat.h"
 #include "support/Script.h"
 
 #include <cstdlib>
@@ -33,6 +34,18 @@ public:
     bool isAsking() const { return isShown("confirmationTitle"); }
     bool stopsAsking() const { return goes("confirmationTitle"); }
 
+    /// The rows of what would be moved, from the top.
+    std::vector<std::string> items() const
+    {
+        std::vector<std::string> all;
+        const auto row = [&] { return "trashItem" + QString::number(all.size()); };
+        while (driver->find(row())) {
+            const auto entry = driver->property(row(), "entry").value<LargeFileEntry>();
+            all.push_back(entry.name + ", " + ByteFormat::string(entry.allocatedSize));
+        }
+        return all;
+    }
+
     void pressEscape() { driver->press(Qt::Key_Escape); }
     void clickOutside() { driver->click(QPoint(300, 790)); }
     void clickCancel() { driver->click(driver->centre("cancelConfirmationButton")); }
@@ -54,6 +67,7 @@ TEST_F(ConfirmationTest, ThePendingRequestIsAskedInItsOwnWords)
         std::set<std::string> ticked;
         const char* title;
         const char* message;
+        std::vector<std::string> items;
     };
     const auto ask = [&](const Row& row) {
         state().setSelectedLargeFileIDs(row.ticked);
@@ -64,6 +78,10 @@ TEST_F(ConfirmationTest, ThePendingRequestIsAskedInItsOwnWords)
         EXPECT_EQ(text("cancelConfirmationButton"), "Cancel");
         EXPECT_LT(driver->centre("confirmButton").x(),
                   driver->centre("cancelConfirmationButton").x());
+        EXPECT_EQ(driver->find("trashItems"), nullptr) << "only when asked for";
+        ASSERT_TRUE(driver->settle());
+        driver->click(driver->centre("detailsButton"));
+        EXPECT_TRUE(WindowDriver::waitFor([&] { return items() == row.items; }));
         pressEscape();
         // The words of a question that fades away are still its own.
         EXPECT_EQ(text("confirmationTitle"), row.title);
@@ -72,16 +90,19 @@ TEST_F(ConfirmationTest, ThePendingRequestIsAskedInItsOwnWords)
     };
     ask({{one},
          "Move 1 item(s) to Trash?",
-         "This will move 3.0 MB to Trash so you can restore it if needed."});
+         "This will move 3.0 MB to Trash so you can restore it if needed.",
+         {"one.bin, 3.0 MB"}});
     ask({{one, movie, song},
          "Move 3 item(s) to Trash?",
-         "This will move 6.0 MB to Trash so you can restore it if needed."});
+         "This will move 6.0 MB to Trash so you can restore it if needed.",
+         {"one.bin, 3.0 MB", "a.mov, 2.0 MB", "b.flac, 1.0 MB"}});
     // The home folder itself is protected, whatever it is.
     ::setenv("HOME", movie.c_str(), 1);
     ask({{one, movie, song},
          "Move 2 item(s) to Trash?",
          "This will move 6.0 MB to Trash so you can restore it if needed."
-         " 1 protected path(s) were skipped."});
+         " 1 protected path(s) were skipped.",
+         {"one.bin, 3.0 MB", "b.flac, 1.0 MB"}});
 
     requestSnapshot();
     EXPECT_EQ(text("confirmationTitle"), "Delete local Time Machine snapshot?");
@@ -114,7 +135,7 @@ TEST_F(ConfirmationTest, TheKeyboardStaysWithTheQuestion)
     requestTrash();
     EXPECT_EQ(focused(), "cancelConfirmationButton");
     EXPECT_TRUE(driver->property("cancelConfirmationButton", "visualFocus").toBool());
-    for (const char* const next : {"confirmButton", "cancelConfirmationButton", "confirmButton"}) {
+    for (const char* const next : {"detailsButton", "confirmButton", "cancelConfirmationButton"}) {
         driver->press(Qt::Key_Tab);
         EXPECT_EQ(focused(), next);
     }
@@ -179,7 +200,7 @@ TEST_F(ConfirmationTest, ConfirmingMovesTheItemsAndScansAnew)
     workspace.refusedPaths = {home.at("Music")};
     workspace.error = "The disk says no.";
     requestTrash();
-    driver->press(Qt::Key_Tab);
+    driver->press(Qt::Key_Backtab, Qt::ShiftModifier);
     driver->press(Qt::Key_Space);
     ASSERT_TRUE(WindowDriver::waitFor([&] { return state().lastClean().has_value(); }));
     EXPECT_EQ(text("statusText"), "The disk says no. · Could not move Music to Trash.");

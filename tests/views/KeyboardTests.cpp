@@ -118,6 +118,31 @@ TEST_F(KeyboardTest, ADeletedSnapshotLeavesTheKeyboardInItsList)
     EXPECT_TRUE(state().snapshots().isEmpty());
 }
 
+TEST_F(KeyboardTest, DeleteAsksForWhatTheRingShows)
+{
+    openAndScan();
+    const FileURL block = home.url().appendingPathComponent("Movies");
+    const FileURL file = block.appendingPathComponent("Summer").appendingPathComponent("a.mov");
+    const auto asked = [this] {
+        driver->press(Qt::Key_Delete);
+        const auto urls =
+            state().confirmTrash() ? state().confirmTrash()->urls : std::vector<FileURL>();
+        driver->press(Qt::Key_Escape);
+        EXPECT_TRUE(goes("confirmationTitle"));
+        return urls;
+    };
+    driver->press(Qt::Key_Right);
+    ASSERT_TRUE(reaches("largeFile0"));
+    EXPECT_EQ(asked(), std::vector{file}) << "not the block from before";
+    home.remove("Movies/Summer/a.mov");
+    state().startScan(home.url());
+    ASSERT_TRUE(mapAppears());
+    EXPECT_EQ(asked(), std::vector<FileURL>()) << "not its neighbour after a move";
+    while (!isOnTheMap())
+        driver->press(Qt::Key_Tab);
+    EXPECT_EQ(asked(), std::vector{block}) << "not what is ticked in the list";
+}
+
 TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
 {
     openAndScan();

@@ -17,7 +17,7 @@ std::vector<TrashItem> TrashItem::record(std::span<const FileURL> urls)
     for (const FileURL& url : urls) {
         const std::string name(url.lastPathComponent());
         if (name.empty() || name == "." || name == "..") {
-            items.push_back({url, url, std::nullopt});
+            items.push_back({url, url, std::nullopt, 0});
             continue;
         }
         const FileURL next = url.deletingLastPathComponent();
@@ -29,7 +29,8 @@ std::vector<TrashItem> TrashItem::record(std::span<const FileURL> urls)
         const auto status = folder ? ItemStatus::read(folder->folder, name.c_str()) : std::nullopt;
         items.push_back(
             {url, resolvedParent == parent ? url : resolvedParent.appendingPathComponent(name),
-             status ? std::optional(status->identity) : std::nullopt});
+             status ? std::optional(status->identity) : std::nullopt,
+             status ? status->allocatedBytes : 0});
     }
     return items;
 }

@@ -180,6 +180,17 @@ bool confirmTrash(Stage& stage)
     return WindowDriver::waitFor([&] { return stage.driver.find("confirmButton") != nullptr; });
 }
 
+bool confirmTrashItems(Stage& stage)
+{
+    if (!multiSelection(stage))
+        return false;
+    stage.state.requestTrashSelected();
+    if (!WindowDriver::waitFor([&] { return stage.driver.find("detailsButton") != nullptr; }))
+        return false;
+    stage.driver.click(stage.driver.centre("detailsButton"));
+    return stage.driver.find("trashItem0") != nullptr;
+}
+
 bool confirmSnapshot(Stage& stage)
 {
     if (!map(stage))
@@ -263,6 +274,8 @@ constexpr std::array states{
     CaptureState{"updating", "a rescan, part of the way", updating},
     CaptureState{"empty", "an empty folder", emptyFolder},
     CaptureState{"confirm-trash", "asking before a move to the Trash", confirmTrash},
+    CaptureState{"confirm-trash-items", "the same of three files, which are listed",
+                 confirmTrashItems},
     CaptureState{"confirm-snapshot", "asking before a snapshot is deleted", confirmSnapshot},
     CaptureState{"what-may-go", "the sums of what may be cleared", whatMayGo},
     CaptureState{"about", "the About panel", about},
