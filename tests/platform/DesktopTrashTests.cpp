@@ -33,19 +33,7 @@ protected:
     static TrashItem record(const FileURL& url) { return TrashItem::record({&url, 1}).front(); }
     TrashItem item(const std::string& relative) const { return record(FileURL(tree.at(relative))); }
 
-    /// Where the item went; empty, with a failure, when it did not go.
-    FileURL put(const TrashItem& item) const
-    {
-        const auto result = trash.put(item);
-        const FileURL* const destination = std::get_if<FileURL>(&result);
-        EXPECT_TRUE(destination) << item.url.path();
-        return destination ? *destination : FileURL();
-    }
-    /// Where its information says that it came from.
-    static std::string origin(const FileURL& trashed)
-    {
-        return restoreInfo(trashed).value_or(RestoreInfo{"not restorable", ""}).path;
-    }
+    FileURL put(const TrashItem& item) const { return destinationOf(trash.put(item)); }
     std::vector<std::string> infoNames() const { return namesIn(tree.at("data/Trash/info")); }
     std::vector<std::string> fileNames() const { return namesIn(tree.at("data/Trash/files")); }
 };
@@ -112,7 +100,7 @@ TEST_F(DesktopTrashTest, ManyItemsOfOneNameAndWhatWasLeftWithoutInformation)
         ASSERT_TRUE(std::holds_alternative<FileURL>(results[i]));
         const FileURL& trashed = std::get<FileURL>(results[i]);
         EXPECT_EQ(contents(trashed.path()), std::to_string(i));
-        EXPECT_EQ(origin(trashed), urls[i].path());
+        EXPECT_EQ(originOf(trashed), urls[i].path());
         EXPECT_TRUE(trashed.path().ends_with(".txt"));
     }
     EXPECT_EQ(contents(tree.at("data/Trash/files/same.txt")), "orphan");
@@ -136,7 +124,7 @@ TEST_F(DesktopTrashTest, FoldersMoveWholeAndLinksMoveThemselves)
     EXPECT_TRUE(fs::is_symlink(folder.path() + "/link"));
     EXPECT_TRUE(fs::is_symlink(put(item("items/to folder")).path()));
     EXPECT_EQ(fs::read_symlink(put(item("items/dangling")).path()), "nowhere");
-    EXPECT_EQ(origin(put(item("link/file"))), tree.at("items/file")) << "where the link leads";
+    EXPECT_EQ(originOf(put(item("link/file"))), tree.at("items/file")) << "where the link leads";
     EXPECT_TRUE(exists(tree.at("outside/kept")));
     EXPECT_TRUE(namesIn(tree.at("items")).empty());
 }
@@ -144,7 +132,7 @@ TEST_F(DesktopTrashTest, FoldersMoveWholeAndLinksMoveThemselves)
 TEST_F(DesktopTrashTest, PathsBeyondTheLongestOne)
 {
     const FileURL url(tree.chain("deep", std::string(200, 'd'), 40));
-    EXPECT_EQ(origin(put(record(url))), url.path());
+    EXPECT_EQ(originOf(put(record(url))), url.path());
     EXPECT_FALSE(record(url).identity);
     EXPECT_TRUE(record(url.deletingLastPathComponent()).identity);
 }

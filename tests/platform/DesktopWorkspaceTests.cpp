@@ -44,28 +44,30 @@ protected:
         return report.value_or(CleanReport{});
     }
 
+    std::vector<FileURL> urls(const std::vector<std::string>& relative) const
+    {
+        std::vector<FileURL> urls;
+        for (const std::string& path : relative)
+            urls.emplace_back(tree.at(path));
+        return urls;
+    }
     std::vector<FileURL> manyFiles(int count) const
     {
+        std::vector<std::string> names;
         tree.folder("items");
-        const FileURL folder(tree.at("items"));
-        std::vector<FileURL> urls;
-        for (int i = 0; i < count; ++i) {
-            urls.push_back(folder.appendingPathComponent("file " + std::to_string(i)));
-            writeText(urls.back().path(), "");
-        }
-        return urls;
+        for (int i = 0; i < count; ++i)
+            writeText(tree.at(names.emplace_back("items/file " + std::to_string(i))), "");
+        return urls(names);
     }
 };
 
 TEST_F(DesktopWorkspaceTest, ThreeFilesOneOfWhichWasSwappedForALink)
 {
-    for (const char* name : {"one.mov", "two.mov", "three.mov"})
-        tree.file(std::string("items/") + name, 300'000);
+    for (const char* name : {"items/one.mov", "items/two.mov", "items/three.mov"})
+        tree.file(name, 300'000);
     tree.file("treasure", 10'000);
     const TrashRequest request =
-        TrashRequest::make({FileURL(tree.at("items/one.mov")), FileURL(tree.at("items/two.mov")),
-                            FileURL(tree.at("items/three.mov"))},
-                           900'000);
+        TrashRequest::make(urls({"items/one.mov", "items/two.mov", "items/three.mov"}), 900'000);
     tree.remove("items/two.mov");
     tree.link("items/two.mov", tree.at("treasure"));
 
@@ -75,11 +77,8 @@ TEST_F(DesktopWorkspaceTest, ThreeFilesOneOfWhichWasSwappedForALink)
     EXPECT_EQ(report.failures, std::vector<std::string>{"Could not move two.mov to Trash."});
     EXPECT_EQ(namesIn(tree.at("items")), std::vector<std::string>{"two.mov"});
     EXPECT_TRUE(exists(tree.at("treasure")));
-    for (const char* name : {"one.mov", "three.mov"}) {
-        const auto info = restoreInfo(FileURL(tree.at(std::string("data/Trash/files/") + name)));
-        ASSERT_TRUE(info) << name;
-        EXPECT_EQ(info->path, tree.at(std::string("items/") + name));
-    }
+    for (const std::string name : {"one.mov", "three.mov"})
+        EXPECT_EQ(originOf(FileURL(tree.at("data/Trash/files/" + name))), tree.at("items/" + name));
 }
 
 TEST_F(DesktopWorkspaceTest, WhatTheSystemSaysComesFirst)
@@ -87,74 +86,49 @@ TEST_F(DesktopWorkspaceTest, WhatTheSystemSaysComesFirst)
     tree.file("items/inside");
     tree.file("gone");
     tree.folder("data/Trash/info");
-    const TrashRequest request =
-        TrashRequest::make({FileURL(tree.at("gone")), FileURL(tree.at("data")),
-                            FileURL(tree.at("data/Trash/info")), FileURL(tree.at("items"))},
-                           0);
+    const TrashRequest request = TrashRequest::make(
+        urls({"gone", "data", "data/Trash/info", "items", "items/inside", "items"}), 0);
     tree.remove("gone");
-    // The trash cannot hold what it lies in, nor what it needs.
+    // The trash cannot hold what it lies in, nor what it needs; what is in a folder goes
+    // along with it.
     const CleanReport report = move(request);
     EXPECT_EQ(report.movedCount, 1);
-    EXPECT_EQ(report.failures, (std::vector<std::string>{
-                                   "data: " + std::generic_category().message(EINVAL),
-                                   "Could not move gone to Trash.", "Could not move data to Trash.",
-                                   "Could not move info to Trash."}));
-}
-
-TEST_F(DesktopWorkspaceTest, AFolderAndWhatIsInIt)
-{
-    tree.file("items/inside");
-    const CleanReport report = move(TrashRequest::make(
-        {FileURL(tree.at("items")), FileURL(tree.at("items/inside")), FileURL(tree.at("items"))},
-        0));
-    EXPECT_EQ(report.movedCount, 1);
-    EXPECT_EQ(report.failures, std::vector<std::string>{"Could not move inside to Trash."});
+    EXPECT_EQ(report.failures,
+              (std::vector<std::string>{
+                  "data: " + std::generic_category().message(EINVAL),
+                  "Could not move gone to Trash.", "Could not move data to Trash.",
+                  "Could not move info to Trash.", "Could not move inside to Trash."}));
     EXPECT_TRUE(exists(tree.at("data/Trash/files/items/inside")));
 }
 
-TEST_F(DesktopWorkspaceTest, TenThousandItemsLeaveTheInterfaceAnswering)
+TEST_F(DesktopWorkspaceTest, ThousandsOfItemsLeaveTheInterfaceAnswering)
 {
     constexpr int count = 10'000;
-    const std::vector<FileURL> urls = manyFiles(count);
-    const TrashRequest request = TrashRequest::make(urls, 0);
-    ASSERT_EQ(request.urls.size(), urls.size());
-
+    const TrashRequest request = TrashRequest::make(manyFiles(count), 0);
     QElapsedTimer sinceTick;
     qint64 longest = 0;
-    int ticks = 0;
     QTimer timer;
-    timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        longest = std::max(longest, sinceTick.restart());
-        ++ticks;
-    });
+    QObject::connect(&timer, &QTimer::timeout, &timer,
+                     [&] { longest = std::max(longest, sinceTick.restart()); });
     QElapsedTimer whole;
     whole.start();
     sinceTick.start();
     timer.start(10);
-    const CleanReport report = move(request);
-    const qint64 duration = whole.elapsed();
+    EXPECT_EQ(move(request).movedCount, count);
     longest = std::max(longest, sinceTick.elapsed());
-    RecordProperty("milliseconds", static_cast<int>(duration));
-    RecordProperty("longestPause", static_cast<int>(longest));
-
-    EXPECT_EQ(report.movedCount, count);
-    EXPECT_TRUE(report.failures.empty());
-    EXPECT_TRUE(namesIn(tree.at("items")).empty());
-    EXPECT_EQ(namesIn(tree.at("data/Trash/files")).size(), std::size_t{count});
-    EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), std::size_t{count});
+    for (const auto& [folder, size] :
+         {std::pair("items", 0), {"data/Trash/files", count}, {"data/Trash/info", count}})
+        EXPECT_EQ(namesIn(tree.at(folder)).size(), static_cast<std::size_t>(size)) << folder;
     // Other work on the machine stretches the pauses; doing this work here would be one
     // long pause.
-    EXPECT_LT(longest, std::max<qint64>(250, duration / 2)) << duration << " ms in all";
-    EXPECT_GT(ticks, 5);
+    EXPECT_LT(longest, std::max<qint64>(250, whole.elapsed() / 2));
 }
 
 TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
 {
-    constexpr std::size_t count = 10'000;
-    const std::vector<FileURL> urls = manyFiles(count);
+    constexpr int count = 10'000;
     bool isEnded = false;
-    workspace->recycle(TrashItem::record(urls),
+    workspace->recycle(TrashItem::record(manyFiles(count)),
                        [&](const Workspace::Recycled&) { isEnded = true; });
     while (namesIn(tree.at("data/Trash/files")).empty()) {
     }
@@ -163,11 +137,11 @@ TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
 
     EXPECT_FALSE(isEnded);
     const std::vector<std::string> moved = namesIn(tree.at("data/Trash/files"));
-    EXPECT_LT(moved.size(), count);
-    EXPECT_EQ(moved.size() + namesIn(tree.at("items")).size(), count) << "nothing is lost";
+    EXPECT_GT(namesIn(tree.at("items")).size(), 0U);
+    EXPECT_EQ(moved.size() + namesIn(tree.at("items")).size(), std::size_t{count});
     EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), moved.size());
     for (const std::string& name : moved)
-        EXPECT_TRUE(restoreInfo(FileURL(tree.at("data/Trash/files/" + name)))) << name;
+        EXPECT_EQ(originOf(FileURL(tree.at("data/Trash/files/" + name))), tree.at("items/" + name));
 }
 
 TEST_F(DesktopWorkspaceTest, WhyItemsStayIsSaid)
@@ -175,17 +149,16 @@ TEST_F(DesktopWorkspaceTest, WhyItemsStayIsSaid)
     const TemporaryTree volume(TemporaryTree::Storage::memory);
     if (!volume.isInMemory())
         GTEST_SKIP() << "needs the right to mount";
-    volume.file("again");
-    tree.folder("held/mounted");
+    volume.file("item");
     ASSERT_EQ(::mount(nullptr, volume.path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
-    EXPECT_EQ(move(TrashRequest::make({FileURL(volume.at("again"))}, 0)).failures,
-              (std::vector<std::string>{"again: " + std::generic_category().message(EROFS),
-                                        "Could not move again to Trash."}));
-    ASSERT_EQ(::mount("", tree.at("held/mounted").c_str(), "tmpfs", 0, nullptr), 0);
-    EXPECT_EQ(move(TrashRequest::make({FileURL(tree.at("held"))}, 0)).failures,
-              (std::vector<std::string>{"held: A volume is mounted in it",
-                                        "Could not move held to Trash."}));
-    ::umount(tree.at("held/mounted").c_str());
+    tree.folder("item/mounted");
+    ASSERT_EQ(::mount("", tree.at("item/mounted").c_str(), "tmpfs", 0, nullptr), 0);
+    for (const auto& [path, reason] :
+         {std::pair(volume.at("item"), std::generic_category().message(EROFS)),
+          {tree.at("item"), "A volume is mounted in it"}})
+        EXPECT_EQ(move(TrashRequest::make({FileURL(path)}, 0)).failures,
+                  (std::vector<std::string>{"item: " + reason, "Could not move item to Trash."}));
+    ::umount(tree.at("item/mounted").c_str());
 }
 
 } // namespace

@@ -2,9 +2,9 @@
 
 #include "BrisalonCore/DeleteRules.h"
 #include "BrisalonCore/Descriptor.h"
-#include "BrisalonCore/DiskScanner.h"
 
 #include "TrashProbe.h"
+#include "support/ReferenceTree.h"
 #include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
@@ -13,10 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <ostream>
-#include <thread>
 
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -174,7 +172,7 @@ const std::vector<Row> rows{
 
 class MountMatrixTest : public ::testing::TestWithParam<Row> {
 protected:
-    TemporaryTree tree;
+    TemporaryTree tree{TemporaryTree::Storage::memory};
 
     /// A file system of a program that does not answer, or has ended.
     Descriptor userSpace(const std::string& point) const
@@ -194,11 +192,7 @@ protected:
         if (!hangs && exists(tree.at("fuse/dead")))
             userSpace("fuse/dead");
 
-        const auto result =
-            DiskScanner{0, 0}.scan(FileURL(tree.at(row.root)), [](const ScanProgress&) {});
-        const auto* const scanned = std::get_if<FileNode>(&result);
-        ASSERT_TRUE(scanned);
-        EXPECT_EQ(scanned->allocatedSize() >> 20U, row.total);
+        EXPECT_EQ(scanned(FileURL(tree.at(row.root))).allocatedSize() >> 20U, row.total);
 
         const DesktopTrash trash(FileURL(tree.at("data/Trash")));
         for (const auto& [relative, wanted] : row.decisions) {
@@ -209,7 +203,7 @@ protected:
                 continue;
             const auto inode = inodeOf(url.path());
             ASSERT_NE(inode, 0U);
-            const auto moved = trash.put(TrashItem::record({&url, 1}).front());
+            const auto moved = putNow(trash, url);
             const FileURL* const destination = std::get_if<FileURL>(&moved);
             EXPECT_EQ(destination != nullptr, wanted == moves);
             EXPECT_EQ(inodeOf((destination ? *destination : url).path()), inode);
@@ -235,34 +229,21 @@ TEST_P(MountMatrixTest, TotalProtectionAndTrash)
             esac && mount -o loop image $2 && s=$(findmnt -no SOURCE $2) || exit 77
         }
     )sh" + std::string(row.commands);
-    std::string need;
+    if (!tree.isInMemory())
+        GTEST_SKIP() << "needs the right to mount";
     if (commands.find("fuse/") != std::string::npos && ::access("/dev/fuse", R_OK | W_OK) != 0)
         GTEST_SKIP() << "needs FUSE";
-    // The thread has mounts of its own, which end with it.
-    std::thread([&] {
-        if (::unshare(CLONE_NEWNS) != 0 ||
-            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", tree.path().c_str(), "tmpfs", 0, nullptr) != 0) {
-            need = "the right to mount";
-            return;
-        }
-        tree.folder("home/ann");
-        writeText(tree.at("commands"), commands);
-        const int status =
-            std::system(("cd " + tree.path() + " && sh -e commands 2>errors").c_str());
-        if (WEXITSTATUS(status) == noImage) {
-            need = commands.find("image btrfs") != std::string::npos ? "a btrfs image"
-                                                                     : "an ext4 image";
-            return;
-        }
-        ASSERT_EQ(status, 0) << contents(tree.at("errors"));
-        const std::string home = std::getenv("HOME");
-        ::setenv("HOME", tree.at("home/ann").c_str(), 1);
-        check(row);
-        ::setenv("HOME", home.c_str(), 1);
-    }).join();
-    if (!need.empty())
-        GTEST_SKIP() << "needs " << need;
+    tree.folder("home/ann");
+    tree.write("commands", commands);
+    const int status = std::system(("cd " + tree.path() + " && sh -e commands 2>errors").c_str());
+    if (WEXITSTATUS(status) == noImage)
+        GTEST_SKIP() << (commands.find("image btrfs") != std::string::npos ? "needs a btrfs image"
+                                                                           : "needs an ext4 image");
+    ASSERT_EQ(status, 0) << contents(tree.at("errors"));
+    const std::string home = std::getenv("HOME");
+    ::setenv("HOME", tree.at("home/ann").c_str(), 1);
+    check(row);
+    ::setenv("HOME", home.c_str(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Mounts, MountMatrixTest, ::testing::ValuesIn(rows),

@@ -2,6 +2,9 @@
 
 #include "BrisalonCore/ItemStatus.h"
 
+#include <gtest/gtest.h>
+
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 
@@ -51,6 +54,23 @@ std::optional<RestoreInfo> restoreInfo(const FileURL& trashed)
     if (!path || rest.find('\n') != rest.size() - 1)
         return std::nullopt;
     return RestoreInfo{*path, rest.substr(0, rest.size() - 1)};
+}
+
+std::string originOf(const FileURL& trashed)
+{
+    return restoreInfo(trashed).value_or(RestoreInfo()).path;
+}
+
+FileURL destinationOf(const DesktopTrash::Result& result)
+{
+    const FileURL* const destination = std::get_if<FileURL>(&result);
+    EXPECT_TRUE(destination) << std::strerror(std::get<TrashFailure>(result).error);
+    return destination ? *destination : FileURL();
+}
+
+DesktopTrash::Result putNow(const DesktopTrash& trash, const FileURL& url)
+{
+    return trash.put(TrashItem::record({&url, 1}).front());
 }
 
 bool isJustNow(const std::string& date)

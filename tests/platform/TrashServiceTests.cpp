@@ -26,6 +26,8 @@ protected:
     std::unique_ptr<TrashService> service = std::make_unique<TrashService>(workspace);
     std::vector<CleanReport> reports;
 
+    void SetUp() override { workspace.holdsMoves = true; }
+
     std::vector<TrashItem> items(const std::vector<std::string>& relative) const
     {
         std::vector<FileURL> urls;
@@ -33,25 +35,21 @@ protected:
             urls.emplace_back(tree.at(path));
         return TrashItem::record(urls);
     }
+    /// Until the workspace has been asked.
     void move(const std::vector<std::string>& relative)
     {
+        const std::size_t count = workspace.requests.size() + 1;
         service->moveToTrash(items(relative),
                              [this](const CleanReport& report) { reports.push_back(report); });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return workspace.requests.size() == count; }));
     }
-    CleanReport reportOf(const std::vector<std::string>& relative)
+    /// The report of the oldest move that is under way, let on now.
+    CleanReport release()
     {
-        move(relative);
-        EXPECT_TRUE(reports.empty()) << "not before the call returns";
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !reports.empty(); }));
-        return reports.empty() ? CleanReport{} : reports.front();
-    }
-    bool waitForRequests(std::size_t count)
-    {
-        return QTest::qWaitFor([&] { return workspace.requests.size() == count; });
-    }
-    bool waitForReports(std::size_t count)
-    {
-        return QTest::qWaitFor([&] { return reports.size() == count; });
+        const std::size_t count = reports.size() + 1;
+        EXPECT_TRUE(workspace.releaseMove());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return reports.size() == count; }));
+        return reports.empty() ? CleanReport{} : reports.back();
     }
     std::int64_t allocated(const std::string& relative) const
     {
@@ -69,74 +67,37 @@ TEST_F(TrashServiceTest, WhatWasMovedIsCountedAndTheRestNamedInOrder)
     workspace.refusedPaths = {tree.at("b\xff"), tree.at("missing")};
     workspace.error = "The disk is full.";
 
-    const CleanReport report = reportOf({"missing", "a", "b\xff", "folder", "link"});
-    EXPECT_EQ(report.movedCount, 3);
-    EXPECT_EQ(report.movedBytes, allocated("a") + allocated("folder") + allocated("link"))
-        << "each item itself, without what is in it or where it leads";
-    EXPECT_EQ(report.failures,
-              (std::vector<std::string>{"The disk is full.", "Could not move missing to Trash.",
-                                        "Could not move b\xff to Trash."}));
-    ASSERT_EQ(workspace.requests.size(), 1U) << "one call for all";
-    EXPECT_EQ(workspace.requests.front().size(), 5U);
-}
+    // Each item itself, without what is in it or where it leads, and as it was when it
+    // was asked for; given twice, it counts once.
+    const std::int64_t bytes = allocated("a") + allocated("folder") + allocated("link");
+    move({"missing", "a", "b\xff", "folder", "link", "a"});
+    EXPECT_EQ(workspace.requests.front().size(), 6U) << "one call for all";
+    move({"b\xff"});
+    tree.remove("folder");
+    EXPECT_TRUE(reports.empty());
+    EXPECT_EQ(release(), (CleanReport{3,
+                                      bytes,
+                                      {"The disk is full.", "Could not move missing to Trash.",
+                                       "Could not move b\xff to Trash."}}));
+    workspace.error.clear();
+    EXPECT_EQ(release(), (CleanReport{0, 0, {"Could not move b\xff to Trash."}}));
 
-TEST_F(TrashServiceTest, NothingMoved)
-{
-    tree.file("a", 10'000);
-    workspace.refusedPaths = {tree.at("a")};
-    EXPECT_EQ(reportOf({"a"}), (CleanReport{0, 0, {"Could not move a to Trash."}}));
-    reports.clear();
-    EXPECT_EQ(reportOf({}), CleanReport{});
-}
-
-TEST_F(TrashServiceTest, AnItemGivenTwiceCountsOnce)
-{
-    tree.file("a", 10'000);
-    EXPECT_EQ(reportOf({"a", "a"}), (CleanReport{1, allocated("a"), {}}));
-}
-
-TEST_F(TrashServiceTest, ItemsAreMeasuredBeforeTheyMove)
-{
-    tree.file("a", 100'000);
-    const std::int64_t before = allocated("a");
-    workspace.holdsMoves = true;
-    move({"a"});
-    ASSERT_TRUE(waitForRequests(1));
-    tree.remove("a");
-    ASSERT_TRUE(workspace.releaseMove());
-    ASSERT_TRUE(waitForReports(1));
-    EXPECT_EQ(reports.front(), (CleanReport{1, before, {}}));
-}
-
-TEST_F(TrashServiceTest, TwoMovesAtOnceEndWithTheirOwnReports)
-{
-    tree.file("a", 10'000);
-    tree.file("b", 100'000);
-    workspace.holdsMoves = true;
-    move({"a"});
-    ASSERT_TRUE(waitForRequests(1));
-    move({"b"});
-    ASSERT_TRUE(waitForRequests(2));
-    ASSERT_TRUE(workspace.releaseMove());
-    ASSERT_TRUE(waitForReports(1));
-    workspace.refusedPaths = {tree.at("b")};
-    ASSERT_TRUE(workspace.releaseMove());
-    ASSERT_TRUE(waitForReports(2));
-    EXPECT_EQ(reports[0], (CleanReport{1, allocated("a"), {}}));
-    EXPECT_EQ(reports[1], (CleanReport{0, 0, {"Could not move b to Trash."}}));
+    service->moveToTrash({}, [this](const CleanReport& report) { reports.push_back(report); });
+    EXPECT_EQ(reports.size(), 2U) << "not before the call returns";
+    workspace.holdsMoves = false;
+    EXPECT_TRUE(QTest::qWaitFor([this] { return reports.size() == 3; }));
+    EXPECT_EQ(reports.back(), CleanReport{});
 }
 
 TEST_F(TrashServiceTest, WhoeverIsGoneHearsNothing)
 {
     tree.file("a", 10'000);
-    workspace.holdsMoves = true;
     move({"a"});
-    ASSERT_TRUE(waitForRequests(1));
     service.reset();
     ASSERT_TRUE(workspace.releaseMove());
     // Gone before the move began, there is none.
     service = std::make_unique<TrashService>(workspace);
-    move({"a"});
+    service->moveToTrash(items({"a"}), [this](const CleanReport& r) { reports.push_back(r); });
     service.reset();
     QCoreApplication::processEvents();
     EXPECT_EQ(workspace.requests.size(), 1U);
@@ -148,33 +109,23 @@ TEST(TrashRequest, ProtectedItemsAreLeftOutAndCounted)
     const TemporaryTree tree;
     tree.file("a");
     tree.file("b");
-    const TrashRequest request = TrashRequest::make(
-        {FileURL(tree.at("b")), FileURL("/System/x"), FileURL(tree.at("a")), FileURL("/etc/fstab")},
-        77);
-    EXPECT_EQ(request.urls, (std::vector{FileURL(tree.at("b")), FileURL(tree.at("a"))}));
+    const FileURL a(tree.at("a"));
+    const FileURL b(tree.at("b"));
+    const std::vector urls{b, FileURL("/System/x"), a, FileURL("/etc/fstab")};
+    const TrashRequest request = TrashRequest::make(urls, 77);
+    EXPECT_EQ(request.urls, (std::vector{b, a}));
     EXPECT_EQ(request.bytes, 77);
     EXPECT_EQ(request.blockedCount, 2);
     ASSERT_EQ(request.items.size(), 2U);
-    EXPECT_EQ(request.items[1].url, FileURL(tree.at("a")));
-    EXPECT_EQ(request.items[1].identity->inode, inodeOf(tree.at("a")));
+    EXPECT_EQ(request.items[1].url, a);
+    EXPECT_EQ(request.items[1].identity->inode, inodeOf(a.path()));
+    EXPECT_EQ(request.id(), b.path() + '|' + a.path());
 
-    const TrashRequest nothing = TrashRequest::make({FileURL("/"), FileURL("/usr/bin")}, 5);
-    EXPECT_TRUE(nothing.urls.empty());
-    EXPECT_EQ(nothing.blockedCount, 2);
-}
-
-TEST(TrashRequest, WhatWasRecordedIsNoPartOfItsIdentity)
-{
-    const TemporaryTree tree;
-    tree.file("a");
-    const std::vector urls{FileURL(tree.at("a")), FileURL(tree.at("b"))};
-    const TrashRequest before = TrashRequest::make(urls, 1);
+    // What was recorded is no part of its identity.
     tree.remove("a");
-    const TrashRequest after = TrashRequest::make(urls, 1);
-    EXPECT_FALSE(after.items.front().identity);
-    EXPECT_EQ(before, after);
-    EXPECT_EQ(before.id(), tree.at("a") + '|' + tree.at("b"));
-    EXPECT_NE(before, TrashRequest::make(urls, 2));
+    EXPECT_EQ(request, TrashRequest::make(urls, 77));
+    EXPECT_NE(request, TrashRequest::make(urls, 2));
+    EXPECT_FALSE(TrashRequest::make(urls, 77).items[1].identity);
 }
 
 } // namespace
