@@ -5,13 +5,13 @@
 #include "SystemFaults.h"
 
 #include "BrisalonCore/DiskScanner.h"
+#include "support/Files.h"
 #include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <optional>
 #include <set>
 #include <system_error>
@@ -151,11 +151,7 @@ TEST_F(ScanFaultTest, WhatCannotBeReadIsPassedOverAndNothingElse)
 
 TEST_F(ScanFaultTest, WithoutMemoryItThrowsAndLeavesNothingOpen)
 {
-    const auto descriptors = [] {
-        const std::filesystem::directory_iterator folder("/proc/self/fd");
-        return std::distance(begin(folder), end(folder));
-    };
-    const auto before = descriptors();
+    const auto before = openDescriptors();
     const int count = SystemFaults::allocationsOf([&] { scan(4096); });
     ASSERT_GT(count, 50);
     int thrown = 0;
@@ -176,7 +172,7 @@ TEST_F(ScanFaultTest, WithoutMemoryItThrowsAndLeavesNothingOpen)
         }
     }
     EXPECT_GT(thrown, count / 2);
-    EXPECT_EQ(descriptors(), before);
+    EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST(ScanCost, OfALevelIsTheSameHoweverDeep)

@@ -107,7 +107,7 @@ std::span<const int> SystemFaults::errorsOf(const std::string& function)
         {"fstatat", {EACCES, ENOENT, ENOMEM, EINTR, EIO}},
         {"statx", {EACCES, ENOENT, ENOMEM, EINTR, EIO}},
         {"readlinkat", {EACCES, ENOENT, EIO}},
-        {"statfs", {EIO, EACCES}},
+        {"fstatfs", {EIO, EACCES}},
         {"mkdirat", {EACCES, ENOSPC, EROFS, EIO}},
         {"read", {EIO, EINTR}},
         {"write", {ENOSPC, EIO, EDQUOT, EINTR}},
@@ -181,66 +181,6 @@ int openat(int folder, const char* path, int flags, ...)
     return fails("openat", folder, path) ? -1 : next(folder, path, flags, permissions);
 }
 
-int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
-{
-    static const auto next = real<int(int, const char*, struct stat*, int)>("fstatat");
-    return fails("fstatat", folder, path) ? -1 : next(folder, path, status, flags);
-}
-
-int statx(int folder, const char* path, int flags, unsigned mask, struct statx* status) noexcept
-{
-    static const auto next = real<int(int, const char*, int, unsigned, struct statx*)>("statx");
-    return fails("statx", folder, path) ? -1 : next(folder, path, flags, mask, status);
-}
-
-int fstatfs(int descriptor, struct statfs* status) noexcept
-{
-    static const auto next = real<int(int, struct statfs*)>("fstatfs");
-    return fails("statfs", descriptor, "") ? -1 : next(descriptor, status);
-}
-
-ssize_t readlinkat(int folder, const char* path, char* buffer, size_t size) noexcept
-{
-    static const auto next = real<ssize_t(int, const char*, char*, size_t)>("readlinkat");
-    return fails("readlinkat", folder, path) ? -1 : next(folder, path, buffer, size);
-}
-
-int mkdirat(int folder, const char* path, mode_t permissions) noexcept
-{
-    static const auto next = real<int(int, const char*, mode_t)>("mkdirat");
-    return fails("mkdirat", folder, path) ? -1 : next(folder, path, permissions);
-}
-
-ssize_t read(int descriptor, void* buffer, size_t size)
-{
-    static const auto next = real<ssize_t(int, void*, size_t)>("read");
-    return fails("read", descriptor, "") ? -1 : next(descriptor, buffer, size);
-}
-
-ssize_t write(int descriptor, const void* buffer, size_t size)
-{
-    static const auto next = real<ssize_t(int, const void*, size_t)>("write");
-    return fails("write", descriptor, "") ? -1 : next(descriptor, buffer, size);
-}
-
-int fsync(int descriptor)
-{
-    static const auto next = real<int(int)>("fsync");
-    return fails("fsync", descriptor, "") ? -1 : next(descriptor);
-}
-
-int fdatasync(int descriptor)
-{
-    static const auto next = real<int(int)>("fdatasync");
-    return fails("fdatasync", descriptor, "") ? -1 : next(descriptor);
-}
-
-int syncfs(int descriptor) noexcept
-{
-    static const auto next = real<int(int)>("syncfs");
-    return fails("syncfs", descriptor, "") ? -1 : next(descriptor);
-}
-
 int close(int descriptor)
 {
     static const auto next = real<int(int)>("close");
@@ -252,29 +192,40 @@ int close(int descriptor)
     return isFailing ? -1 : result;
 }
 
-int renameat2(int from, const char* name, int to, const char* newName, unsigned flags) noexcept
-{
-    static const auto next = real<int(int, const char*, int, const char*, unsigned)>("renameat2");
-    return fails("renameat2", from, name) ? -1 : next(from, name, to, newName, flags);
-}
+/// Any other: its result and name, its parameters, what it may throw, and its arguments, of
+/// which the first is the descriptor that the path, given last, is relative to.
+#define PASSED_ON(Result, name, parameters, qualifier, path, first, ...)                           \
+    Result name parameters qualifier                                                               \
+    {                                                                                              \
+        static const auto next = real<Result parameters>(#name);                                   \
+        return fails(#name, first, path) ? -1 : next(first __VA_OPT__(, ) __VA_ARGS__);            \
+    }
 
-int renameat(int from, const char* name, int to, const char* newName) noexcept
-{
-    static const auto next = real<int(int, const char*, int, const char*)>("renameat");
-    return fails("renameat", from, name) ? -1 : next(from, name, to, newName);
-}
-
-int unlinkat(int folder, const char* path, int flags) noexcept
-{
-    static const auto next = real<int(int, const char*, int)>("unlinkat");
-    return fails("unlinkat", folder, path) ? -1 : next(folder, path, flags);
-}
-
-int faccessat(int folder, const char* path, int wanted, int flags) noexcept
-{
-    static const auto next = real<int(int, const char*, int, int)>("faccessat");
-    return fails("faccessat", folder, path) ? -1 : next(folder, path, wanted, flags);
-}
+PASSED_ON(int, fstatat, (int folder, const char* path, struct stat* status, int flags), noexcept,
+          path, folder, path, status, flags)
+PASSED_ON(int, statx,
+          (int folder, const char* path, int flags, unsigned mask, struct statx* status), noexcept,
+          path, folder, path, flags, mask, status)
+PASSED_ON(int, fstatfs, (int descriptor, struct statfs* status), noexcept, "", descriptor, status)
+PASSED_ON(ssize_t, readlinkat, (int folder, const char* path, char* buffer, size_t size), noexcept,
+          path, folder, path, buffer, size)
+PASSED_ON(int, mkdirat, (int folder, const char* path, mode_t permissions), noexcept, path, folder,
+          path, permissions)
+PASSED_ON(ssize_t, read, (int descriptor, void* buffer, size_t size), , "", descriptor, buffer,
+          size)
+PASSED_ON(ssize_t, write, (int descriptor, const void* buffer, size_t size), , "", descriptor,
+          buffer, size)
+PASSED_ON(int, fsync, (int descriptor), , "", descriptor)
+PASSED_ON(int, fdatasync, (int descriptor), , "", descriptor)
+PASSED_ON(int, syncfs, (int descriptor), noexcept, "", descriptor)
+PASSED_ON(int, renameat2, (int from, const char* path, int to, const char* name, unsigned flags),
+          noexcept, path, from, path, to, name, flags)
+PASSED_ON(int, renameat, (int from, const char* path, int to, const char* name), noexcept, path,
+          from, path, to, name)
+PASSED_ON(int, unlinkat, (int folder, const char* path, int flags), noexcept, path, folder, path,
+          flags)
+PASSED_ON(int, faccessat, (int folder, const char* path, int wanted, int flags), noexcept, path,
+          folder, path, wanted, flags)
 
 long syscall(long number, ...) noexcept
 {

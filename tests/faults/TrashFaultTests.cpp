@@ -5,6 +5,7 @@
 #include "SystemFaults.h"
 
 #include "Brisalon/Platform/DesktopWorkspace.h"
+#include "TrashProbe.h"
 #include "support/TemporaryTree.h"
 
 #include <QTest>
@@ -15,7 +16,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <set>
 #include <system_error>
@@ -45,22 +45,17 @@ protected:
     /// Everything as at the beginning: the items there, no trash yet or one in use.
     void restore(bool hasTrash) const
     {
-        for (const char* const top : {"items", "data"})
-            fs::remove_all(volume.at(top));
-        for (const fs::directory_entry& entry : fs::directory_iterator(volume.path()))
-            if (entry.path().filename().string().starts_with(".Trash"))
-                fs::remove_all(entry);
-        fs::create_directories(volume.at("items/folder"));
-        fs::create_directories(volume.at("data"));
-        std::ofstream(volume.at("items/file")) << "text";
-        std::ofstream(volume.at("items/folder/inside")) << "text";
-        fs::create_symlink("file", volume.at("items/link"));
+        for (const std::string& name : namesIn(volume.path()))
+            if (name != "home")
+                volume.remove(name);
+        volume.folder("data");
+        volume.write("items/file", "text");
+        volume.write("items/folder/inside", "text");
+        volume.link("items/link", "file");
         if (hasTrash) {
-            fs::create_directories(volume.at("data/Trash/files"));
-            fs::create_directories(volume.at("data/Trash/info"));
-            std::ofstream(volume.at("data/Trash/files/file")) << "older";
-            std::ofstream(volume.at("data/Trash/info/file.trashinfo"))
-                << "[Trash Info]\nPath=/older\nDeletionDate=2026-01-01T00:00:00\n";
+            volume.write("data/Trash/files/file", "older");
+            volume.write("data/Trash/info/file.trashinfo",
+                         "[Trash Info]\nPath=/older\nDeletionDate=2026-01-01T00:00:00\n");
         }
     }
 
@@ -77,18 +72,12 @@ protected:
         return result.value_or(Workspace::Recycled());
     }
 
-    bool isThere(const std::string& path) const
-    {
-        return fs::symlink_status(path).type() != fs::file_type::not_found;
-    }
-
     /// The contents, whole, wherever they are.
     bool isWhole(const std::string& name, const std::string& path) const
     {
         if (name == "link")
             return fs::is_symlink(path) && fs::read_symlink(path) == "file";
-        std::ifstream file(name == "folder" ? path + "/inside" : path);
-        return std::string(std::istreambuf_iterator<char>(file), {}) == "text";
+        return contents(name == "folder" ? path + "/inside" : path) == "text";
     }
 
     void expectTheRule(const std::string& what, const Workspace::Recycled& result,
@@ -101,27 +90,22 @@ protected:
             EXPECT_TRUE(isWhole(name, destination.path())) << what << ": " << name;
             EXPECT_EQ(destination.deletingLastPathComponent().path(), volume.at("data/Trash/files"))
                 << what;
-            std::ifstream info(volume.at("data/Trash/info/") +
-                               std::string(destination.lastPathComponent()) + ".trashinfo");
-            const std::string text(std::istreambuf_iterator<char>(info), {});
-            EXPECT_NE(text.find("Path=" + source.path() + '\n'), std::string::npos)
-                << what << ": " << text;
+            EXPECT_EQ(originOf(destination), source.path()) << what;
         }
         for (const std::string name : names) {
             const std::string path = volume.at("items/" + name);
-            EXPECT_EQ(isThere(path), !moved.contains(name)) << what << ": " << name;
+            EXPECT_EQ(exists(path), !moved.contains(name)) << what << ": " << name;
             EXPECT_TRUE(moved.contains(name) || isWhole(name, path)) << what << ": " << name;
         }
         EXPECT_TRUE(moved.size() == names.size() || !result.error.empty() || maySayNothing) << what;
         // No information without its item, no item without, and nothing anywhere else.
         const std::string info = volume.at("data/Trash/info");
-        if (isThere(info) && !mayLeaveInfo) {
-            for (const fs::directory_entry& entry : fs::directory_iterator(info))
-                EXPECT_TRUE(isThere(volume.at("data/Trash/files/") + entry.path().stem().string()))
-                    << what << ": " << entry.path();
-        }
-        for (const fs::directory_entry& entry : fs::directory_iterator(volume.path()))
-            EXPECT_FALSE(entry.path().filename().string().starts_with(".Trash")) << what;
+        for (const std::string& name : namesIn(info))
+            EXPECT_TRUE(mayLeaveInfo ||
+                        exists(volume.at("data/Trash/files/" + fs::path(name).stem().string())))
+                << what << ": " << name;
+        for (const std::string& name : namesIn(volume.path()))
+            EXPECT_FALSE(name.starts_with(".Trash")) << what;
     }
 };
 
@@ -155,7 +139,7 @@ TEST_F(TrashFaultTest, EveryItemIsWhereItWasOrCanBeRestored)
                 expectTheRule(what, recycled, request.function == "unlinkat",
                               error == ENOENT || error == ELOOP || isOfItem);
                 if (recycled.moved.empty() && !hasTrash && request.function != "unlinkat") {
-                    EXPECT_FALSE(isThere(volume.at("data/Trash"))) << what << " leaves a trash";
+                    EXPECT_FALSE(exists(volume.at("data/Trash"))) << what << " leaves a trash";
                 }
             }
         }

@@ -5,6 +5,9 @@
 
 #include "Require.h"
 
+#include <algorithm>
+#include <tuple>
+
 #include <fuzzer/FuzzedDataProvider.h>
 
 using brisalon::Mount;
@@ -40,10 +43,10 @@ std::string field(FuzzedDataProvider& input)
 void readsWhatTheSystemWrites(FuzzedDataProvider& input)
 {
     std::string text;
-    std::vector<Mount> written;
-    for (std::size_t i = 0; i < 3; ++i) {
-        Mount mount;
-        mount.id = input.ConsumeIntegralInRange<std::uint64_t>(1, 1000) * 3 + i;
+    std::vector<Mount> written(3);
+    for (Mount& mount : written) {
+        mount.id = 3 * input.ConsumeIntegralInRange<std::uint64_t>(1, 1000) +
+                   static_cast<std::uint64_t>(&mount - written.data());
         mount.parent = input.ConsumeIntegral<std::uint32_t>();
         mount.root = '/' + field(input);
         mount.point = '/' + field(input);
@@ -53,16 +56,11 @@ void readsWhatTheSystemWrites(FuzzedDataProvider& input)
                 escaped(mount.root) + ' ' + escaped(mount.point) +
                 (input.ConsumeBool() ? " rw,relatime shared:1 master:2 - " : " rw - ") +
                 escaped(mount.type) + ' ' + escaped(mount.source) + " rw\n";
-        written.push_back(std::move(mount));
     }
-    const MountTable table(text);
-    require(table.mounts().size() == written.size());
-    for (std::size_t i = 0; i < written.size(); ++i) {
-        const Mount& mount = table.mounts()[i];
-        require(mount.id == written[i].id && mount.parent == written[i].parent);
-        require(mount.root == written[i].root && mount.point == written[i].point);
-        require(mount.type == written[i].type && mount.source == written[i].source);
-    }
+    const auto fields = [](const Mount& mount) {
+        return std::tie(mount.id, mount.parent, mount.root, mount.point, mount.type, mount.source);
+    };
+    require(std::ranges::equal(MountTable(text).mounts(), written, {}, fields, fields));
 }
 
 } // namespace

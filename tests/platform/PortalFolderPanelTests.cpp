@@ -1,7 +1,9 @@
 #include "Brisalon/Platform/linux/PortalFolderPanel.h"
 
-#include "FileManager.h"
+#include "SessionBus.h"
 
+#include <QDBusContext>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QSignalSpy>
 #include <QTest>
@@ -9,13 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace brisalon::tests {
-
-namespace {
-
-constexpr const char* portalConnection = "portal";
-constexpr const char* portalService = "org.freedesktop.portal.Desktop";
-
-} // namespace
 
 /// A desktop's portal, which answers when it is told to.
 class Portal : public QObject, protected QDBusContext {
@@ -25,26 +20,17 @@ class Portal : public QObject, protected QDBusContext {
 
 public:
     explicit Portal(const SessionBus& bus)
-        : connection_(QDBusConnection::connectToBus(bus.address(), portalConnection))
+        : service_(bus, "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", this)
     {
-        connection_.registerObject("/org/freedesktop/portal/desktop", this,
-                                   QDBusConnection::ExportAllSlots |
-                                       QDBusConnection::ExportAllProperties);
-        connection_.registerService(portalService);
     }
-    ~Portal() override { leave(); }
 
-    void leave()
-    {
-        connection_.unregisterService(portalService);
-        QDBusConnection::disconnectFromBus(portalConnection);
-    }
+    void leave() { service_.leave(); }
     void answer(uint response, const QStringList& uris)
     {
         QDBusMessage signal =
             QDBusMessage::createSignal(request, "org.freedesktop.portal.Request", "Response");
         signal << response << QVariantMap{{"uris", uris}};
-        connection_.send(signal);
+        service_.send(signal);
     }
 
     uint version = 3;
@@ -65,7 +51,7 @@ public slots:
     }
 
 private:
-    QDBusConnection connection_;
+    BusService service_;
 };
 
 namespace {

@@ -1,7 +1,9 @@
 #include "Brisalon/Platform/DesktopWorkspace.h"
 
-#include "FileManager.h"
+#include "SessionBus.h"
 
+#include <QDBusContext>
+#include <QDBusMessage>
 #include <QDesktopServices>
 #include <QList>
 #include <QObject>
@@ -15,9 +17,39 @@
 
 namespace brisalon::tests {
 
-namespace {
+enum class Manners : std::uint8_t { answers, refuses, keepsSilent };
 
-using Manners = FileManager::Manners;
+/// A file manager on the bus, with manners to choose.
+class FileManager : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+
+public:
+    FileManager(const SessionBus& bus, Manners manners)
+        : manners_(manners),
+          service_(bus, "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1", this)
+    {
+    }
+
+    /// What it was asked to show, one list for each call.
+    QList<QStringList> shown;
+
+public slots:
+    void ShowItems(const QStringList& addresses, const QString& /*startup*/)
+    {
+        shown.append(addresses);
+        if (manners_ == Manners::refuses)
+            sendErrorReply(QDBusError::Failed, "not today");
+        else if (manners_ == Manners::keepsSilent)
+            setDelayedReply(true);
+    }
+
+private:
+    Manners manners_;
+    BusService service_;
+};
+
+namespace {
 
 /// Takes what the desktop would open otherwise.
 class Opener : public QObject {
@@ -88,25 +120,20 @@ TEST_F(RevealTest, WithoutAFileManagerTheFolderOpens)
     EXPECT_FALSE(starts.constLast());
 }
 
-TEST_F(RevealTest, AFileManagerThatRefuses)
+TEST_F(RevealTest, WithoutItsAnswerTheFolderOpens)
 {
-    FileManager manager(*bus, Manners::refuses);
-    workspace.reveal(FileURL("/folder/item"), note);
-    ASSERT_TRUE(waitForOpened());
-    EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
-    EXPECT_EQ(manager.shown.size(), 1);
-}
-
-TEST_F(RevealTest, AFileManagerThatKeepsSilentIsWaitedForOnlySoLong)
-{
-    FileManager manager(*bus, Manners::keepsSilent);
     DesktopWorkspace impatient(std::chrono::milliseconds(50));
-    impatient.reveal(FileURL("/folder/item"), note);
-    ASSERT_TRUE(waitForOpened());
-    EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
+    for (const Manners manners : {Manners::refuses, Manners::keepsSilent}) {
+        FileManager manager(*bus, manners);
+        (manners == Manners::refuses ? workspace : impatient).reveal(FileURL("/folder/item"), note);
+        ASSERT_TRUE(waitForOpened());
+        EXPECT_EQ(opener.opened, QList<QByteArray>{"file:///folder"});
+        EXPECT_EQ(manager.shown.size(), 1);
+        opener.opened.clear();
+    }
 
     // A program that ends in between opens nothing any more.
-    opener.opened.clear();
+    FileManager manager(*bus, Manners::keepsSilent);
     auto leaving = std::make_unique<DesktopWorkspace>(std::chrono::milliseconds(50));
     leaving->reveal(FileURL("/folder/item"), note);
     impatient.reveal(FileURL("/later/item"), note);

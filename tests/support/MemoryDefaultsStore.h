@@ -11,17 +11,33 @@ namespace brisalon {
 /// touch the user's own.
 class MemoryDefaultsStore final : public DefaultsStore {
 public:
-    std::optional<std::string> text(std::string_view key) const override;
-    std::optional<double> number(std::string_view key) const override;
-    std::optional<bool> boolean(std::string_view key) const override;
-    void setText(std::string_view key, std::string_view value) override;
-    void setNumber(std::string_view key, double value) override;
-    void setBoolean(std::string_view key, bool value) override;
-    void remove(std::string_view key) override;
+    using Key = std::string_view;
+
+    std::optional<std::string> text(Key key) const override { return value<std::string>(key); }
+    std::optional<double> number(Key key) const override { return value<double>(key); }
+    std::optional<bool> boolean(Key key) const override { return value<bool>(key); }
+    void setText(Key key, std::string_view value) override
+    {
+        values_.insert_or_assign(std::string(key), std::string(value));
+    }
+    void setNumber(Key key, double value) override
+    {
+        values_.insert_or_assign(std::string(key), value);
+    }
+    void setBoolean(Key key, bool value) override
+    {
+        values_.insert_or_assign(std::string(key), value);
+    }
+    void remove(Key key) override { values_.erase(std::string(key)); }
 
 private:
     template <typename T>
-    std::optional<T> value(std::string_view key) const;
+    std::optional<T> value(Key key) const
+    {
+        const auto found = values_.find(key);
+        const T* const held = found == values_.end() ? nullptr : std::get_if<T>(&found->second);
+        return held ? std::optional<T>(*held) : std::nullopt;
+    }
 
     std::map<std::string, std::variant<std::string, double, bool>, std::less<>> values_;
 };

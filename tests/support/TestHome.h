@@ -2,6 +2,8 @@
 
 #include "support/TemporaryTree.h"
 
+#include <cstdlib>
+
 namespace brisalon::tests {
 
 /// A home folder of the test program's own: from its construction on, the
@@ -10,7 +12,13 @@ namespace brisalon::tests {
 /// the application object.
 class TestHome {
 public:
-    TestHome();
+    TestHome()
+    {
+        ::setenv("HOME", home_.path().c_str(), 1);
+        for (const char* const folder : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"})
+            ::setenv(folder, settings_.path().c_str(), 1);
+        ::setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + settings_.at("no-bus")).c_str(), 1);
+    }
 
     const TemporaryTree& tree() const { return home_; }
 

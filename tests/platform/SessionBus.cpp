@@ -1,15 +1,8 @@
-#include "FileManager.h"
+#include "SessionBus.h"
 
 #include <QFile>
 
 namespace brisalon::tests {
-
-namespace {
-
-constexpr const char* connectionName = "file manager";
-constexpr const char* serviceName = "org.freedesktop.FileManager1";
-
-} // namespace
 
 SessionBus* SessionBus::start()
 {
@@ -41,27 +34,19 @@ SessionBus::~SessionBus()
     process_.waitForFinished();
 }
 
-FileManager::FileManager(const SessionBus& bus, Manners manners)
-    : manners_(manners), connection_(QDBusConnection::connectToBus(bus.address(), connectionName))
+BusService::BusService(const SessionBus& bus, const QString& name, const QString& path,
+                       QObject* object)
+    : name_(name), connection_(QDBusConnection::connectToBus(bus.address(), name))
 {
-    connection_.registerObject("/org/freedesktop/FileManager1", this,
-                               QDBusConnection::ExportAllSlots);
-    connection_.registerService(serviceName);
+    connection_.registerObject(
+        path, object, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
+    connection_.registerService(name);
 }
 
-FileManager::~FileManager()
+void BusService::leave()
 {
-    connection_.unregisterService(serviceName);
-    QDBusConnection::disconnectFromBus(connectionName);
-}
-
-void FileManager::ShowItems(const QStringList& addresses, const QString&)
-{
-    shown.append(addresses);
-    if (manners_ == Manners::refuses)
-        sendErrorReply(QDBusError::Failed, "not today");
-    else if (manners_ == Manners::keepsSilent)
-        setDelayedReply(true);
+    connection_.unregisterService(name_);
+    QDBusConnection::disconnectFromBus(name_);
 }
 
 } // namespace brisalon::tests
