@@ -17,10 +17,10 @@ namespace {
 /// Whether the place at that path from the scan's root is a barrier.
 bool isBarrier(const MountBarriers& barriers, std::string_view path)
 {
-    const MountBarriers::Place* place = barriers.root();
+    MountBarriers::Place place = barriers.root();
     for (const std::string_view name : paths::components(path))
-        place = place ? place->child(name) : nullptr;
-    return place && place->isBarrier();
+        place = place.child(name);
+    return place.isBarrier();
 }
 
 /// Lines of the table of mounts from "ID PARENT DEVICE ROOT POINT TYPE SOURCE[ OPTIONS]".
@@ -78,6 +78,9 @@ TEST(MountBarriers, ByWhatTheScanMeets)
                                      "5 1 8:1 /home/b /home/a/other ext4 /dev/sda1",
                                      "6 1 8:1 /home/a/in /home/a/self ext4 /dev/sda1",
                                      "7 1 8:2 / /home/a/disk ext4 /dev/sdb1"});
+    std::string deep = "b";
+    for (int i = 0; i < 300'000; ++i)
+        deep += "/d";
     // The mounts, the scan's root, and places below it, of which those with a "!" are no
     // barriers.
     const std::array<std::string, 3> rows[] = {
@@ -90,6 +93,10 @@ TEST(MountBarriers, ByWhatTheScanMeets)
         {nested, "/", "srv/c srv2 !srv !srv/a !srv/a/b !home"},
         {table({root, "2 1 0:5 / /m autofs none", "3 2 8:2 / /m ext4 /dev/sdb1"}), "/", "!m"},
         {table({root, "3 1 8:2 / /m ext4 /dev/sdb1", "2 3 0:5 / /m proc none"}), "/", "m"},
+        {table({root, "2 1 0:5 / /a/c proc none", "3 1 0:6 / /a-c proc none",
+                "4 1 0:8 / /ab proc none"}),
+         "/", "a/c a-c ab !a !c !b !a/a !ac"},
+        {table({root, "2 1 0:5 / /a/" + deep + " proc none"}), "/a", deep + " !b !b/d"},
         // The first mount of all covered, as start-up leaves it.
         {table({"1 1 0:2 / / rootfs none", "2 1 8:1 / / ext4 /dev/sda1", "3 2 0:5 / /p proc none",
                 "4 1 0:6 / /q proc none"}),
@@ -118,7 +125,7 @@ TEST(MountBarriers, ByWhatTheScanMeets)
             EXPECT_EQ(isBarrier(found, place.substr(expected ? 0 : 1)), expected) << place;
             hasAny = hasAny || expected;
         }
-        EXPECT_EQ(found.root() != nullptr, hasAny);
+        EXPECT_EQ(!found.root().isEmpty(), hasAny);
     }
 }
 

@@ -2,6 +2,7 @@
 // writes it comes back byte for byte.
 
 #include "BrisalonCore/MountTable.h"
+#include "BrisalonCore/Paths.h"
 
 #include "Require.h"
 
@@ -79,6 +80,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto place = table.place(mount.point);
         require(place.has_value() == (table.at(mount.point) != nullptr));
     }
-    require(!table.way(path).empty());
+    for (const Mount* const passed : table.way(path))
+        require(brisalon::paths::isWithin(path, passed->point));
     return 0;
 }

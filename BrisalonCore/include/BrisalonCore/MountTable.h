@@ -1,11 +1,12 @@
 #pragma once
 
+#include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace brisalon {
@@ -77,14 +78,11 @@ public:
     /// All of them, in the system's order; those too that others hide.
     const std::vector<Mount>& mounts() const noexcept { return mounts_; }
 
-    struct Step {
-        std::string_view folder; ///< a part of the path that was asked for
-        const Mount* mount;      ///< what it is seen through; null when that is out of reach
-    };
-    /// Every folder on the way from "/" to `path`, itself included, and the mount that
-    /// it is seen through: of several mounted on one another the last, of hidden ones
-    /// none. Seen as if `without`, and what is mounted on that, were not there.
-    std::vector<Step> way(std::string_view path, const Mount* without = nullptr) const;
+    /// The mounts that are passed on the way from "/" to `path`, the last the one that it
+    /// is seen through: of several mounted on one another only the last, of hidden ones
+    /// none. Empty when that is out of reach. Seen as if `without`, and what is mounted on
+    /// that, were not there.
+    std::vector<const Mount*> way(std::string_view path, const Mount* without = nullptr) const;
 
     /// The mount through which `path` is seen; null when that is out of reach.
     const Mount* at(std::string_view path) const;
@@ -97,13 +95,24 @@ public:
     bool carriesMount(std::string_view path) const;
 
 private:
-    /// What is mounted on that folder as `mount` shows it; null for nothing.
-    const Mount* mountedOn(const Mount* mount, std::string_view folder) const;
+    /// What is mounted at or below `reached`, a folder on the way to `path`, as `mount`
+    /// shows it: the first that the way comes to. Null for nothing.
+    const Mount* nextOn(std::string_view path, std::size_t reached, const Mount* mount,
+                        const Mount* without) const;
+
+    /// The mount that another is mounted on (nothing for those that paths start at), and
+    /// that one's point. In an order in which short points come first: so what lies on a
+    /// way is found by its lengths, which are few, and not by trying the folders, of
+    /// which a million may lie in one another.
+    struct Place {
+        std::optional<std::uint64_t> parent;
+        std::size_t length;
+        std::string_view point;
+        auto operator<=>(const Place&) const = default;
+    };
 
     std::vector<Mount> mounts_;
-    /// By the mount that it is mounted on (nothing for those that paths start at), and
-    /// its point; of several the last.
-    std::map<std::pair<std::optional<std::uint64_t>, std::string_view>, const Mount*> children_;
+    std::map<Place, const Mount*> children_; ///< of several in one place the last
 };
 
 } // namespace brisalon

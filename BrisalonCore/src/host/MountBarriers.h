@@ -1,9 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <map>
+#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brisalon {
 class MountTable;
@@ -29,29 +30,32 @@ namespace brisalon::host {
 /// Immutable once made; safe to read from any thread.
 class MountBarriers {
 public:
-    /// A folder at or above a barrier, most of which are mount points.
+    /// A folder with the barriers at and below it, mostly none. A small value; refers to
+    /// the MountBarriers that it came from.
     class Place {
     public:
-        bool isBarrier() const noexcept { return isBarrier_; }
-        /// The place of that name inside this one; null when neither it nor
-        /// anything below it is a barrier.
-        const Place* child(std::string_view name) const;
+        bool isEmpty() const noexcept { return barriers_.empty(); }
+        bool isBarrier() const noexcept;
+        /// The item of that name inside this folder.
+        Place child(std::string_view name) const noexcept;
 
     private:
         friend class MountBarriers;
-        std::map<std::string, Place, std::less<>> children_;
-        bool isBarrier_ = false;
+        std::span<const std::string> barriers_;
+        std::size_t length_ = 0; ///< of the path that all of them begin with
     };
 
     /// The barriers for a scan of `root`, an absolute, resolved path. Asks the system
     /// about mounted images, and about the links to the layers of unions.
     MountBarriers(const MountTable& table, std::string_view root);
 
-    /// The root's place; null when nothing below the root is a barrier.
-    const Place* root() const noexcept;
+    Place root() const noexcept;
 
 private:
-    Place root_;
+    /// The names on the way from the root to each barrier, every one ended by NUL, so that
+    /// in their order what lies in one folder stands together. Not a tree: a mount may lie
+    /// a million folders deep.
+    std::vector<std::string> barriers_;
 };
 
 } // namespace brisalon::host

@@ -164,7 +164,7 @@ void FolderWalk::visit(const Task& task, Worker& worker)
         } else {
             const char* name = folder->name();
             folder->depth = parent->depth + 1;
-            folder->mounts = parent->mounts ? parent->mounts->child(name) : nullptr;
+            folder->mounts = parent->mounts.child(name);
             folder->package = parent->package;
             if (!folder->package) {
                 const FileNode& node = parent->children->nodes()[task.slot];
@@ -253,8 +253,7 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
                               const std::string& pathForSkipping, const OpenFolder& handle,
                               Worker& worker) const
 {
-    const auto* place = folder.mounts ? folder.mounts->child(entry.name) : nullptr;
-    const bool isBarrier = place && place->isBarrier();
+    const bool isBarrier = folder.mounts.child(entry.name).isBarrier();
     ItemType type = entry.type;
     std::int64_t size = 0;
     if (isBarrier) {
@@ -342,8 +341,7 @@ void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle,
             // does not interrupt it.
             if (isAbandoned())
                 return worker.tasks.clear();
-            const auto* place = folder.mounts ? folder.mounts->child(entry->name) : nullptr;
-            if ((place && place->isBarrier()) || !worker.names.add(entry->name))
+            if (folder.mounts.child(entry->name).isBarrier() || !worker.names.add(entry->name))
                 continue;
             const auto measure = handle.measure(entry->name);
             if (!measure)

@@ -28,7 +28,7 @@ struct WalkFolder {
 
     std::size_t depth = 0; ///< how many components its path has
     HogTrail trail = HogTrail::ofNoFolder();
-    const host::MountBarriers::Place* mounts = nullptr;
+    host::MountBarriers::Place mounts;
 
     SharedRef<NameBlock> names;
     SharedRef<ChildBlock> children;

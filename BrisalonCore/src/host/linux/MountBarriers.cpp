@@ -220,36 +220,51 @@ std::optional<StoredPlace> Sight::layerPlace(const std::string& path, const View
     if (!path.starts_with('/'))
         return std::nullopt;
     // What may hang is not asked where its links lead.
-    const bool isLocal = std::ranges::all_of(table_.way(path), [](const MountTable::Step& step) {
-        const Nature nature = step.mount ? natureOf(step.mount->type) : Nature::disk;
+    const bool isLocal = std::ranges::all_of(table_.way(path), [](const Mount* mount) {
+        const Nature nature = natureOf(mount->type);
         return nature != Nature::remote && nature != Nature::kernel;
     });
     const std::string resolved = isLocal ? resolveSymbolicLinks(path) : path;
-    const MountTable::Step last = table_.way(resolved, view.mount).back();
-    return last.mount ? std::optional(last.mount->place(resolved)) : std::nullopt;
+    const auto way = table_.way(resolved, view.mount);
+    return way.empty() ? std::nullopt : std::optional(way.back()->place(resolved));
 }
 
 } // namespace
 
-const MountBarriers::Place* MountBarriers::Place::child(std::string_view name) const
+bool MountBarriers::Place::isBarrier() const noexcept
 {
-    const auto found = children_.find(name);
-    return found == children_.end() ? nullptr : &found->second;
+    return !barriers_.empty() && barriers_.front().size() == length_;
+}
+
+MountBarriers::Place MountBarriers::Place::child(std::string_view name) const noexcept
+{
+    Place place;
+    if (barriers_.empty())
+        return place;
+    const auto nameOf = [this](const std::string& barrier) -> std::string_view {
+        return barrier.c_str() + length_;
+    };
+    place.barriers_ = std::ranges::equal_range(barriers_, name, {}, nameOf);
+    place.length_ = length_ + name.size() + 1;
+    return place;
 }
 
 MountBarriers::MountBarriers(const MountTable& table, std::string_view root)
+    : barriers_(Sight(table, root).barriers())
 {
-    for (const std::string& path : Sight(table, root).barriers()) {
-        Place* place = &root_;
-        for (const std::string_view name : paths::components(paths::relative(path, root)))
-            place = &place->children_[std::string(name)];
-        place->isBarrier_ = true;
+    for (std::string& barrier : barriers_) {
+        barrier.erase(0, root == "/" ? 1 : root.size() + 1);
+        std::ranges::replace(barrier, '/', '\0');
+        barrier += '\0';
     }
+    std::ranges::sort(barriers_);
 }
 
-const MountBarriers::Place* MountBarriers::root() const noexcept
+MountBarriers::Place MountBarriers::root() const noexcept
 {
-    return root_.children_.empty() ? nullptr : &root_;
+    Place place;
+    place.barriers_ = barriers_;
+    return place;
 }
 
 } // namespace brisalon::host

@@ -131,7 +131,9 @@ MountTable::MountTable(std::string_view text)
     for (Mount& mount : mounts_) {
         const auto parent = mount.parent == mount.id ? byID.end() : byID.find(mount.parent);
         const bool isRooted = parent != byID.end();
-        children_[{isRooted ? std::optional(mount.parent) : std::nullopt, mount.point}] = &mount;
+        children_[{.parent = isRooted ? std::optional(mount.parent) : std::nullopt,
+                   .length = mount.point.size(),
+                   .point = mount.point}] = &mount;
         if (isRooted && paths::isWithin(mount.point, parent->second->point))
             mount.under = parent->second->place(mount.point);
     }
@@ -151,26 +153,29 @@ MountTable MountTable::current()
     }
 }
 
-std::vector<MountTable::Step> MountTable::way(std::string_view path, const Mount* without) const
+std::vector<const Mount*> MountTable::way(std::string_view path, const Mount* without) const
 {
-    std::vector<Step> steps;
-    const Mount* current = nullptr;
-    for (const std::string_view folder : paths::way(path)) {
-        // A table read while it changes may have mounts in a circle.
-        for (std::size_t height = 0; height < mounts_.size(); ++height) {
-            const Mount* const next = mountedOn(current, folder);
-            if (!next || next == without)
-                break;
-            current = next;
-        }
-        steps.push_back({folder, current});
+    std::vector<const Mount*> passed;
+    const Mount* mount = nullptr;
+    std::size_t reached = 0;
+    // A table read while it changes may have mounts in a circle.
+    for (std::size_t height = 0; height < mounts_.size(); ++height) {
+        mount = nextOn(path, reached, mount, without);
+        if (!mount)
+            break;
+        if (mount->point.size() == reached)
+            passed.back() = mount;
+        else
+            passed.push_back(mount);
+        reached = mount->point.size();
     }
-    return steps;
+    return passed;
 }
 
 const Mount* MountTable::at(std::string_view path) const
 {
-    return way(path).back().mount;
+    const auto passed = way(path);
+    return passed.empty() ? nullptr : passed.back();
 }
 
 std::optional<StoredPlace> MountTable::place(std::string_view path) const
@@ -191,10 +196,22 @@ bool MountTable::carriesMount(std::string_view path) const
     });
 }
 
-const Mount* MountTable::mountedOn(const Mount* mount, std::string_view folder) const
+const Mount* MountTable::nextOn(std::string_view path, std::size_t reached, const Mount* mount,
+                                const Mount* without) const
 {
-    const auto child = children_.find({mount ? std::optional(mount->id) : std::nullopt, folder});
-    return child == children_.end() ? nullptr : child->second;
+    const auto parent = mount ? std::optional(mount->id) : std::nullopt;
+    for (std::size_t length = reached;;) {
+        const auto next = children_.lower_bound({parent, length, {}});
+        if (next == children_.end() || next->first.parent != parent ||
+            next->first.length > path.size())
+            return nullptr;
+        length = next->first.length;
+        const auto found = children_.find({parent, length, path.substr(0, length)});
+        if (found != children_.end() && found->second != without &&
+            paths::isWithin(path, found->first.point))
+            return found->second;
+        ++length;
+    }
 }
 
 } // namespace brisalon
