@@ -22,8 +22,10 @@ ListView {
 
     onContentWidthChanged: positionViewAtEnd()
     onWidthChanged: positionViewAtEnd()
-    // The crumbs are made anew; the keyboard, if it was on one, goes to the last.
+    // The crumbs are made anew; the keyboard, if it was on one, goes to the last. Where
+    // the end is, is only a guess until they are there.
     onModelChanged: {
+        Qt.callLater(positionViewAtEnd);
         if (!activeFocus)
             return;
         forceLayout();

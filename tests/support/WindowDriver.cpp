@@ -6,24 +6,22 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <cmath>
-
 namespace brisalon {
 
 namespace {
 
 constexpr int patience = 20'000;
 
-QQuickItem* search(QQuickItem* item, const QString& objectName)
+QQuickItem* search(QQuickItem* item, const std::function<bool(const QQuickItem&)>& isIt)
 {
-    if (!item->isVisible())
+    if (!item || !item->isVisible())
         return nullptr;
-    if (item->objectName() == objectName)
+    if (isIt(*item))
         return item;
     // What is drawn last lies on top, and is what the user sees.
     const QList<QQuickItem*> children = item->childItems();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        if (QQuickItem* const found = search(*child, objectName))
+        if (QQuickItem* const found = search(*child, isIt))
             return found;
     }
     return nullptr;
@@ -31,9 +29,14 @@ QQuickItem* search(QQuickItem* item, const QString& objectName)
 
 } // namespace
 
-QQuickItem* WindowDriver::find(const QString& objectName) const
+QQuickItem* WindowDriver::find(const QString& nameOrText, const QString& in) const
 {
-    return search(window_.contentItem(), objectName);
+    QQuickItem* const root = in.isEmpty() ? window_.contentItem() : find(in);
+    QQuickItem* const named =
+        search(root, [&](const QQuickItem& item) { return item.objectName() == nameOrText; });
+    return named ? named : search(root, [&](const QQuickItem& item) {
+        return item.inherits("QQuickText") && item.property("text") == nameOrText;
+    });
 }
 
 QVariant WindowDriver::property(const QString& objectName, const char* name) const
@@ -64,10 +67,15 @@ bool WindowDriver::settle() const
     return frames.wait(patience);
 }
 
+QRectF WindowDriver::box(const QString& nameOrText, const QString& in) const
+{
+    const QQuickItem* const item = find(nameOrText, in);
+    return item ? item->mapRectToScene(QRectF(QPointF(), item->size())) : QRectF();
+}
+
 QPoint WindowDriver::centre(const QString& objectName) const
 {
-    const QQuickItem* const item = find(objectName);
-    return item ? item->mapToScene(item->boundingRect().center()).toPoint() : QPoint();
+    return box(objectName).center().toPoint();
 }
 
 std::optional<QPoint>

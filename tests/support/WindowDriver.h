@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 namespace brisalon {
 
@@ -19,8 +20,9 @@ public:
     /// The window outlives the driver.
     explicit WindowDriver(QQuickWindow& window) : window_(window) {}
 
-    /// The visible item of that name, or null.
-    QQuickItem* find(const QString& objectName) const;
+    /// The visible item of that name, or else that shows that text, or null; in the
+    /// item of another name or anywhere.
+    QQuickItem* find(const QString& nameOrText, const QString& in = {}) const;
     /// A property of that item; invalid without the item.
     QVariant property(const QString& objectName, const char* name) const;
 
@@ -34,7 +36,9 @@ public:
     /// Waits until what has changed is laid out and drawn; false when no frame comes.
     bool settle() const;
 
-    /// The middle of the item, in the window; the window's corner without one.
+    /// Where it is in the window; nowhere without one.
+    QRectF box(const QString& nameOrText, const QString& in = {}) const;
+    /// Its middle; the window's corner without one.
     QPoint centre(const QString& objectName) const;
     /// The middle of the largest block of the map whose node is accepted, in the
     /// window; nothing when there is none.

@@ -16,12 +16,8 @@ class HabitsTest : public WindowFixture {
 protected:
     void openAndScan()
     {
-        home.file("Movies/a.mov", 9 * mib);
-        home.file("Movies/b.mov", 3 * mib);
         home.file("Movies/small.txt", 10);
-        start();
-        app->state().startScan(home.url());
-        ASSERT_TRUE(mapAppears());
+        startWithMap({{"Movies/a.mov", 9}, {"Movies/b.mov", 3}});
     }
 
     /// The entries of the context menu that is open; empty when none is.
@@ -30,7 +26,7 @@ protected:
         std::string names;
         for (const char* const name :
              {"zoomIn", "reveal", "openTerminal", "copyPath", "moveToTrash"})
-            if (driver->find(QString(name) + "Entry"))
+            if (isShown(QString(name) + "Entry"))
                 names += std::string(name) + ' ';
         return names;
     }
@@ -42,13 +38,13 @@ protected:
     }
     void close()
     {
-        driver->press(Qt::Key_Escape);
-        EXPECT_TRUE(driver->waitFor([&] { return entries().empty(); }));
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(waitFor([&] { return entries().empty(); }));
     }
     void choose(const char* name)
     {
-        driver->click(driver->centre(QString(name) + "Entry"));
-        EXPECT_TRUE(driver->waitFor([&] { return entries().empty(); }));
+        clickOn(QString(name) + "Entry");
+        EXPECT_TRUE(waitFor([&] { return entries().empty(); }));
     }
     static std::string copied() { return QGuiApplication::clipboard()->text().toStdString(); }
 };
@@ -58,11 +54,9 @@ TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
     openAndScan();
     EXPECT_EQ(entriesAfterRightClick(block("Movies")),
               "zoomIn reveal openTerminal copyPath moveToTrash ");
-    EXPECT_EQ(app->state().selected().name(), "Movies");
+    EXPECT_EQ(state().selected().name(), "Movies");
     choose("zoomIn");
-    ASSERT_TRUE(driver->waitForMap());
     EXPECT_EQ(levelName(), "Movies");
-
     EXPECT_EQ(entriesAfterRightClick(block("b.mov")), "reveal copyPath moveToTrash ");
     close();
 
@@ -70,44 +64,43 @@ TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
     entriesAfterRightClick(driver->centre("crumb0"));
     choose("copyPath");
     EXPECT_EQ(copied(), home.path());
-    const FileNodeValue level = app->state().current();
-    app->state().select(level.at(level->children().back()));
-    ASSERT_TRUE(app->state().selected().isAggregate());
-    driver->press(Qt::Key_C, Qt::ControlModifier);
+    const FileNodeValue level = state().current();
+    state().select(level.at(level->children().back()));
+    ASSERT_TRUE(state().selected().isAggregate());
+    press(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(copied(), home.at("Movies"));
 
     // The row that was ticked before is not meant any more; nor does the map move.
-    driver->click(driver->centre("largeFile0"));
+    clickOn("largeFile0");
     EXPECT_EQ(entriesAfterRightClick(driver->centre("largeFile1")), "reveal copyPath moveToTrash ");
     choose("copyPath");
     EXPECT_EQ(copied(), home.at("Movies/b.mov"));
     // Of several ticked ones, all.
-    driver->click(driver->centre("largeFile0"), Qt::ControlModifier);
+    clickOn("largeFile0", Qt::ControlModifier);
     EXPECT_EQ(entriesAfterRightClick(driver->centre("largeFile1")), "copyPath moveToTrash ");
     choose("copyPath");
     EXPECT_EQ(copied(), home.at("Movies/a.mov") + '\n' + home.at("Movies/b.mov"));
     EXPECT_EQ(QGuiApplication::clipboard()->mimeData()->urls().size(), 2);
     entriesAfterRightClick(driver->centre("largeFile1"));
     choose("moveToTrash");
-    EXPECT_EQ(app->state().confirmTrash()->items.size(), 2U);
+    EXPECT_EQ(state().confirmTrash()->items.size(), 2U);
 }
 
 TEST_F(HabitsTest, TheKeyboardOpensThemToo)
 {
     openAndScan();
-    driver->press(Qt::Key_Right);
-    driver->press(Qt::Key_Menu);
+    press(Qt::Key_Right);
+    press(Qt::Key_Menu);
     EXPECT_EQ(entries(), "zoomIn reveal openTerminal copyPath moveToTrash ");
     close();
-    driver->press(Qt::Key_F10, Qt::ShiftModifier);
+    press(Qt::Key_F10, Qt::ShiftModifier);
     EXPECT_EQ(entries(), "zoomIn reveal openTerminal copyPath moveToTrash ");
-    driver->press(Qt::Key_Down);
-    driver->press(Qt::Key_Return);
-    ASSERT_TRUE(driver->waitForMap());
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
     EXPECT_EQ(levelName(), "Movies");
 
-    window->findChild<QQuickItem*>("largeFilesList")->forceActiveFocus(Qt::TabFocusReason);
-    driver->press(Qt::Key_Menu);
+    driver->find("largeFilesList")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Menu);
     EXPECT_EQ(entries(), "reveal copyPath moveToTrash ");
     close();
 }
@@ -124,20 +117,20 @@ TEST_F(HabitsTest, AFolderDroppedAnywhereIsScanned)
         data.setData("text/uri-list", address);
         QDragEnterEvent enter({600, 400}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(window, &enter);
-        const bool isTaken = driver->find("dropHint") != nullptr;
+        const bool isTaken = isShown("dropHint");
         QDropEvent drop({600, 400}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QDragLeaveEvent leave;
         QCoreApplication::sendEvent(window, isDropped ? static_cast<QEvent*>(&drop) : &leave);
-        EXPECT_EQ(driver->find("dropHint"), nullptr);
+        EXPECT_FALSE(isShown("dropHint"));
         return isTaken;
     };
     EXPECT_FALSE(drag(home.at("file"), true));
     EXPECT_FALSE(drag(home.at("missing"), true));
     EXPECT_TRUE(drag(home.at("folder \xff"), false));
-    EXPECT_FALSE(app->state().isScanning());
+    EXPECT_FALSE(state().isScanning());
     EXPECT_TRUE(drag(home.at("folder \xff"), true));
     ASSERT_TRUE(mapAppears());
-    EXPECT_EQ(app->state().scanRoot().path(), home.at("folder \xff"));
+    EXPECT_EQ(state().scanRoot().path(), home.at("folder \xff"));
 }
 
 } // namespace brisalon::tests

@@ -1,119 +1,98 @@
 #include "WindowFixture.h"
 #include "support/Script.h"
 
-#include <QTest>
-
 namespace brisalon::tests {
 
 /// Where the keyboard is, and that those who use it see it.
 class KeyboardTest : public WindowFixture {
 protected:
-    void openAndScan()
-    {
-        home.file("Movies/Summer/a.mov", 3 * mib);
-        home.file("Movies/b.mov", 2 * mib);
-        home.file("Music/c.flac", mib);
-        startWithMap();
-    }
+    const std::vector<File> files{
+        {"Movies/Summer/a.mov", 3}, {"Movies/b.mov", 2}, {"Music/c.flac", 1}};
 
-    bool isOnTheMap() const
-    {
-        const QQuickItem* const item = window->activeFocusItem();
-        return item && item->inherits("brisalon::TreemapCanvas") && item->isVisible();
-    }
-
-    bool isSeenOn(const QString& name)
-    {
-        return WindowDriver::waitFor(
-            [&] { return focused() == name && driver->property(name, "visualFocus").toBool(); });
-    }
-
-    bool isSeenOnTheMap()
-    {
-        return WindowDriver::waitFor([this] {
-            return isOnTheMap() && window->activeFocusItem()->property("focusVisible").toBool();
-        });
-    }
+    void openAndScan() { startWithMap(files); }
 };
+
+TEST_F(KeyboardTest, AloneItScansZoomsInAndStaysOnTheMap)
+{
+    for (const File& file : files)
+        home.file(file.path, file.size * mib);
+    start();
+    ASSERT_TRUE(reaches("scanHomeCard"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(mapAppears());
+    EXPECT_EQ(state().tree()->id(), home.path());
+    // The map has the focus by itself.
+    for (const char* const folder : {"Movies", "Summer"}) {
+        press(Qt::Key_Right);
+        EXPECT_EQ(state().selected().name(), folder);
+        press(Qt::Key_Return);
+        EXPECT_EQ(levelName(), folder);
+        EXPECT_TRUE(isFocusSeen());
+        ASSERT_TRUE(driver->waitForMap());
+        ASSERT_TRUE(waitFor([this] {
+            return driver->find("mapPanel")->findChildren<QQuickItem*>("treemapView").size() == 1;
+        })) << "the old level's map goes";
+    }
+    press(Qt::Key_Right);
+    EXPECT_EQ(state().selected().name(), "a.mov");
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(levelName(), "Movies");
+
+    // A crumb keeps it when it is jumped to.
+    ASSERT_TRUE(reaches("crumb0"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(state().current(), state().tree());
+    EXPECT_TRUE(isFocusSeen("crumb0"));
+    zoomIntoFirstOf(state().tree());
+    EXPECT_TRUE(isFocusSeen("crumb1"));
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(state().current(), state().tree());
+    EXPECT_TRUE(isFocusSeen("crumb0"));
+}
 
 TEST_F(KeyboardTest, WhatGoesAwayUnderTheKeyboardLeavesItToTheMap)
 {
     openAndScan();
     zoomIntoFirstOf(state().tree());
-    ASSERT_TRUE(driver->waitForMap());
     ASSERT_TRUE(reaches("upButton"));
-    driver->press(Qt::Key_Space);
-    EXPECT_EQ(driver->find("upButton"), nullptr);
-    EXPECT_TRUE(isSeenOnTheMap());
+    press(Qt::Key_Space);
+    EXPECT_FALSE(isShown("upButton"));
+    EXPECT_TRUE(isFocusSeen());
 
     // The mark of the keyboard is for those who use it.
     zoomIntoFirstOf(state().tree());
-    ASSERT_TRUE(driver->waitForMap());
-    driver->click(driver->centre("upButton"));
-    ASSERT_TRUE(driver->waitForMap());
-    EXPECT_TRUE(WindowDriver::waitFor([this] { return isOnTheMap(); }));
+    clickOn("upButton");
+    EXPECT_TRUE(waitFor([this] { return isFocusOnMap(); }));
     EXPECT_FALSE(window->activeFocusItem()->property("focusVisible").toBool());
 
-    gate.holdAfter(0);
-    state().startScan(home.url());
+    beginScan();
     ASSERT_TRUE(reaches("cancelButton"));
-    driver->press(Qt::Key_Return);
+    press(Qt::Key_Return);
     EXPECT_FALSE(state().isScanning());
-    EXPECT_TRUE(isSeenOnTheMap());
+    EXPECT_TRUE(isFocusSeen());
     gate.open();
-}
-
-TEST_F(KeyboardTest, TheMapKeepsTheKeyboardFromLevelToLevel)
-{
-    openAndScan();
-    for (const char* const folder : {"Movies", "Summer"}) {
-        driver->press(Qt::Key_Right);
-        EXPECT_EQ(state().selected().name(), folder);
-        driver->press(Qt::Key_Return);
-        EXPECT_EQ(levelName(), folder);
-        EXPECT_TRUE(isSeenOnTheMap());
-        ASSERT_TRUE(driver->waitForMap());
-        ASSERT_TRUE(WindowDriver::waitFor([this] {
-            return driver->find("mapPanel")->findChildren<QQuickItem*>("treemapView").size() == 1;
-        })) << "the old level's map goes";
-    }
-    driver->press(Qt::Key_Right);
-    EXPECT_EQ(state().selected().name(), "a.mov");
-}
-
-TEST_F(KeyboardTest, ACrumbKeepsTheKeyboardWhenItIsJumpedTo)
-{
-    openAndScan();
-    zoomIntoFirstOf(state().tree());
-    zoomIntoFirstOf(state().current());
-    ASSERT_TRUE(driver->waitForMap());
-    ASSERT_TRUE(reaches("crumb1"));
-    driver->press(Qt::Key_Return);
-    EXPECT_EQ(levelName(), "Movies");
-    EXPECT_TRUE(isSeenOn("crumb1"));
-    driver->press(Qt::Key_Backspace);
-    EXPECT_EQ(state().current(), state().tree());
-    EXPECT_TRUE(isSeenOn("crumb0"));
 }
 
 TEST_F(KeyboardTest, ADeletedSnapshotLeavesTheKeyboardInItsList)
 {
-    TemporaryTree tools;
-    const std::string deleted = tools.at("deleted");
-    snapshots = SnapshotService(
-        script(tools, "tool",
-               "case $1 in list*) [ -e " + deleted + ".2 ] || echo 2024-01-16-123456\n" + "[ -e " +
-                   deleted + ".1 ] || echo 2024-01-15-123456;;\n" + "*) [ -e " + deleted +
-                   ".1 ] && touch " + deleted + ".2; touch " + deleted + ".1;; esac"));
+    tools.file("deleted");
+    const char* const tool = R"(case $1 in
+        listlocalsnapshots) printf '2024-01-16-123456\n2024-01-15-123456\n' | grep -vf deleted;;
+        deletelocalsnapshots) echo $2 >> deleted;;
+    esac)";
+    snapshots = SnapshotService(script(tools, "tool", "cd " + tools.path() + '\n' + tool));
     openAndScan();
     state().setSidebarTab(SidebarTab::Snapshots);
     for (const char* const next : {"deleteSnapshotButton", "refreshSnapshotsButton"}) {
+        const std::string token = state().snapshots().first()->dateToken;
         ASSERT_TRUE(reaches("deleteSnapshotButton"));
-        driver->press(Qt::Key_Return);
-        driver->press(Qt::Key_Backtab, Qt::ShiftModifier);
+        press(Qt::Key_Return);
+        press(Qt::Key_Backtab, Qt::ShiftModifier);
         ASSERT_EQ(focused(), "confirmButton");
-        driver->press(Qt::Key_Return);
-        EXPECT_TRUE(isSeenOn(next));
+        press(Qt::Key_Return);
+        EXPECT_TRUE(isFocusSeen(next));
+        EXPECT_TRUE(contents(tools.at("deleted")).ends_with(token + '\n'));
+        EXPECT_EQ(text("statusText").toStdString(), "Deleted local snapshot " + token + ".");
     }
     EXPECT_TRUE(state().snapshots().isEmpty());
 }
@@ -146,69 +125,59 @@ TEST_F(KeyboardTest, DeleteAsksForWhatTheRingShows)
 TEST_F(KeyboardTest, DeleteAsksForTheSelectionWhereverTheKeyboardIs)
 {
     openAndScan();
-    driver->press(Qt::Key_Delete);
+    press(Qt::Key_Delete);
     EXPECT_FALSE(state().confirmTrash()) << "nothing is selected";
-    driver->press(Qt::Key_Right);
-    ASSERT_EQ(state().selected().name(), "Movies");
-    driver->press(Qt::Key_Delete);
-    ASSERT_TRUE(state().confirmTrash());
-    EXPECT_EQ(state().confirmTrash()->urls, std::vector{FileURL(home.at("Movies"))});
-    driver->press(Qt::Key_Escape);
-    EXPECT_TRUE(isSeenOnTheMap());
-    ASSERT_TRUE(goes("confirmationTitle"));
-
-    ASSERT_TRUE(reaches("revealButton"));
-    driver->press(Qt::Key_Delete);
-    EXPECT_TRUE(state().confirmTrash());
-    driver->press(Qt::Key_Escape);
-    EXPECT_TRUE(isSeenOn("revealButton"));
-    ASSERT_TRUE(goes("confirmationTitle"));
-
+    press(Qt::Key_Right);
+    for (const char* const item : {"", "revealButton"}) {
+        ASSERT_TRUE(*item == 0 || reaches(item));
+        press(Qt::Key_Delete);
+        ASSERT_TRUE(state().confirmTrash());
+        EXPECT_EQ(state().confirmTrash()->urls, std::vector{FileURL(home.at("Movies"))});
+        press(Qt::Key_Escape);
+        EXPECT_TRUE(isFocusSeen(item));
+        ASSERT_TRUE(goes("confirmationTitle"));
+    }
     gate.holdAfter(0);
-    driver->press(Qt::Key_R, Qt::ControlModifier);
+    press(Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(state().isScanning());
-    driver->press(Qt::Key_Delete);
+    press(Qt::Key_Delete);
     EXPECT_FALSE(state().confirmTrash());
-    gate.open();
-    ASSERT_TRUE(mapAppears());
+    endScan();
 }
 
 TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
 {
     openAndScan();
     zoomIntoFirstOf(state().tree());
-    ASSERT_TRUE(driver->waitForMap());
     ASSERT_TRUE(reaches("menuButton"));
-    driver->press(Qt::Key_Space);
+    press(Qt::Key_Space);
     ASSERT_TRUE(appears("aboutEntry"));
     EXPECT_EQ(driver->find("aboutEntry")->y() - driver->find("scanAgainEntry")->y(), 28 + 11)
         << "a line between the groups";
     for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Up}) {
-        driver->press(key);
+        press(key);
         EXPECT_EQ(focused() == "aboutEntry", key == Qt::Key_Up) << "from end to end";
     }
-    driver->press(Qt::Key_Backspace);
+    press(Qt::Key_Backspace);
     EXPECT_EQ(levelName(), "Movies");
-    driver->press(Qt::Key_Delete);
+    press(Qt::Key_Delete);
     EXPECT_FALSE(state().confirmTrash());
-    gate.holdAfter(0);
-    state().startScan(home.url());
-    driver->press(Qt::Key_Escape);
+    beginScan();
+    press(Qt::Key_Escape);
     EXPECT_TRUE(state().isScanning()) << "Escape closes the menu";
     EXPECT_TRUE(goes("aboutEntry"));
-    EXPECT_TRUE(isSeenOn("menuButton"));
-    gate.open();
-    ASSERT_TRUE(mapAppears());
+    EXPECT_TRUE(isFocusSeen("menuButton"));
+    endScan();
 }
 
 TEST_F(KeyboardTest, EveryStopOfTabIsSeen)
 {
     start();
-    driver->press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
     EXPECT_NE(focused(), "closeButton") << "what ends the program comes last";
     openAndScan();
-    driver->press(Qt::Key_Right);
-    driver->press(Qt::Key_Tab);
+    press(Qt::Key_Right);
+    press(Qt::Key_Tab);
     const QQuickItem* const first = window->activeFocusItem();
     int stops = 0;
     do {
@@ -218,7 +187,7 @@ TEST_F(KeyboardTest, EveryStopOfTabIsSeen)
         EXPECT_TRUE(QRectF(QPointF(), window->size())
                         .intersects(item->mapRectToScene(item->boundingRect())))
             << focused().toStdString();
-        driver->press(Qt::Key_Tab);
+        press(Qt::Key_Tab);
     } while (window->activeFocusItem() != first && ++stops < 60);
     EXPECT_LT(stops, 60);
     EXPECT_GT(stops, 12);

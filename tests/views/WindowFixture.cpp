@@ -46,8 +46,10 @@ void WindowFixture::start()
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
 }
 
-void WindowFixture::startWithMap()
+void WindowFixture::startWithMap(const std::vector<File>& files)
 {
+    for (const File& file : files)
+        home.file(file.path, file.size * mib);
     start();
     state().startScan(home.url());
     ASSERT_TRUE(mapAppears());
@@ -55,47 +57,84 @@ void WindowFixture::startWithMap()
 
 bool WindowFixture::mapAppears()
 {
-    return WindowDriver::waitFor([this] { return !app->state().isScanning(); }) &&
-           driver->waitForMap();
+    return waitFor([this] { return !app->state().isScanning(); }) && driver->waitForMap();
 }
 
-QString WindowFixture::text(const char* objectName) const
+void WindowFixture::scan(const char* folder)
 {
-    return withoutBreaks(driver->property(objectName, "text").toString());
+    state().startScan(FileURL(home.at(folder)));
+    ASSERT_TRUE(waitFor([this] { return !app->state().isScanning(); }));
 }
 
-bool WindowFixture::appears(const QString& objectName) const
+void WindowFixture::beginScan()
 {
-    return WindowDriver::waitFor([&] { return isShown(objectName); });
+    gate.holdAfter(0);
+    state().startScan(home.url());
 }
 
-bool WindowFixture::goes(const QString& objectName) const
+void WindowFixture::endScan()
 {
-    return WindowDriver::waitFor([&] { return !isShown(objectName); });
+    gate.open();
+    ASSERT_TRUE(mapAppears());
 }
 
 void WindowFixture::zoomIntoFirstOf(const FileNodeValue& folder)
 {
     state().zoom(folder.at(folder->children()[0]));
+    ASSERT_TRUE(driver->waitForMap());
 }
 
-QPoint WindowFixture::block(const std::string& name) const
+QVariant WindowFixture::property(const QString& objectName, const char* name) const
 {
-    const auto point = driver->block([&](const FileNode& node) { return node.name() == name; });
-    EXPECT_TRUE(point) << "no block " << name;
-    return point.value_or(QPoint());
+    return driver->property(objectName, name);
 }
 
-QRectF WindowFixture::box(const QString& nameOrText)
+QColor WindowFixture::color(const QString& objectName) const
+{
+    return property(objectName, "color").value<QColor>();
+}
+
+QString WindowFixture::text(const QString& objectName) const
+{
+    return withoutBreaks(property(objectName, "text").toString());
+}
+
+bool WindowFixture::appears(const QString& objectName) const
+{
+    return waitFor([&] { return isShown(objectName); });
+}
+
+bool WindowFixture::goes(const QString& objectName) const
+{
+    return waitFor([&] { return !isShown(objectName); });
+}
+
+bool WindowFixture::waitFor(const std::function<bool()>& condition)
+{
+    return WindowDriver::waitFor(condition);
+}
+
+QRectF WindowFixture::box(const QString& nameOrText, const QString& in) const
 {
     driver->settle();
-    return shown().box(nameOrText);
+    EXPECT_NE(driver->find(nameOrText, in), nullptr) << "no " << nameOrText.toStdString();
+    return driver->box(nameOrText, in);
 }
 
-double WindowFixture::below(const QString& upper, const QString& lower)
+double WindowFixture::below(const QString& upper, const QString& lower) const
 {
-    driver->settle();
-    return shown().below(upper, lower);
+    return box(lower).top() - box(upper).bottom();
+}
+
+void WindowFixture::resize(int width, int height)
+{
+    window->resize(width, height);
+    ASSERT_TRUE(waitFor([&] { return box("inspectorColumn").right() == width; }));
+}
+
+void WindowFixture::press(int key, Qt::KeyboardModifiers modifiers)
+{
+    driver->press(key, modifiers);
 }
 
 void WindowFixture::clickOn(const QString& objectName, Qt::KeyboardModifiers modifiers)
@@ -104,16 +143,56 @@ void WindowFixture::clickOn(const QString& objectName, Qt::KeyboardModifiers mod
     driver->click(driver->centre(objectName), modifiers);
 }
 
+void WindowFixture::openSheet(const char* entry, const char* view)
+{
+    clickOn("menuButton");
+    ASSERT_TRUE(appears(entry));
+    clickOn(entry);
+    ASSERT_TRUE(appears(view));
+    ASSERT_TRUE(waitFor([&] { return driver->find(view)->hasActiveFocus(); }));
+}
+
+void WindowFixture::drag(QPoint from, QPoint by)
+{
+    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, from);
+    QTest::mouseMove(window, from + by / 2);
+    QTest::mouseMove(window, from + by);
+    QTest::mouseRelease(window, Qt::LeftButton, Qt::NoModifier, from + by);
+}
+
+QPoint WindowFixture::block(const std::string& name) const
+{
+    EXPECT_TRUE(driver->waitForMap());
+    const auto point = driver->block([&](const FileNode& node) { return node.name() == name; });
+    EXPECT_TRUE(point) << "no block " << name;
+    return point.value_or(QPoint());
+}
+
 QString WindowFixture::focused() const
 {
     const QQuickItem* const item = window->activeFocusItem();
     return item ? item->objectName() : QString();
 }
 
+bool WindowFixture::isFocusOnMap() const
+{
+    const QQuickItem* const item = window->activeFocusItem();
+    return item && item->inherits("brisalon::TreemapCanvas") && item->isVisible();
+}
+
+bool WindowFixture::isFocusSeen(const QString& objectName) const
+{
+    return waitFor([&] {
+        if (!objectName.isEmpty())
+            return focused() == objectName && property(objectName, "visualFocus").toBool();
+        return isFocusOnMap() && window->activeFocusItem()->property("focusVisible").toBool();
+    });
+}
+
 bool WindowFixture::reaches(const QString& objectName, int key)
 {
     for (int presses = 0; presses < 60 && focused() != objectName; ++presses)
-        driver->press(key);
+        press(key);
     return focused() == objectName;
 }
 
