@@ -22,14 +22,13 @@ ListView {
 
     onContentWidthChanged: positionViewAtEnd()
     onWidthChanged: positionViewAtEnd()
-    // The crumbs are made anew; the keyboard, if it was on one, goes to the last. Where
-    // the end is, is only a guess until they are there.
+    // The crumbs are made anew; only where they are is known where their end is. The
+    // keyboard, if it was on one, goes to the last.
     onModelChanged: {
-        Qt.callLater(positionViewAtEnd);
-        if (!activeFocus)
-            return;
         forceLayout();
-        itemAtIndex(count - 1)?.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+        positionViewAtEnd();
+        if (activeFocus)
+            itemAtIndex(count - 1)?.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
     }
 
     delegate: Row {
