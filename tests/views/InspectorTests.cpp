@@ -1,4 +1,5 @@
 #include "WindowFixture.h"
+#include "support/Files.h"
 #include "support/Script.h"
 
 #include "Brisalon/Map/NodeColor.h"
