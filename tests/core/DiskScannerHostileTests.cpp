@@ -10,8 +10,11 @@
 #include <cerrno>
 #include <cstdarg>
 #include <functional>
+#include <set>
+#include <string>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <sched.h>
@@ -309,18 +312,31 @@ TEST(DiskScannerHostile, UnreadableFoldersArePassedOver)
 {
     TemporaryTree tree;
     tree.file("locked/file", 300 * kib);
+    tree.file("listed/file", 300 * kib);
+    tree.file("listed/other", 300 * kib);
     tree.file("open", 300 * kib);
     ::chmod(tree.path().c_str(), 0755);
     ::chmod(tree.at("locked").c_str(), 0);
+    ::chmod(tree.at("listed").c_str(), 0744);
     // Rights do not bind the superuser, so the scan runs in a child without them.
     const pid_t child = ::fork();
     if (child == 0) {
         const bool isBound = ::getuid() != 0 || ::setuid(65534) == 0;
-        const FileNode root = scanned(tree.url());
-        ::_exit(isBound && root.allocatedSize() == 300 * kib && countFolders(root) == 1 &&
-                        scanned(FileURL(tree.at("locked"))).children().empty()
-                    ? 0
-                    : 1);
+        ScanOmissions told;
+        const auto result = DiskScanner{0, 0}.scan(
+            tree.url(), [](auto&) {}, {}, &told);
+        const FileNode& root = std::get<FileNode>(result);
+        std::set<std::pair<std::string, mode_t>> folders;
+        for (const ScanOmissions::Folder& folder : told.unreadable)
+            folders.emplace(folder.url.path(), folder.mode);
+        ::_exit(
+            isBound && root.allocatedSize() == 300 * kib && countFolders(root) == 2 &&
+                    folders ==
+                        std::set<std::pair<std::string, mode_t>>{
+                            {tree.at("locked"), S_IFDIR}, {tree.at("listed"), S_IFDIR | 0744}} &&
+                    scanned(FileURL(tree.at("locked"))).children().empty()
+                ? 0
+                : 1);
     }
     int status = 0;
     ::waitpid(child, &status, 0);

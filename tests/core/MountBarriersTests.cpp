@@ -1,5 +1,6 @@
 #include "host/MountBarriers.h"
 
+#include "BrisalonCore/MountReport.h"
 #include "BrisalonCore/MountTable.h"
 #include "BrisalonCore/Paths.h"
 
@@ -147,6 +148,59 @@ TEST(MountBarriers, UnionsOfWhatTheScanMeets)
         EXPECT_FALSE(isUnionCut(unseen)) << unseen;
     EXPECT_TRUE(isUnionCut("lowerdir=/a/x", "/a"));
     EXPECT_FALSE(isUnionCut("lowerdir=/l", "/a"));
+}
+
+TEST(MountBarriers, ReportWhatIsNotEnteredAndWhatIsOfOtherVolumes)
+{
+    using enum MountReport::Reason;
+    const std::string mounts =
+        table({root, "2 1 0:5 / /proc proc none", "3 2 0:6 / /proc/fs nfsd none",
+               "4 1 0:7 / /net nfs4 srv:/", "5 4 8:3 / /net/disk ext4 /dev/sdc1",
+               "6 1 0:8 / /auto autofs none", "7 1 8:2 / /home ext4 /dev/sdb1",
+               "8 7 8:1 /old /home/old ext4 /dev/sda1", "9 1 8:2 /a /srv ext4 /dev/sdb1",
+               "10 1 0:9 / /image squashfs /image.sqfs"});
+    MountReport report;
+    MountBarriers(MountTable(mounts), "/", &report);
+    EXPECT_EQ(report.omitted, (std::vector<MountReport::Place>{
+                                  {"/net", "nfs4", mayHang},
+                                  {"/auto", "autofs", onDemand},
+                                  {"/home/old", "ext4", elsewhere, "/old"},
+                                  {"/image", "squashfs", elsewhere, "/image.sqfs", true},
+                                  {"/srv", "ext4", elsewhere, "/home/a"},
+                                  {"/net/disk", "ext4", behind},
+                                  {"/proc", "proc", kernel}}));
+    EXPECT_EQ(report.crossings, (std::vector<MountReport::Crossing>{{"/home", false}}));
+    const struct {
+        std::string mounts;
+        const char* scanned;
+        bool isWhole;
+    } roots[] = {
+        {mounts, "/", true},
+        {mounts, "/home", true},
+        {mounts, "/home/x", false},
+        {mounts, "/srv", false},
+        {table({"1 0 0:30 / / overlay none"}), "/", false},
+        {table({"1 0 0:30 /@ / btrfs /dev/sda2 rw,subvol=/@"}), "/", true},
+        {"", "/", false},
+    };
+    for (const auto& row : roots) {
+        MountReport each;
+        MountBarriers(MountTable(row.mounts), row.scanned, &each);
+        EXPECT_EQ(each.isWholeVolume, row.isWhole) << row.mounts << row.scanned;
+    }
+    // What is not met elsewhere may lie on the root's volume again.
+    MountReport back;
+    MountBarriers(MountTable(table({root, "7 1 8:2 / /a/disk ext4 /dev/sdb1",
+                                    "8 7 8:1 /old /a/disk/old ext4 /dev/sda1"})),
+                  "/a", &back);
+    EXPECT_EQ(back.crossings,
+              (std::vector<MountReport::Crossing>{{"/a/disk", false}, {"/a/disk/old", true}}));
+    std::string many = table({root});
+    for (int i = 2; i < 300; ++i)
+        many += table({std::to_string(i) + " 1 0:5 / /n" + std::to_string(i) + " nfs none"});
+    MountBarriers(MountTable(many), "/", &back);
+    EXPECT_EQ(back.omitted.size(), MountReport::limit);
+    EXPECT_EQ(back.omittedCount, 298U);
 }
 
 } // namespace

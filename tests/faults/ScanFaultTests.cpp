@@ -47,7 +47,8 @@ protected:
 
     ScanResult scan(std::int64_t threshold) const
     {
-        return DiskScanner{threshold, 0}.scan(tree_.url(), [](const ScanProgress&) {});
+        return DiskScanner{threshold, 0}.scan(
+            tree_.url(), [](const ScanProgress&) {}, {}, &omissions_);
     }
 
     /// The tree's own bytes by path. Fails where a folder does not weigh what is in it;
@@ -117,9 +118,15 @@ protected:
             EXPECT_TRUE(found.contains(path) || (isAtOrBelow(path, request.path) && !isPassing))
                 << what << ": " << path << " is missing";
         }
+        const std::size_t gaps = omissions_.unreadableCount + omissions_.vanishedCount;
+        // Told is what is missing, and what nobody could know to be empty.
+        EXPECT_TRUE(gaps > 0 ? isAtOrBelow(request.path, root) && !isPassing : found == whole_)
+            << what << ": " << gaps << " gaps";
+        EXPECT_EQ(omissions_.unreadable.size(), omissions_.unreadableCount) << what;
     }
 
     const TemporaryTree tree_;
+    mutable ScanOmissions omissions_;
     Sizes whole_;
 };
 

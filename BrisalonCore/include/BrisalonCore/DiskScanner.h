@@ -2,6 +2,7 @@
 
 #include "BrisalonCore/FileNode.h"
 #include "BrisalonCore/ScanError.h"
+#include "BrisalonCore/ScanOmissions.h"
 #include "BrisalonCore/ScanProgress.h"
 
 #include <functional>
@@ -48,12 +49,14 @@ struct DiskScanner {
     /// stop after the last item was met changes nothing. A package is one item,
     /// however large.
     ///
+    /// `omissions`, if given, is emptied and told what the tree of this scan leaves out.
+    ///
     /// A root that exists but cannot be read yields an empty folder. Throws only what
     /// the callback throws, std::bad_alloc, and std::system_error when it cannot be told
     /// whether the root exists, or when folders cannot be opened because descriptors have
     /// run out and nobody gives any back.
     ScanResult scan(const FileURL& root, const ProgressCallback& progress,
-                    std::stop_token cancellation = {}) const;
+                    std::stop_token cancellation = {}, ScanOmissions* omissions = nullptr) const;
 };
 
 } // namespace brisalon

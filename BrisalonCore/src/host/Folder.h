@@ -44,7 +44,7 @@ public:
         std::int64_t allocatedBytes;
     };
     /// Type and size on disk of the item of that name in this folder; nothing
-    /// when they cannot be read. Never follows a link.
+    /// when they cannot be read, with the reason in errno. Never follows a link.
     std::optional<Measure> measure(const char* name) const noexcept;
     const Descriptor& descriptor() const noexcept { return descriptor_; }
 
@@ -71,12 +71,16 @@ public:
     /// cannot be read any further.
     bool readBatch() noexcept;
 
+    /// Why the folder could not be read to its end, as in errno; 0 while nothing failed.
+    int error() const noexcept { return error_; }
+
     /// The next entry of the batch, "." and ".." left out; nothing at its end.
     std::optional<Entry> next() noexcept;
 
 private:
     std::unique_ptr<std::byte[]> buffer_;
     int descriptor_ = -1; ///< lent by the folder
+    int error_ = 0;
     std::size_t position_ = 0;
     std::size_t filled_ = 0;
 };
@@ -90,6 +94,9 @@ std::string resolveSymbolicLinks(std::string_view path);
 /// goes through it: to reach what is in it takes no right to read it. Invalid when it
 /// cannot be reached.
 Descriptor reach(std::string_view path);
+
+/// Whether an item that was asked for does not exist, when the answer was this error.
+bool isAbsence(int error) noexcept;
 
 /// What exists at a path of any length, links followed. Nothing when that cannot be told,
 /// for want of rights or memory, for example, with the reason in errno.

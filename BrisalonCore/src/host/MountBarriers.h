@@ -8,7 +8,8 @@
 
 namespace brisalon {
 class MountTable;
-}
+struct MountReport;
+} // namespace brisalon
 
 namespace brisalon::host {
 
@@ -46,8 +47,9 @@ public:
     };
 
     /// The barriers for a scan of `root`, an absolute, resolved path. Asks the system
-    /// about mounted images, and about the links to the layers of unions.
-    MountBarriers(const MountTable& table, std::string_view root);
+    /// about mounted images, and about the links to the layers of unions. Fills the report,
+    /// if there is one.
+    MountBarriers(const MountTable& table, std::string_view root, MountReport* report = nullptr);
 
     Place root() const noexcept;
 

@@ -14,8 +14,10 @@
 namespace brisalon {
 
 ScanResult DiskScanner::scan(const FileURL& root, const ProgressCallback& progress,
-                             std::stop_token cancellation) const
+                             std::stop_token cancellation, ScanOmissions* omissions) const
 {
+    if (omissions)
+        *omissions = {};
     if (cancellation.stop_requested())
         return TaskCancelled{};
     FileURL resolved;
@@ -44,7 +46,7 @@ ScanResult DiskScanner::scan(const FileURL& root, const ProgressCallback& progre
 
     detail::ScanLedger ledger(progress, progressEvery, cancellation);
     detail::FolderWalk walk(resolved, std::move(folder), *mounts, *this, ledger,
-                            std::move(cancellation));
+                            std::move(cancellation), omissions);
     ledger.reportRoot(resolved);
     auto tree = walk.run();
     if (!tree)

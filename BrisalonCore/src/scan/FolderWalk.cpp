@@ -8,6 +8,7 @@
 #include "scan/PathRules.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <string_view>
 #include <system_error>
@@ -67,14 +68,16 @@ std::size_t componentCount(std::string_view path) noexcept
 } // namespace
 
 FolderWalk::FolderWalk(FileURL root, OpenFolder folder, const MountTable& mounts,
-                       const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation)
+                       const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation,
+                       ScanOmissions* omissions)
     : root_(std::move(root)),
       rootPath_(root_.path()),
       isRootSkipped_(isSkippedPath(rootPath_)),
       smallFileThreshold_(scanner.smallFileThreshold),
       ledger_(ledger),
+      omissions_(omissions),
       cancellation_(std::move(cancellation)),
-      barriers_(mounts, rootPath_),
+      barriers_(mounts, rootPath_, omissions ? &omissions->mounts : nullptr),
       openFolders_(std::move(folder),
                    [this] {
                        if (cancellation_.stop_requested())
@@ -141,6 +144,7 @@ void FolderWalk::visit(const Task& task, Worker& worker)
     WalkFolder* const parent = task.folder;
     std::unique_ptr<WalkFolder> folder;
     worker.tasks.clear();
+    worker.failure = 0;
     try {
         std::optional<DescriptorShortage::Use> use; // ends when the handle has
         OpenFolder handle;
@@ -148,6 +152,7 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             OpenFolders::Claim claim(openFolders_, *parent);
             if (!isAbandoned())
                 handle = claim.open(parent->names->name(task.nameOffset));
+            worker.failure = claim.reason();
             if (handle.isValid())
                 use.emplace();
             else if (const auto next = nextFolder(worker))
@@ -161,6 +166,8 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             folder->depth = componentCount(rootPath_);
             folder->trail = trailAboveRoot_.entering(root_.lastPathComponent());
             folder->mounts = barriers_.root();
+            if (isRootSkipped_)
+                omissions_.noteSystemArea(root_);
         } else {
             const char* name = folder->name();
             folder->depth = parent->depth + 1;
@@ -244,6 +251,7 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
         if (!ledger_.enter(url, folder.depth, worker.items, worker.report))
             return abandon();
     }
+    noteGap(folder, worker);
     if (worker.sawCacheTag && host::isCacheTagged(handle.descriptor()))
         markAsCache(folder);
     makeNodes(folder, worker);
@@ -251,7 +259,7 @@ void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker
 
 std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder& folder,
                               const std::string& pathForSkipping, const OpenFolder& handle,
-                              Worker& worker) const
+                              Worker& worker)
 {
     const bool isBarrier = folder.mounts.child(entry.name).isBarrier();
     ItemType type = entry.type;
@@ -261,22 +269,27 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
         if (type == ItemType::unknown)
             type = ItemType::folder;
     } else if (type == ItemType::other || type == ItemType::unknown) {
-        const auto measure = handle.measure(entry.name);
+        const auto measured = measure(entry.name, handle, worker);
         // What cannot be measured (any more) counts as an empty file.
-        type = measure ? measure->type : ItemType::other;
-        size = measure && type == ItemType::other ? measure->allocatedBytes : 0;
+        type = measured ? measured->type : ItemType::other;
+        size = measured && type == ItemType::other ? measured->allocatedBytes : 0;
     }
     if (type == ItemType::link)
         return 0;
-    if (isRootSkipped_ || (!pathForSkipping.empty() && isSkippedPath(pathForSkipping + entry.name)))
+    if (isRootSkipped_)
         return 0;
+    if (!pathForSkipping.empty() && isSkippedPath(pathForSkipping + entry.name)) {
+        if (!isBarrier)
+            omissions_.noteSystemArea(FileURL(pathForSkipping + entry.name));
+        return 0;
+    }
 
     if (type == ItemType::folder) {
         NodeKind kind = NodeKind::directory;
         if (!isBarrier && host::isPackageName(entry.name)) {
-            const auto measure = handle.measure(entry.name);
+            const auto measured = measure(entry.name, handle, worker);
             kind = NodeKind::package;
-            size = measure ? measure->allocatedBytes : 0;
+            size = measured ? measured->allocatedBytes : 0;
         }
         worker.kept.push_back({appendName(worker.keptNames, entry.name), size, kind, !isBarrier});
         return 0; // a package's bytes are recorded when it has been measured
@@ -291,6 +304,31 @@ std::int64_t FolderWalk::note(const FolderReader::Entry& entry, const WalkFolder
             {appendName(worker.keptNames, entry.name), size, NodeKind::file, false});
     }
     return size;
+}
+
+std::optional<OpenFolder::Measure> FolderWalk::measure(const char* name, const OpenFolder& handle,
+                                                       Worker& worker)
+{
+    const auto measured = handle.measure(name);
+    if (measured)
+        return measured;
+    if (const int reason = errno; host::isAbsence(reason))
+        omissions_.noteVanished();
+    else
+        worker.failure = reason;
+    return std::nullopt;
+}
+
+void FolderWalk::noteGap(WalkFolder& folder, const Worker& worker)
+{
+    const int reason = worker.failure != 0 ? worker.failure : worker.reader.error();
+    if (reason == 0)
+        return;
+    if (host::isAbsence(reason))
+        return omissions_.noteVanished();
+    WalkFolder& shown = folder.package ? *folder.package : folder;
+    if (!shown.hasGap.exchange(true))
+        omissions_.noteUnreadable(urlOf(shown));
 }
 
 void FolderWalk::markAsCache(WalkFolder& folder)
@@ -343,15 +381,16 @@ void FolderWalk::readPackageFolder(WalkFolder& folder, const OpenFolder& handle,
                 return worker.tasks.clear();
             if (folder.mounts.child(entry->name).isBarrier() || !worker.names.add(entry->name))
                 continue;
-            const auto measure = handle.measure(entry->name);
-            if (!measure)
+            const auto measured = measure(entry->name, handle, worker);
+            if (!measured)
                 continue;
-            bytes = saturatingSum(bytes, measure->allocatedBytes);
+            bytes = saturatingSum(bytes, measured->allocatedBytes);
             worker.sawCacheTag |= isCacheTagName(entry->name);
-            if (measure->type == ItemType::folder)
+            if (measured->type == ItemType::folder)
                 worker.tasks.push_back({&folder, appendName(worker.keptNames, entry->name), 0});
         }
     }
+    noteGap(folder, worker);
     if (worker.sawCacheTag && folder.package == &folder && host::isCacheTagged(handle.descriptor()))
         markAsCache(folder);
     std::int64_t total = folder.package->packageBytes;

@@ -5,6 +5,7 @@
 #include "scan/CrewSize.h"
 #include "scan/ItemReport.h"
 #include "scan/NameSet.h"
+#include "scan/OmissionLog.h"
 #include "scan/OpenFolders.h"
 #include "scan/ScanLedger.h"
 #include "scan/WalkFolder.h"
@@ -42,7 +43,8 @@ public:
     /// `folder` is the root, opened, or invalid where it cannot be read. What becomes of
     /// its path later does not matter.
     FolderWalk(FileURL root, host::OpenFolder folder, const MountTable& mounts,
-               const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation);
+               const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation,
+               ScanOmissions* omissions);
 
     /// Walks with the calling thread and as many more as help. Nothing when the
     /// walk noticed its cancellation. Throws what the ledger throws, bad_alloc, and
@@ -79,6 +81,7 @@ private:
         std::int64_t smallCount = 0;
         std::int64_t smallBytes = 0;
         bool sawCacheTag = false;
+        int failure = 0; ///< why something in the folder could not be read, as in errno
         std::vector<Task> tasks;
     };
 
@@ -101,7 +104,12 @@ private:
     /// Sorts one entry into the worker's lists; returns the bytes it records.
     std::int64_t note(const host::FolderReader::Entry& entry, const WalkFolder& folder,
                       const std::string& pathForSkipping, const host::OpenFolder& handle,
-                      Worker& worker) const;
+                      Worker& worker);
+    /// Measures an entry, or notes why that cannot be done.
+    std::optional<host::OpenFolder::Measure>
+    measure(const char* name, const host::OpenFolder& handle, Worker& worker);
+    /// Told at the end of each folder.
+    void noteGap(WalkFolder& folder, const Worker& worker);
     /// Classifies a folder again that turned out to be tagged, before its nodes are made.
     void markAsCache(WalkFolder& folder);
     void makeNodes(WalkFolder& folder, Worker& worker) const;
@@ -126,6 +134,7 @@ private:
     const bool isRootSkipped_;
     const std::int64_t smallFileThreshold_;
     ScanLedger& ledger_;
+    OmissionLog omissions_;
     const std::stop_token cancellation_;
     const host::MountBarriers barriers_;
     OpenFolders openFolders_;

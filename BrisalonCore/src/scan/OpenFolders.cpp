@@ -46,10 +46,12 @@ OpenFolder OpenFolders::Claim::open(const char* name)
         auto handle = folders_.handleOf(folder_);
         if (!handle)
             handle = folders_.reopen(folder_);
+        reason_ = ENOENT;
         if (!handle)
             return;
         child = handle->child(name);
-        if (child.isValid() || !DescriptorShortage::isReasonOf(errno))
+        reason_ = child.isValid() ? 0 : errno;
+        if (!DescriptorShortage::isReasonOf(reason_))
             handle_ = std::move(handle);
     };
     DescriptorShortage::outlast(attempt, folders_.isAbandoned_);

@@ -51,6 +51,9 @@ public:
         /// before its worker goes on to what may wait.
         host::OpenFolder open(const char* name);
 
+        /// Why that failed, as in errno; 0 when it did not.
+        int reason() const noexcept { return reason_; }
+
         /// Told when that failed and the worker goes on in `next`, a folder above or
         /// this one: if that was given up, reaches it from here.
         void returnTo(WalkFolder& next);
@@ -59,6 +62,7 @@ public:
         OpenFolders& folders_;
         WalkFolder& folder_;
         std::shared_ptr<const host::OpenFolder> handle_;
+        int reason_ = 0;
     };
 
     /// Keeps a folder of which `waiting` (at least 1) subfolders will be claimed; the

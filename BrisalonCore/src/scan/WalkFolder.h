@@ -26,6 +26,9 @@ struct WalkFolder {
     WalkFolder* package = nullptr;
     std::atomic<std::int64_t> packageBytes{0};
 
+    /// Whether something in it, or in this package, is known to be missing.
+    std::atomic<bool> hasGap{false};
+
     std::size_t depth = 0; ///< how many components its path has
     HogTrail trail = HogTrail::ofNoFolder();
     host::MountBarriers::Place mounts;

@@ -75,12 +75,6 @@ Descriptor openAnyLength(std::string_view path, int flags)
     return base;
 }
 
-/// Whether an item that was asked for does not exist, when the answer was this error.
-bool isAbsence(int error) noexcept
-{
-    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG;
-}
-
 /// Whether the path exists and is resolved as it stands, which one call settles
 /// for nearly every path that a scan has found. False also when the kernel has no
 /// such call or the path is too long for it.
@@ -146,6 +140,7 @@ FolderReader::FolderReader() : buffer_(new std::byte[readBufferSize]) {}
 void FolderReader::start(const OpenFolder& folder) noexcept
 {
     descriptor_ = folder.descriptor().get();
+    error_ = 0;
     position_ = 0;
     filled_ = 0;
 }
@@ -156,6 +151,7 @@ bool FolderReader::readBatch() noexcept
     do
         count = ::getdents64(descriptor_, buffer_.get(), readBufferSize);
     while (count < 0 && errno == EINTR);
+    error_ = count < 0 ? errno : 0;
     position_ = 0;
     filled_ = count > 0 ? static_cast<std::size_t>(count) : 0;
     return filled_ > 0;
@@ -243,6 +239,11 @@ std::string resolveSymbolicLinks(std::string_view path)
 Descriptor reach(std::string_view path)
 {
     return openAnyLength(path, passThroughFlags);
+}
+
+bool isAbsence(int error) noexcept
+{
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG;
 }
 
 std::optional<PathState> pathState(std::string_view path)

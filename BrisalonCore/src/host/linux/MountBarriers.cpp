@@ -1,5 +1,6 @@
 #include "host/MountBarriers.h"
 
+#include "BrisalonCore/MountReport.h"
 #include "BrisalonCore/MountTable.h"
 #include "BrisalonCore/Paths.h"
 
@@ -11,6 +12,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -93,7 +95,8 @@ public:
     Sight(const MountTable& table, std::string_view root);
 
     /// The paths that the scan must not enter.
-    std::vector<std::string> barriers();
+    std::vector<std::string> barriers() const;
+    void report(MountReport& report) const;
 
 private:
     struct View {
@@ -101,7 +104,13 @@ private:
         std::string path;   ///< where the scan meets it
         StoredPlace place;
         bool isCut = false;
-        bool isNeeded = false; ///< something else was cut because this shows it
+        std::string elsewhere = {}; ///< where the scan meets it, when that is why it is cut
+        bool isNeeded = false;      ///< something else was cut because this shows it
+    };
+    /// A folder that is not entered because the scan meets it elsewhere.
+    struct Cut {
+        std::string path;
+        std::string elsewhere;
     };
 
     /// Where the scan meets what is stored in that place, without the view; nothing when
@@ -111,10 +120,14 @@ private:
     std::optional<StoredPlace> layerPlace(const std::string& path, const View& view) const;
     /// Cuts the view if the scan meets all of these places without it.
     void cutIfMet(View& view, const std::vector<std::optional<StoredPlace>>& places);
+    /// Whether nothing on the way to the path may hang.
+    bool isLocal(std::string_view path) const;
+    bool isOfRootVolume(const Mount* mount) const;
+    MountReport::Place omission(const View& view) const;
 
     const MountTable& table_;
     std::vector<View> views_; ///< the root's first
-    std::vector<std::string> cutPaths_;
+    std::vector<Cut> cuts_;
 };
 
 Sight::Sight(const MountTable& table, std::string_view root) : table_(table)
@@ -128,14 +141,12 @@ Sight::Sight(const MountTable& table, std::string_view root) : table_(table)
             continue;
         const Nature nature = natureOf(mount.type);
         View view{&mount, mount.point, mount.shown()};
+        if (rootMount && views_.front().place.isWithin(view.place))
+            view.elsewhere = root;
         view.isCut = nature == Nature::kernel || (nature == Nature::remote && !isRemote) ||
-                     (rootMount && views_.front().place.isWithin(view.place));
+                     !view.elsewhere.empty();
         views_.push_back(std::move(view));
     }
-}
-
-std::vector<std::string> Sight::barriers()
-{
     // What was mounted later shows again what was there before.
     for (std::size_t i = views_.size(); i-- > 1;) {
         View& view = views_[i];
@@ -145,16 +156,74 @@ std::vector<std::string> Sight::barriers()
             layers.push_back(layerPlace(layer, view));
         cutIfMet(view, layers);
     }
-    for (const View& view : views_) {
-        if (view.isCut)
-            cutPaths_.push_back(view.path);
-        // All that lies in a union's upper layer is seen in the union.
-        else if (const auto upper = view.mount ? view.mount->superOption("upperdir") : std::nullopt)
+    // All that lies in a union's upper layer is seen in the union.
+    for (const View& view : views_)
+        if (const auto upper =
+                view.mount && !view.isCut ? view.mount->superOption("upperdir") : std::nullopt)
             if (const auto place = layerPlace(std::string(*upper), view))
                 if (auto path = meeting(*place, view))
-                    cutPaths_.push_back(std::move(*path));
+                    cuts_.push_back({std::move(*path), view.path});
+}
+
+std::vector<std::string> Sight::barriers() const
+{
+    std::vector<std::string> barriers;
+    for (const View& view : views_)
+        if (view.isCut)
+            barriers.push_back(view.path);
+    for (const Cut& cut : cuts_)
+        barriers.push_back(cut.path);
+    return barriers;
+}
+
+void Sight::report(MountReport& report) const
+{
+    const View& root = views_.front();
+    report.isWholeVolume = root.mount && root.mount->point == root.path &&
+                           root.mount->showsVolume() && natureOf(root.mount->type) != Nature::view;
+    const auto above = [](const std::string& path) {
+        return path.substr(0, std::max<std::size_t>(path.rfind('/'), 1));
+    };
+    for (const Cut& cut : cuts_)
+        report.omitted.push_back({cut.path, {}, MountReport::Reason::elsewhere, cut.elsewhere});
+    for (std::size_t i = 1; i < views_.size(); ++i) {
+        const View& view = views_[i];
+        if (isReached(view.path)) {
+            const bool isBack = isOfRootVolume(view.mount);
+            if (isBack != isOfRootVolume(table_.at(above(view.path))))
+                report.crossings.push_back({view.path, isBack});
+            continue;
+        }
+        if (natureOf(view.mount->type) != Nature::kernel || isReached(above(view.path)))
+            report.omitted.push_back(omission(view));
     }
-    return std::move(cutPaths_);
+    std::ranges::sort(report.omitted, {}, [](const MountReport::Place& place) {
+        return std::tie(place.reason, place.path);
+    });
+    report.omittedCount = report.omitted.size();
+    report.omitted.resize(std::min(report.omitted.size(), MountReport::limit));
+}
+
+MountReport::Place Sight::omission(const View& view) const
+{
+    using Reason = MountReport::Reason;
+    const Nature nature = natureOf(view.mount->type);
+    MountReport::Place place{view.path, view.mount->type, Reason::behind, view.elsewhere,
+                             view.mount->showsVolume() && !isOfRootVolume(view.mount) &&
+                                 isLocal(view.path)};
+    if (!view.elsewhere.empty())
+        place.reason = Reason::elsewhere;
+    else if (nature == Nature::kernel)
+        place.reason = place.type == "autofs" ? Reason::onDemand : Reason::kernel;
+    else if (view.isCut)
+        place.reason = Reason::mayHang;
+    return place;
+}
+
+bool Sight::isOfRootVolume(const Mount* mount) const
+{
+    const Mount* const root = views_.front().mount;
+    return root && mount && mount->device == root->device;
 }
 
 void Sight::cutIfMet(View& view, const std::vector<std::optional<StoredPlace>>& places)
@@ -176,10 +245,11 @@ void Sight::cutIfMet(View& view, const std::vector<std::optional<StoredPlace>>& 
     // What is mounted in it is seen nowhere else: then rather leave out the other.
     if (paths.size() == 1 && holdsOthers(view.path) && !holdsOthers(paths.front())) {
         view.isNeeded = true;
-        cutPaths_.push_back(std::move(paths.front()));
+        cuts_.push_back({std::move(paths.front()), view.path});
         return;
     }
     view.isCut = true;
+    view.elsewhere = paths.front();
     for (const std::string& path : paths)
         for (View& other : views_)
             if (paths::isWithin(path, other.path))
@@ -210,8 +280,8 @@ bool Sight::isReached(std::string_view path) const
                                 [path](const View& view) {
                                     return view.isCut && paths::isWithin(path, view.path);
                                 }) &&
-           std::ranges::none_of(
-               cutPaths_, [path](std::string_view cut) { return paths::isWithin(path, cut); });
+           std::ranges::none_of(cuts_,
+                                [path](const Cut& cut) { return paths::isWithin(path, cut.path); });
 }
 
 /// A union may lie over one of its own layers, which was seen there before.
@@ -220,13 +290,17 @@ std::optional<StoredPlace> Sight::layerPlace(const std::string& path, const View
     if (!path.starts_with('/'))
         return std::nullopt;
     // What may hang is not asked where its links lead.
-    const bool isLocal = std::ranges::all_of(table_.way(path), [](const Mount* mount) {
+    const std::string resolved = isLocal(path) ? resolveSymbolicLinks(path) : path;
+    const auto way = table_.way(resolved, view.mount);
+    return way.empty() ? std::nullopt : std::optional(way.back()->place(resolved));
+}
+
+bool Sight::isLocal(std::string_view path) const
+{
+    return std::ranges::all_of(table_.way(path), [](const Mount* mount) {
         const Nature nature = natureOf(mount->type);
         return nature != Nature::remote && nature != Nature::kernel;
     });
-    const std::string resolved = isLocal ? resolveSymbolicLinks(path) : path;
-    const auto way = table_.way(resolved, view.mount);
-    return way.empty() ? std::nullopt : std::optional(way.back()->place(resolved));
 }
 
 } // namespace
@@ -249,9 +323,12 @@ MountBarriers::Place MountBarriers::Place::child(std::string_view name) const no
     return place;
 }
 
-MountBarriers::MountBarriers(const MountTable& table, std::string_view root)
-    : barriers_(Sight(table, root).barriers())
+MountBarriers::MountBarriers(const MountTable& table, std::string_view root, MountReport* report)
 {
+    const Sight sight(table, root);
+    if (report)
+        sight.report(*report);
+    barriers_ = sight.barriers();
     for (std::string& barrier : barriers_) {
         barrier.erase(0, root == "/" ? 1 : root.size() + 1);
         std::ranges::replace(barrier, '/', '\0');
