@@ -253,25 +253,6 @@ TEST(DiskScannerHostile, PathsBeyondTheSystemsLongest)
               ScanError::rootMissing);
 }
 
-TEST(DiskScannerHostile, ItemsVanishWhileTheScanRuns)
-{
-    TemporaryTree tree;
-    tree.file("stays");
-    tree.file("goes/a/b/file");
-    // The first item that is met removes a folder that may still be ahead.
-    const FileNode root = scannedReporting(tree.url(), [&](const ScanProgress& report) {
-        if (report.visitedCount == 1)
-            tree.remove("goes");
-    });
-    EXPECT_NE(LargeFiles::find(tree.at("stays"), root), nullptr);
-    EXPECT_EQ(LargeFiles::find(tree.at("goes/a/b/file"), root), nullptr);
-
-    const FileNode gone =
-        scannedReporting(tree.url(), [&](const ScanProgress&) { tree.remove(""); });
-    EXPECT_TRUE(gone.children().empty());
-    EXPECT_EQ(gone.url(), tree.url());
-}
-
 TEST(DiskScannerHostile, AFolderReplacedByALinkIsNotFollowed)
 {
     TemporaryTree tree;
@@ -341,16 +322,6 @@ TEST(DiskScannerHostile, UnreadableFoldersArePassedOver)
     int status = 0;
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-}
-
-TEST(DiskScannerHostile, SpecialFilesAreFilesWithoutSize)
-{
-    TemporaryTree tree;
-    ASSERT_EQ(::mkfifo(tree.at("pipe").c_str(), 0600), 0);
-    tree.folder("skipped");
-    const FileNode root = scanned(tree.url(), 1);
-    EXPECT_EQ(root, referenceTree(tree.path(), 1));
-    EXPECT_EQ(root.children()[1].aggregateSources(), FileURLList({FileURL(tree.at("pipe"))}));
 }
 
 } // namespace

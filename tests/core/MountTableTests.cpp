@@ -22,34 +22,27 @@ TEST(MountTable, EveryFieldWhateverItsBytes)
         "22 21 0:300 /sub\\040volume /a\\040b\\134\\012\\011\\043\xff rw shared:3 master:1 x:y "
         "- fuse.a\\040b  rw,lowerdir=/x\\054y:/z,subvolid=5,subvolid=6,empty=\n"
         "23 21 0:5 / /\\9\\04 - - proc - rw");
-    ASSERT_EQ(table.mounts().size(), 3U);
-
-    const Mount& disk = table.mounts()[0];
-    EXPECT_EQ(disk.id, 21U);
-    EXPECT_EQ(disk.parent, 1U);
-    EXPECT_EQ(disk.device, makedev(8, 1));
-    EXPECT_EQ(disk.source, "/dev/sda1");
-    EXPECT_EQ(disk.options, (Texts{"rw", "noatime"}));
-    EXPECT_EQ(disk.superOption("errors"), "remount-ro");
-
-    const Mount& odd = table.mounts()[1];
-    EXPECT_EQ(odd.device, makedev(0, 300));
-    EXPECT_EQ(odd.root, "/sub volume");
-    EXPECT_EQ(odd.point, "/a b\\\n\t#\xff");
-    EXPECT_EQ(odd.type, "fuse.a b");
-    EXPECT_EQ(odd.source, "");
-    EXPECT_EQ(odd.superOptions,
+    const auto mounts = table.mounts();
+    ASSERT_EQ(mounts.size(), 3U);
+    const auto fields = [](const Mount& mount) {
+        return std::tuple(mount.id, mount.parent, mount.device, mount.root, mount.point, mount.type,
+                          mount.source);
+    };
+    EXPECT_EQ(fields(mounts[0]), std::tuple(21U, 1U, makedev(8, 1), "/", "/", "ext4", "/dev/sda1"));
+    EXPECT_EQ(fields(mounts[1]), std::tuple(22U, 21U, makedev(0, 300), "/sub volume",
+                                            "/a b\\\n\t#\xff", "fuse.a b", ""));
+    EXPECT_EQ(fields(mounts[2]), std::tuple(23U, 21U, makedev(0, 5), "/", "/\\9\\04", "proc", "-"));
+    EXPECT_EQ(mounts[0].options, (Texts{"rw", "noatime"}));
+    EXPECT_EQ(mounts[0].superOption("errors"), "remount-ro");
+    EXPECT_EQ(mounts[1].superOptions,
               (Texts{"rw", "lowerdir=/x,y:/z", "subvolid=5", "subvolid=6", "empty="}));
-    EXPECT_EQ(odd.superOption("subvolid"), "5");
-    EXPECT_EQ(odd.superOption("empty"), "");
-    EXPECT_EQ(odd.superOption("rw"), "");
-    EXPECT_EQ(odd.superOption("sub"), std::nullopt);
-
-    EXPECT_EQ(table.mounts()[2].point, "/\\9\\04") << "no escape at all";
-    EXPECT_EQ(table.mounts()[2].source, "-");
+    EXPECT_EQ(mounts[1].superOption("subvolid"), "5");
+    EXPECT_EQ(mounts[1].superOption("empty"), "");
+    EXPECT_EQ(mounts[1].superOption("rw"), "");
+    EXPECT_EQ(mounts[1].superOption("sub"), std::nullopt);
 }
 
-TEST(MountTable, LinesOfAnotherFormAreLeftOut)
+TEST(MountTable, LinesOfAnotherFormAreLeftOutAndACircleEnds)
 {
     for (const char* text :
          {"", "\n\n", "garbage\n", "1 2\n", "x 1 8:1 / /m rw - proc proc rw\n",
@@ -58,6 +51,11 @@ TEST(MountTable, LinesOfAnotherFormAreLeftOut)
         EXPECT_TRUE(MountTable(text).mounts().empty()) << text;
     EXPECT_EQ(MountTable("").at("/a"), nullptr);
     EXPECT_EQ(MountTable("").place("/a"), std::nullopt);
+    EXPECT_NE(MountTable("1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                         "2 1 8:2 / / rw - ext4 /dev/sda1 rw\n"
+                         "1 2 8:1 / / rw - ext4 /dev/sda1 rw\n")
+                  .at("/a/b"),
+              nullptr);
 }
 
 TEST(MountTable, OneStoredPlaceForEveryPathThatShowsIt)
@@ -99,14 +97,6 @@ TEST(MountTable, WhatAnItemCarriesAlong)
         EXPECT_FALSE(table.carriesMount(path)) << path;
     EXPECT_EQ(table.mounts()[2].under, (StoredPlace{makedev(8, 1), "/real/sub/here"}));
     EXPECT_EQ(table.mounts()[0].under, std::nullopt);
-}
-
-TEST(MountTable, ACircleOfMountsEnds)
-{
-    const MountTable table("1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
-                           "2 1 8:2 / / rw - ext4 /dev/sda1 rw\n"
-                           "1 2 8:1 / / rw - ext4 /dev/sda1 rw\n");
-    EXPECT_NE(table.at("/a/b"), nullptr);
 }
 
 TEST(MountTable, NamesMountsAsItemsDo)

@@ -86,10 +86,7 @@ TEST_F(SnapperSnapshotsTest, ListsAndDeletesThoseOfTheMountPoint)
                                   "--disable-used-space --columns number,date\n";
     EXPECT_EQ(home->list(later), (SnapshotListResult{{}, "", complaint}));
     EXPECT_EQ(home->remove("2024-01-15-123456", later), complaint);
-}
 
-TEST_F(SnapperSnapshotsTest, AvailableOnlyWhereItIsSetUpForTheMountPoint)
-{
     EXPECT_FALSE(managed<host::SnapperSnapshots>(tool_, "/hom")->isAvailable(later));
     EXPECT_FALSE(managed<host::SnapperSnapshots>(at("missing"), "/")->isAvailable(later));
     tree_.write("configs", "subvolume,config\n");

@@ -93,12 +93,11 @@ TEST_F(SnapshotServiceTest, AToolThatCannotBeStarted)
     tree_.link("dangling", "nowhere");
     tree_.file("text", 10);
     std::filesystem::permissions(at("text"), std::filesystem::perms::owner_all);
-    const std::pair<const char*, const char*> tools[] = {
-        {"missing", "No such file or directory"}, {"dangling", "No such file or directory"},
-        {"plain/tool", "Not a directory"},        {"plain", "Permission denied"},
-        {"folder", "Permission denied"},          {"text", "Exec format error"},
-    };
-    for (const auto& [name, reason] : tools) {
+    for (const auto& [name, reason] : {std::pair("dangling", "No such file or directory"),
+                                       {"plain/tool", "Not a directory"},
+                                       {"plain", "Permission denied"},
+                                       {"folder", "Permission denied"},
+                                       {"text", "Exec format error"}}) {
         const std::string text = "Could not start " + at(name) + ": " + reason + ".";
         const SnapshotService service(at(name));
         EXPECT_EQ(service.listLocalSnapshots(), (SnapshotListResult{{}, "", text}));
@@ -261,19 +260,20 @@ struct FixedProvider : SnapshotProvider {
 
 TEST_F(SnapshotServiceTest, AProviderStandsInForAnAbsentToolOnly)
 {
-    const auto absent = std::make_shared<FixedProvider>("");
-    const auto first = std::make_shared<FixedProvider>(token);
-    const auto second = std::make_shared<FixedProvider>(otherToken);
-    const SnapshotService without(at("missing"), {absent});
+    const auto provider = [](const std::string& given) {
+        return std::make_shared<FixedProvider>(given);
+    };
+    const SnapshotService without(at("missing"), {provider("")});
     EXPECT_EQ(without.listLocalSnapshots().errorText,
               "Could not start " + at("missing") + ": No such file or directory.");
 
-    const SnapshotService with(at("missing"), {absent, first, second});
+    const SnapshotService with(at("missing"),
+                               {provider(""), provider(token), provider(otherToken)});
     EXPECT_EQ(with.listLocalSnapshots(), (SnapshotListResult{{{token, "line"}}, "raw", "grumble"}));
     EXPECT_EQ(with.deleteLocalSnapshot(token), "removing " + token);
 
     tree_.file("plain");
-    const SnapshotService broken(at("plain"), {first});
+    const SnapshotService broken(at("plain"), {provider(token)});
     const std::string refusal = "Could not start " + at("plain") + ": Permission denied.";
     EXPECT_EQ(broken.listLocalSnapshots().errorText, refusal);
     EXPECT_EQ(broken.deleteLocalSnapshot(token), refusal);

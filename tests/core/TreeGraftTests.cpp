@@ -31,6 +31,7 @@ TEST(TreeGraft, EqualsAWholeScanAfterRandomChangesBelowTheFolder)
 {
     std::mt19937 random(3);
     int removed = 0;
+    unsigned filling = 100; // no name twice
     for (unsigned seed = 1; seed <= 5; ++seed) {
         const TemporaryTree tree(TemporaryTree::Storage::memory);
         tree.fillAtRandom(seed, 400);
@@ -46,7 +47,7 @@ TEST(TreeGraft, EqualsAWholeScanAfterRandomChangesBelowTheFolder)
                 for (const FileNode& child : folder.children())
                     if (random() % 3 == 0 && !child.kind().isAggregate())
                         tree.remove(inside + '/' + std::string(child.url().lastPathComponent()));
-                tree.fillAtRandom(seed * 100 + i, static_cast<int>(random() % 30), inside);
+                tree.fillAtRandom(++filling, static_cast<int>(random() % 30), inside);
                 std::optional<FileNode> next;
                 if (i % 4 == 3 && path != tree.path()) {
                     tree.remove(inside);

@@ -1,5 +1,6 @@
 #include "BrisalonCore/VolumeStats.h"
 
+#include "BrisalonCore/ByteFormat.h"
 #include "host/Volume.h"
 #include "host/linux/RotatingDisk.h"
 #include "support/TemporaryTree.h"
@@ -71,59 +72,60 @@ TEST(VolumeStats, ReadsTheVolumeOfAnyItem)
 
 TEST(RotatingDisk, PartitionsAndMappedDevicesAreJudgedByWhatTheyArePartsOf)
 {
-    // A made-up copy of the system's folders of block devices.
-    const TemporaryTree tree;
-    const struct {
-        const char* number;
+    // A made-up copy of the system's folders of block devices: the disk's numbers, its
+    // folder, what it says of itself, whose parts it is made of, and whether it rotates.
+    struct Device {
+        unsigned major, minor;
         const char* folder;
         const char* rotational; ///< null for a partition
         const char* model;
-    } devices[] = {
-        {"8:0", "pci/ata1/block/sda", "1", "WDC WD10"},
-        {"8:2", "pci/ata1/block/sda/sda2", nullptr, ""},
-        {"8:16", "pci/ata2/block/sdb", "0", "WDC WD10"},
-        {"8:32", "pci/ata3/block/sdc", "1", "QEMU HARDDISK"},
-        {"8:48", "pci/ata4/block/sdd", "1", "VBOX HARDDISK"},
-        {"254:0", "pci/virtio0/block/vda", "1", ""},
-        {"7:0", "virtual/block/loop0", "1", ""},
-        {"253:0", "virtual/block/dm-0", "1", ""},
-        {"253:1", "virtual/block/dm-1", "0", ""},
-        {"253:2", "virtual/block/dm-2", "1", ""},
-    };
-    for (const auto& [number, folder, rotational, model] : devices) {
-        const std::string device = std::string("devices/") + folder;
-        tree.link(std::string("block/") + number, "../" + device);
-        tree.write(device + (rotational ? "/queue/rotational" : "/partition"),
-                   std::string(rotational ? rotational : "2") + '\n');
-        if (rotational)
-            tree.write(device + "/device/model", model + std::string("\n"));
-    }
-    const auto madeOf = [&](const char* mapped, const char* part) {
-        tree.link(std::string("devices/virtual/block/") + mapped + "/slaves/" +
-                      std::string(part).substr(std::string(part).rfind('/') + 1),
-                  std::string("../../../../") + part);
-    };
-    madeOf("dm-0", "pci/ata2/block/sdb");
-    madeOf("dm-1", "pci/ata2/block/sdb");
-    madeOf("dm-1", "pci/ata1/block/sda");
-    madeOf("dm-2", "virtual/block/dm-2"); // of itself
-    struct Row {
-        unsigned major, minor;
+        std::vector<const char*> parts;
         bool isRotating;
     };
-    for (const Row& row : {Row{8, 0, true},
-                           {8, 2, true},
-                           {8, 16, false},
-                           {8, 32, false},
-                           {8, 48, false},
-                           {254, 0, false},
-                           {7, 0, false},
-                           {253, 0, false},
-                           {253, 1, true},
-                           {253, 2, false},
-                           {0, 35, false}})
-        EXPECT_EQ(host::isRotatingDisk(row.major, row.minor, tree.at("block")), row.isRotating)
-            << row.major << ':' << row.minor;
+    const Device devices[] = {
+        {8, 0, "pci/ata1/sda", "1\n", "WDC WD10\n", {}, true},
+        {8, 2, "pci/ata1/sda/sda2", nullptr, "", {}, true},
+        {8, 16, "pci/ata2/sdb", "0\n", "WDC WD10\n", {}, false},
+        {8, 32, "pci/ata3/sdc", "1\n", "QEMU HARDDISK\n", {}, false},
+        {8, 48, "pci/ata4/sdd", "1\n", "VBOX HARDDISK\n", {}, false},
+        {254, 0, "pci/virtio0/vda", "1\n", "", {}, false},
+        {7, 0, "virtual/block/loop0", "1\n", "", {}, false},
+        {253, 0, "virtual/block/dm-0", "1\n", "", {"pci/ata2/sdb"}, false},
+        {253, 1, "virtual/block/dm-1", "0\n", "", {"pci/ata2/sdb", "pci/ata1/sda"}, true},
+        {253, 2, "virtual/block/dm-2", "1\n", "", {"virtual/block/dm-2"}, false},
+    };
+    const TemporaryTree tree;
+    for (const Device& device : devices) {
+        const std::string folder = std::string("devices/") + device.folder;
+        tree.link("block/" + std::to_string(device.major) + ':' + std::to_string(device.minor),
+                  tree.at(folder));
+        tree.write(folder + (device.rotational ? "/queue/rotational" : "/partition"),
+                   device.rotational ? device.rotational : "2\n");
+        if (*device.model)
+            tree.write(folder + "/device/model", device.model);
+        for (const std::string part : device.parts)
+            tree.link(folder + "/slaves/" + part.substr(part.rfind('/') + 1),
+                      tree.at("devices/" + part));
+    }
+    for (const Device& device : devices)
+        EXPECT_EQ(host::isRotatingDisk(device.major, device.minor, tree.at("block")),
+                  device.isRotating)
+            << device.folder;
+    EXPECT_FALSE(host::isRotatingDisk(0, 35, tree.at("block"))) << "no block device";
+}
+
+TEST(ByteFormat, Samples)
+{
+    // Halves go to the even neighbour, as printf has it.
+    using Sample = std::pair<std::int64_t, const char*>;
+    const Sample samples[] = {
+        {0, "0 B"},           {1023, "1023 B"},    {1024, "1.0 KB"},
+        {10188, "9.9 KB"},    {10239, "10.0 KB"},  {10240, "10 KB"},
+        {1048575, "1024 KB"}, {1048576, "1.0 MB"}, {1125899906842624, "1024 TB"},
+        {most, "8388608 TB"}, {-5, "0 B"},         {least, "0 B"},
+        {10752, "10 KB"},     {11776, "12 KB"}};
+    for (const auto& [bytes, text] : samples)
+        EXPECT_EQ(ByteFormat::string(bytes), text) << bytes;
 }
 
 } // namespace

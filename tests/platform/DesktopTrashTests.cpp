@@ -40,28 +40,15 @@ protected:
 
 TEST_F(DesktopTrashTest, NamesOfAnyBytesCanBeRestored)
 {
-    const std::vector<std::string> names{
-        "plain.txt",
-        "a b",
-        "100%",
-        "%41",
-        "new\nline",
-        "\n",
-        "[Trash Info]\nPath=x",
-        "\xff\xfe",
-        "caf\xc3\xa9",
-        "half \xc3",
-        "-rf",
-        "...",
-        ".hidden",
-        "x.trashinfo",
-        "#?&=;:@+$,\"<>\\^`{|}\t\x01\x7f",
-        std::string(255, 'a'),
-        std::string(255, '\xff'),
-        std::string(250, 'a') + ".html",
-        "." + std::string(254, 'b'),
-        "x." + std::string(253, 'c'),
-    };
+    std::vector<std::string> names;
+    for (const char* name : {"plain.txt", "a b", "100%", "%41", "new\nline", "\n", "\xff\xfe",
+                             "[Trash Info]\nPath=x", "caf\xc3\xa9", "half \xc3", "-rf", "...",
+                             ".hidden", "x.trashinfo", "#?&=;:@+$,\"<>\\^`{|}\t\x01\x7f"})
+        names.emplace_back(name);
+    for (const std::string start : {"", ".", "x."})
+        for (const char filling : {'a', '\xff'})
+            names.push_back(start + std::string(255 - start.size(), filling));
+    names.push_back(std::string(250, 'a') + ".html");
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
         const std::string path = tree.at("items/" + name);

@@ -9,11 +9,12 @@
 #include <random>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sched.h>
+#include <spawn.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace brisalon::tests {
@@ -26,55 +27,6 @@ void require(bool condition, const char* what)
         return;
     std::perror(what);
     std::abort();
-}
-
-/// Unlinks what is not a folder; returns the name of one subfolder, or "".
-std::string clearFiles(int folder)
-{
-    DIR* entries = ::fdopendir(::dup(folder));
-    require(entries != nullptr, "fdopendir");
-    ::rewinddir(entries);
-    std::string subfolder;
-    std::vector<std::string> names;
-    while (const dirent* entry = ::readdir(entries))
-        if (const std::string name = entry->d_name; name != "." && name != "..")
-            names.push_back(name);
-    ::closedir(entries);
-    for (const std::string& name : names)
-        if (::unlinkat(folder, name.c_str(), 0) != 0 &&
-            ::unlinkat(folder, name.c_str(), AT_REMOVEDIR) != 0)
-            subfolder = name;
-    return subfolder;
-}
-
-/// Empties a folder without recursion and without long paths.
-void clear(int top)
-{
-    std::vector<std::string> path;
-    int folder = ::dup(top);
-    for (;;) {
-        const std::string below = clearFiles(folder);
-        if (!below.empty()) {
-            constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
-            int next = ::openat(folder, below.c_str(), flags);
-            if (next < 0 && ::fchmodat(folder, below.c_str(), 0700, 0) == 0)
-                next = ::openat(folder, below.c_str(), flags);
-            require(next >= 0, "openat");
-            path.push_back(below);
-            ::close(folder);
-            folder = next;
-            continue;
-        }
-        if (path.empty())
-            break;
-        const int above = ::openat(folder, "..", O_RDONLY | O_DIRECTORY);
-        require(above >= 0, "openat ..");
-        ::close(folder);
-        folder = above;
-        require(::unlinkat(folder, path.back().c_str(), AT_REMOVEDIR) == 0, "unlinkat");
-        path.pop_back();
-    }
-    ::close(folder);
 }
 
 } // namespace
@@ -176,6 +128,9 @@ void TemporaryTree::fillAtRandom(unsigned seed, int items, const std::string& to
         case 3:
             link(path, upTo(1) ? path_ : "nowhere");
             break;
+        case 4:
+            require(::mkfifo(at(path).c_str(), 0600) == 0, "mkfifo");
+            break;
         default:
             file(path, static_cast<std::int64_t>(upTo(3) ? upTo(3) : upTo(600)) * 1024);
         }
@@ -184,15 +139,17 @@ void TemporaryTree::fillAtRandom(unsigned seed, int items, const std::string& to
 
 void TemporaryTree::remove(std::string_view relative) const
 {
-    const std::string path = at(relative);
-    const int handle = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
-    if (handle >= 0) {
-        clear(handle);
-        ::close(handle);
-        ::rmdir(path.c_str());
-    } else {
-        ::unlink(path.c_str());
-    }
+    std::string path = at(relative);
+    std::string words[] = {
+        "/bin/sh", "-c",
+        "PATH=/bin; rm -rf -- \"$1\" || { chmod -R u+rwx -- \"$1\"; rm -rf -- \"$1\"; }", "sh"};
+    char* const command[] = {words[0].data(), words[1].data(), words[2].data(),
+                             words[3].data(), path.data(),     nullptr};
+    pid_t child = 0;
+    int status = -1;
+    require(::posix_spawn(&child, command[0], nullptr, nullptr, command, environ) == 0 &&
+                ::waitpid(child, &status, 0) == child && status == 0,
+            "rm");
 }
 
 } // namespace brisalon::tests
