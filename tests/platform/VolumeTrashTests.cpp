@@ -153,7 +153,9 @@ TEST(LoopVolumeTrashTest, APowerFailureLeavesNothingWithoutItsOrigin)
             urls.emplace_back(disk.at(std::to_string(count) + " items " + std::to_string(i)));
             writeText(urls.back().path(), "text");
         }
-        ::sync();
+        // That disk alone: the machine may have others that take their time.
+        const Descriptor volume = Descriptor::open(AT_FDCWD, disk.at("").c_str(), O_RDONLY);
+        ASSERT_EQ(::syncfs(volume.get()), 0);
         for (const auto& result :
              DesktopTrash(FileURL(home.at("Trash"))).put(TrashItem::record(urls)))
             destinationOf(result);
