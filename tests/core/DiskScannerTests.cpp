@@ -48,6 +48,7 @@ TEST(DiskScanner, RefusesRootsThatAreNoFolders)
         EXPECT_EQ(std::get<ScanError>(scan.result), error) << url.path();
         EXPECT_TRUE(scan.reports.empty());
     }
+    EXPECT_TRUE(scanned(FileURL("/dev")).children().empty()) << "is left out of every scan";
 }
 
 TEST(DiskScanner, ScansTheTargetOfALinkedRoot)
@@ -190,9 +191,12 @@ TEST(DiskScanner, ATaggedFolderIsACacheWithAllBelowIt)
     ASSERT_EQ(::mkfifo(tree.at("fifo/CACHEDIR.TAG").c_str(), 0600), 0);
     tree.write("case/cachedir.tag", tag);
     for (const Row& row : rows) {
-        tree.file(row.folder + std::string("/deep/er/file"), 300 * kib);
+        const std::string folder = row.folder;
+        tree.file(folder + "/deep/er/file", 300 * kib);
+        tree.file(folder + "/before");
         if (!row.text.empty())
-            tree.write(row.folder + std::string("/CACHEDIR.TAG"), row.text);
+            tree.write(folder + "/CACHEDIR.TAG", row.text);
+        tree.file(folder + "/after");
     }
     const FileNode root = scanned(tree.url(), 256 * kib);
     const auto kindOf = [&](const std::string& relative) {

@@ -1,8 +1,5 @@
 #include "BrisalonCore/MountTable.h"
 
-#include "BrisalonCore/ItemStatus.h"
-#include "support/TemporaryTree.h"
-
 #include <gtest/gtest.h>
 
 #include <sys/sysmacros.h>
@@ -97,16 +94,6 @@ TEST(MountTable, WhatAnItemCarriesAlong)
         EXPECT_FALSE(table.carriesMount(path)) << path;
     EXPECT_EQ(table.mounts()[2].under, (StoredPlace{makedev(8, 1), "/real/sub/here"}));
     EXPECT_EQ(table.mounts()[0].under, std::nullopt);
-}
-
-TEST(MountTable, NamesMountsAsItemsDo)
-{
-    const tests::TemporaryTree tree;
-    const MountTable table = MountTable::current();
-    const Mount* const mount = table.at(tree.path());
-    const auto status = ItemStatus::read(tree.path());
-    ASSERT_TRUE(mount && status);
-    EXPECT_EQ(mount->id, status->mount.mount);
 }
 
 } // namespace

@@ -108,19 +108,6 @@ TEST(FileURL, ResolvesLinksAsFarAsThePathExists)
     EXPECT_EQ(FileURL("/").resolvingSymbolicLinks().path(), "/");
 }
 
-TEST(FileURL, ChainsOfAnyDepthAreOrdinary)
-{
-    constexpr int depth = 100'000;
-    FileURL url("/");
-    for (int i = 0; i < depth; ++i)
-        url = url.appendingPathComponent("d");
-    const std::string path = url.path();
-    EXPECT_EQ(path.size(), 2u * depth);
-    EXPECT_TRUE(url.pathEquals(path));
-    EXPECT_EQ(url, FileURL(path));
-    EXPECT_EQ(url, FileURL("/").appendingPathComponent(path));
-} // and its destruction does not recurse
-
 TEST(Paths, FollowWholeComponents)
 {
     struct Row {

@@ -237,15 +237,6 @@ TEST_F(BtrfsSnapshotsTest, WhatIsInUseIsNoSnapshotToPeople)
     EXPECT_EQ(listedPaths(), "shown ");
 }
 
-TEST_F(BtrfsSnapshotsTest, TheToolsRefusalReachesTheUser)
-{
-    run("btrfs subvolume snapshot plain chosen; btrfs subvolume set-default chosen");
-    const auto text = service_.deleteLocalSnapshot(listed().at("chosen"));
-    ASSERT_TRUE(text);
-    EXPECT_NE(text->find("default subvolume"), std::string::npos) << *text;
-    EXPECT_EQ(listedPaths(), "chosen ");
-}
-
 TEST(BtrfsSnapshots, AvailableOnlyOnSuchAFileSystemWithItsTool)
 {
     const auto snapshots = managed<host::BtrfsSnapshots>("/bin/sh", "/proc");
