@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Brisalon/App/ScanTask.h"
+#include "BrisalonCore/LocalVolume.h"
 #include "BrisalonCore/SnapshotService.h"
 
 #include <chrono>
 #include <functional>
+#include <vector>
 
 namespace brisalon {
 
@@ -25,6 +27,7 @@ struct AppServices {
     SnapshotService snapshots = {};
     /// Stands in for the scanner's when set.
     ScanTask::Scan scan = {};
+    std::function<std::vector<LocalVolume>()> disks = LocalVolume::mounted;
     std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
 };
 

@@ -19,6 +19,9 @@ namespace {
 
 constexpr std::size_t largeFileLimit = 50;
 
+/// What takes no time is done at once; otherwise the window goes on meanwhile.
+constexpr std::chrono::milliseconds noTime(30);
+
 /// The node without what lies below it; but that something does, one child still says.
 FileNode withoutItsTree(const FileNode& node)
 {
@@ -85,8 +88,6 @@ void AppState::countWork(int change)
 
 std::stop_source AppState::startWork(BackgroundTasks::Work work)
 {
-    // What takes no time is done at once; otherwise the window goes on meanwhile.
-    constexpr std::chrono::milliseconds noTime(30);
     countWork(+1);
     return tasks_.start(
         [this, work = std::move(work)](const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
@@ -271,6 +272,18 @@ void AppState::pickFolderAndScan()
         if (model)
             model->startScan(folder);
     });
+}
+
+void AppState::listDisks()
+{
+    tasks_.start(
+        [this, disks = services_.disks](const BackgroundTasks::Task&) -> BackgroundTasks::Step {
+            const std::vector<LocalVolume> found = disks();
+            return [this, list = QList<LocalVolume>(found.begin(), found.end())] {
+                assign(disks_, list, &AppState::disksChanged);
+            };
+        },
+        noTime);
 }
 
 void AppState::refreshVolume()

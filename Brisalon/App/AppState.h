@@ -92,6 +92,8 @@ class AppState : public QObject {
     /// volume that holds it.
     BRISALON_FIELD(brisalon::FileURL, scanRoot);
     BRISALON_FIELD(brisalon::VolumeStatsValue, volume);
+    /// The local disks, when they were last listed.
+    BRISALON_FIELD(QList<brisalon::LocalVolume>, disks);
     BRISALON_WRITABLE_FIELD(brisalon::sidebar::SidebarTab, sidebarTab, setSidebarTab);
     BRISALON_INNER_FIELD(ScanTargetPreference, preferredWelcomeTarget);
     /// Full Disk Access was granted while the program ran.
@@ -145,6 +147,9 @@ public:
     Q_INVOKABLE void dismissScanError();
     /// Asks for a folder, and scans it if the user picks one.
     Q_INVOKABLE void pickFolderAndScan();
+
+    /// Reads `disks`, which are there when this returns unless one is slow to answer.
+    Q_INVOKABLE void listDisks();
 
     /// Shows the node's children if it is a folder that has any; selects it. In place of
     /// a node of an older tree the one that now has its path.

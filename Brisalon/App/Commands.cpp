@@ -21,6 +21,7 @@ struct Command::Row {
     Group group;
     /// May read any property of the model.
     bool (*isEnabled)(const AppState& state);
+    /// Null for one that opens a menu.
     void (*run)(Commands& commands);
 };
 
@@ -83,6 +84,7 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) { commands.state().requestTrashSelected(); }},
     {"upOneLevel", "Up One Level", "Backspace", Group::KeyOnly, always,
      [](Commands& commands) { commands.state().zoomUpOneLevel(); }},
+    {"scanDisk", "Scan Disk", "", Group::Part, isIdle, nullptr},
     {"whatMayGo", "What May Go…", "", Group::Answer, isMapped,
      [](Commands& commands) { emit commands.whatMayGoRequested(); }},
     {"about", "About Brisalon", "", Group::Application, always,
@@ -110,6 +112,11 @@ QString Command::shortcut() const
     return QString::fromLatin1(row_.shortcut);
 }
 
+bool Command::opensMenu() const
+{
+    return !row_.run;
+}
+
 Group Command::group() const
 {
     return row_.group;
@@ -117,7 +124,7 @@ Group Command::group() const
 
 void Command::run()
 {
-    if (isEnabled_)
+    if (isEnabled_ && !opensMenu())
         row_.run(commands_);
 }
 

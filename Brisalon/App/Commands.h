@@ -21,6 +21,7 @@ class Command : public QObject {
     Q_PROPERTY(QString text READ text CONSTANT)
     Q_PROPERTY(QString shortcut READ shortcut CONSTANT)
     Q_PROPERTY(brisalon::Command::Group group READ group CONSTANT)
+    Q_PROPERTY(bool opensMenu READ opensMenu CONSTANT)
     Q_PROPERTY(bool isEnabled READ isEnabled NOTIFY isEnabledChanged)
 
 public:
@@ -29,6 +30,7 @@ public:
         KeyOnly, ///< not in a menu
         Item,    ///< in the context menus of what can be selected
         Scan,
+        Part, ///< scans something else than the usual targets
         Answer, ///< a question about the map, answered on a sheet
         Application,
     };
@@ -44,6 +46,8 @@ public:
     /// its place; empty for none.
     QString shortcut() const;
     Group group() const;
+    /// Whether it stands for a menu of choices, each of which is run by itself.
+    bool opensMenu() const;
     bool isEnabled() const { return isEnabled_; }
     /// Does it; nothing while it is not enabled.
     Q_INVOKABLE void run();

@@ -206,6 +206,17 @@ QString VolumeStatsValue::usedText() const
     return stats_ ? ascii(ByteFormat::string(stats_->used())) + " used" : QString();
 }
 
+QString LocalVolumeValue::name() const
+{
+    return displayText(volume_.name);
+}
+
+QString LocalVolumeValue::sizeText() const
+{
+    const VolumeStatsValue stats = volume_.stats;
+    return stats ? stats.freeText() + " of " + ascii(ByteFormat::string(stats->total)) : QString();
+}
+
 QString LocalSnapshotValue::title() const
 {
     return snapshot_ ? displayText(LocalSnapshot::formattedDate(snapshot_->dateToken)) : QString();

@@ -3,6 +3,7 @@
 #include "BrisalonCore/FileNode.h"
 #include "BrisalonCore/LargeFileEntry.h"
 #include "BrisalonCore/LocalSnapshot.h"
+#include "BrisalonCore/LocalVolume.h"
 #include "BrisalonCore/ScanProgress.h"
 #include "BrisalonCore/VolumeStats.h"
 
@@ -221,6 +222,35 @@ public:
 
 private:
     std::optional<VolumeStats> stats_;
+};
+
+/// What QML sees of LocalVolume: one entry of the menu of disks.
+class LocalVolumeValue {
+    Q_GADGET
+    QML_VALUE_TYPE(localVolume)
+    QML_FOREIGN(brisalon::LocalVolume)
+    QML_EXTENDED(brisalon::LocalVolumeValue)
+
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(QString sizeText READ sizeText CONSTANT)
+    Q_PROPERTY(brisalon::FileURL mountPoint READ mountPoint CONSTANT)
+
+public:
+    QString name() const;
+    /// "12 GB free of 40 GB"; empty for one that was not asked.
+    QString sizeText() const;
+    const FileURL& mountPoint() const { return volume_.mountPoint; }
+
+private:
+    LocalVolume volume_;
+};
+
+/// Lets QML walk the lists of them.
+class LocalVolumeList {
+    Q_GADGET
+    QML_ANONYMOUS
+    QML_FOREIGN(QList<brisalon::LocalVolume>)
+    QML_SEQUENTIAL_CONTAINER(brisalon::LocalVolume)
 };
 
 /// A local snapshot, or none, for QML (value type `localSnapshot`).

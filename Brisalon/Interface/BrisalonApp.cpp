@@ -60,6 +60,7 @@ BrisalonApp::BrisalonApp(Dependencies dependencies)
           .bundle = dependencies.bundle,
           .snapshots = std::move(dependencies.snapshots),
           .scan = std::move(dependencies.scan),
+          .disks = std::move(dependencies.disks),
       })
 {
     engine_.addImportPath("qrc:/qt/qml");

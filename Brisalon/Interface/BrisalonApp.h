@@ -31,6 +31,7 @@ public:
         SnapshotService snapshots = {};
         ScanTask::Scan scan = {};
         FolderPanel* folderPanel = nullptr;
+        std::function<std::vector<LocalVolume>()> disks = LocalVolume::mounted;
     };
 
     explicit BrisalonApp(Dependencies dependencies);

@@ -51,7 +51,13 @@ Rectangle {
 
             y: menuButton.height + 4
             commands: sidebar.commands.menu
-            onAboutToShow: wasFocusVisible = menuButton.visualFocus
+            submenu: DiskMenu {
+                appState: sidebar.appState
+            }
+            onAboutToShow: {
+                wasFocusVisible = menuButton.visualFocus;
+                sidebar.appState.listDisks();
+            }
             onAboutToHide: if (wasFocusVisible) menuButton.forceActiveFocus(Qt.TabFocusReason)
         }
     }

@@ -32,7 +32,7 @@ TEST_F(CommandsTest, AreEnabledWhileTheyMeanSomething)
     int announced = 0;
     QObject::connect(commands.findChild<Command*>("scanAgain"), &Command::isEnabledChanged,
                      [&] { ++announced; });
-    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder upOneLevel about");
+    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder upOneLevel scanDisk about");
     gate.holdAfter(0);
     state->startScan(tree.url());
     EXPECT_EQ(enabled(), "cancelScan upOneLevel about");
@@ -40,11 +40,12 @@ TEST_F(CommandsTest, AreEnabledWhileTheyMeanSomething)
     EXPECT_EQ(panel.title, "") << "what is not enabled does nothing";
     gate.open();
     waitForEnd();
-    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain upOneLevel whatMayGo about");
+    EXPECT_EQ(enabled(),
+              "scanHome scanThisMac scanFolder scanAgain upOneLevel scanDisk whatMayGo about");
     state->setSelected(state->tree());
     EXPECT_EQ(enabled(),
               "scanHome scanThisMac scanFolder scanAgain reveal openTerminal copyPath moveToTrash "
-              "upOneLevel whatMayGo about");
+              "upOneLevel scanDisk whatMayGo about");
     EXPECT_EQ(announced, 1);
 }
 
@@ -85,14 +86,15 @@ TEST_F(CommandsTest, StandInTheMenuAndInTheReadme)
 {
     std::string menu;
     for (const Command* const command : commands.list()) {
-        if (command->group() == Command::Group::Scan ||
-            command->group() == Command::Group::Application)
+        if (command->group() != Command::Group::KeyOnly && command->group() != Command::Group::Item)
             menu += (command->text() + " (" + command->shortcut() + ")\n").toStdString();
     }
     EXPECT_EQ(menu, "Scan Home Folder (Ctrl+Shift+H)\n"
                     "Scan This Mac (Ctrl+Shift+M)\n"
                     "Scan Folder… (Ctrl+O)\n"
                     "Scan Again (Ctrl+R)\n"
+                    "Scan Disk ()\n"
+                    "What May Go… ()\n"
                     "About Brisalon ()\n");
 
     std::string table = "| shortcut | command |\n|---|---|\n";

@@ -2,6 +2,7 @@
 
 #include "WindowFixture.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -131,6 +132,41 @@ TEST_F(HabitsTest, AFolderDroppedAnywhereIsScanned)
     EXPECT_TRUE(drag(home.at("folder \xff"), true));
     ASSERT_TRUE(mapAppears());
     EXPECT_EQ(state().scanRoot().path(), home.at("folder \xff"));
+}
+
+TEST_F(HabitsTest, TheMenuOfDisksScansTheOneThatIsChosen)
+{
+    home.file("usb/a.mov", mib);
+    start();
+    driver->click(driver->centre("menuButton"));
+    driver->click(driver->centre("scanDiskEntry"));
+    ASSERT_TRUE(appears("noDisksEntry"));
+    driver->press(Qt::Key_Left);
+    EXPECT_TRUE(goes("noDisksEntry"));
+    driver->press(Qt::Key_Escape);
+    EXPECT_TRUE(goes("scanDiskEntry"));
+    // Each time anew.
+    disks = {{"/", FileURL("/"), {}}, {"usb", FileURL(home.at("usb")), VolumeStats{3 << 20, mib}}};
+    driver->click(driver->centre("menuButton"));
+    ASSERT_TRUE(appears("scanDiskEntry"));
+    driver->click(driver->centre("scanDiskEntry"));
+    ASSERT_TRUE(appears("diskEntry"));
+    EXPECT_FALSE(isShown("noDisksEntry"));
+    driver->press(Qt::Key_Up);
+    EXPECT_EQ(focused(), "diskEntry");
+    EXPECT_EQ(
+        QAccessible::queryAccessibleInterface(window->activeFocusItem())->text(QAccessible::Name),
+        "usb, 1.0 MB free of 3.0 MB");
+    driver->press(Qt::Key_Return);
+    EXPECT_EQ(state().scanRoot().path(), home.at("usb"));
+    ASSERT_TRUE(mapAppears());
+
+    gate.holdAfter(0);
+    state().startScan(home.url());
+    driver->click(driver->centre("menuButton"));
+    EXPECT_FALSE(driver->property("scanDiskEntry", "enabled").toBool());
+    gate.open();
+    ASSERT_TRUE(mapAppears());
 }
 
 } // namespace brisalon::tests

@@ -37,7 +37,8 @@ WindowFixture::~WindowFixture()
 void WindowFixture::start()
 {
     app = std::make_unique<BrisalonApp>(
-        BrisalonApp::Dependencies{store, workspace, fileAccess, bundle, snapshots, gate.scan()});
+        BrisalonApp::Dependencies{store, workspace, fileAccess, bundle, snapshots, gate.scan(),
+                                  nullptr, [this] { return disks; }});
     window = app->open();
     ASSERT_NE(window, nullptr);
     driver.emplace(*window);

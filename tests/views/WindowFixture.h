@@ -98,6 +98,7 @@ protected:
     /// otherwise.
     MemoryFileAccess fileAccess;
     MemoryBundleInformation bundle;
+    std::vector<LocalVolume> disks;
     SnapshotService snapshots{"/missing"};
     ScanGate gate;
     std::unique_ptr<BrisalonApp> app;

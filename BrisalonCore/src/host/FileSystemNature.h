@@ -19,4 +19,8 @@ enum class Nature : std::uint8_t {
 /// disks.
 Nature natureOf(std::string_view type) noexcept;
 
+/// Whether a question to such a file system may never be answered: it is remote, or a
+/// disk that a program drives.
+bool canHang(std::string_view type) noexcept;
+
 } // namespace brisalon::host

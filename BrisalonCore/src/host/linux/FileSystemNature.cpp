@@ -96,4 +96,9 @@ Nature natureOf(std::string_view type) noexcept
     return type.starts_with("fuse.") ? Nature::remote : Nature::disk;
 }
 
+bool canHang(std::string_view type) noexcept
+{
+    return type == "fuseblk" || natureOf(type) == Nature::remote;
+}
+
 } // namespace brisalon::host
