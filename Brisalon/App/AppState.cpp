@@ -139,18 +139,41 @@ void AppState::startScan(const FileURL& root)
     assign(preferredWelcomeTarget_, ScanTargetPreference::load(services_.defaults),
            &AppState::preferredWelcomeTargetChanged);
     emit lastUsedTargetChanged();
-    assign(isScanning_, true, &AppState::isScanningChanged);
-    assign(scanError_, QString(), &AppState::scanErrorChanged);
-    const std::string path = root.path();
-    setStatus("Scanning " + displayPath(path) + "…");
-    assign(progress_, ScanProgressValue(ScanProgress{0, path, 0}), &AppState::progressChanged);
-    assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
+    announceScan(root);
     if (!isRescan)
         clearMap();
     setLastClean(std::nullopt);
+    runScan(services_.scan, {root, tree_, selected_, largeFileLimit, false});
+}
 
-    scan_ = tasks_.start([this, scan = services_.scan,
-                          request = ScanTask::Request{root, tree_, selected_, largeFileLimit}](
+void AppState::rescan(const FileURL& folder)
+{
+    if (!tree_)
+        return;
+    scan_.request_stop();
+    announceScan(folder);
+    setLastClean(std::nullopt);
+    runScan(
+        [tree = tree_](const FileURL& part, const DiskScanner::ProgressCallback& progress,
+                       std::stop_token cancellation) {
+            return scanner.rescan(*tree, part, progress, std::move(cancellation));
+        },
+        {folder, tree_, selected_, largeFileLimit, true});
+}
+
+void AppState::announceScan(const FileURL& folder)
+{
+    assign(isScanning_, true, &AppState::isScanningChanged);
+    assign(scanError_, QString(), &AppState::scanErrorChanged);
+    const std::string path = folder.path();
+    setStatus("Scanning " + displayPath(path) + "…");
+    assign(progress_, ScanProgressValue(ScanProgress{0, path, 0}), &AppState::progressChanged);
+    assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
+}
+
+void AppState::runScan(ScanTask::Scan scan, ScanTask::Request request)
+{
+    scan_ = tasks_.start([this, scan = std::move(scan), request = std::move(request)](
                              const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
         const auto report = [this, &task](const ScanProgress& progress) {
             task.report([this, progress] {
@@ -204,17 +227,18 @@ void AppState::showTree(ScanTask::Finished finished)
     // exact, and does not hold up a frame: the root is either the same or differs.
     const FileNodeHold& root = finished.tree;
     const FileNodeValue node = root;
-    const QList<FileNodeValue> crumbs{node};
+    const auto crumbs = finished.isOfPart ? breadcrumbsIn(root) : QList<FileNodeValue>{node};
+    const FileNodeHold level = crumbs.last().hold();
     const FileNodeHold old = tree_;
     const bool isNewTree = !(tree() == node);
-    const bool isNewLevel = !(current() == node);
+    const bool isNewLevel = !(current() == crumbs.last());
     const bool areNewCrumbs = breadcrumbs_ != crumbs;
     if (isNewTree) {
         tree_ = root;
         emit treeChanged();
     }
     if (isNewLevel) {
-        current_ = root;
+        current_ = level;
         emit currentChanged();
     }
     if (areNewCrumbs) {

@@ -142,6 +142,9 @@ public:
     /// clears the map at once; the same one (links resolved) keeps it until the
     /// new tree is there. A failure ends up in scanError and statusMessage.
     Q_INVOKABLE void startScan(const brisalon::FileURL& root);
+    /// Scans a folder of `tree` alone, and shows the whole tree with what is there now, at
+    /// the level that is shown or the nearest one that is left above it.
+    void rescan(const FileURL& folder);
     Q_INVOKABLE void cancelScan();
     /// The user has read scanError.
     Q_INVOKABLE void dismissScanError();
@@ -216,11 +219,14 @@ private:
     template <typename T>
     void assign(T& field, T value, void (AppState::*changed)());
     void clearMap();
+    void announceScan(const FileURL& folder);
+    void runScan(ScanTask::Scan scan, ScanTask::Request request);
     void endScan(const std::stop_token& scan, ScanTask::Outcome outcome);
     void showTree(ScanTask::Finished finished);
     void carrySelection(const ScanTask::Finished& finished);
     void showFailure(const ScanTask::Outcome& outcome);
     FileNodeValue inTree(const FileNodeValue& node) const;
+    QList<FileNodeValue> breadcrumbsIn(const FileNodeHold& tree) const;
     void rebuildBreadcrumbs(const FileNodeValue& target);
     void listSnapshotsAnew();
     void setStatus(const QString& message);

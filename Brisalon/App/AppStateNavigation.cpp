@@ -7,7 +7,6 @@
 
 #include <QPointer>
 
-#include <span>
 #include <string_view>
 
 namespace brisalon {
@@ -18,6 +17,16 @@ QList<FileNodeValue>::iterator crumbOf(QList<FileNodeValue>& crumbs, const FileN
 {
     return std::find_if(crumbs.begin(), crumbs.end(),
                         [&](const FileNodeValue& other) { return other->url() == node->url(); });
+}
+
+/// By the last component of its path alone: composing paths on the way down would take the
+/// square of a tree's depth. Null when there is none.
+const FileNode* childNamed(const FileNode& folder, std::string_view name)
+{
+    const auto children = folder.children();
+    const auto found = std::ranges::find(
+        children, name, [](const FileNode& node) { return node.url().lastPathComponent(); });
+    return found == children.end() ? nullptr : &*found;
 }
 
 } // namespace
@@ -103,19 +112,28 @@ void AppState::rebuildBreadcrumbs(const FileNodeValue& target)
     const std::string targetPath = target->url().path();
     const auto rootPieces = paths::components(rootPath);
     const auto targetPieces = paths::components(targetPath);
-    // Node by node and by the last components alone: no path is composed on the way,
-    // which would take the square of a tree's depth.
-    std::span<const FileNode> level = tree_->children();
     for (auto i = std::min(rootPieces.size(), targetPieces.size()); i < targetPieces.size(); ++i) {
-        const auto found = std::ranges::find(level, targetPieces[i], [](const FileNode& node) {
-            return node.url().lastPathComponent();
-        });
-        if (found == level.end())
+        const FileNode* const found = childNamed(*crumbs.last(), targetPieces[i]);
+        if (!found)
             break;
         crumbs.append(tree().at(*found));
-        level = found->children();
     }
     assign(breadcrumbs_, std::move(crumbs), &AppState::breadcrumbsChanged);
+}
+
+/// The way to the level that is shown, as far as the tree, which is to replace the one on
+/// screen, still has it.
+QList<FileNodeValue> AppState::breadcrumbsIn(const FileNodeHold& tree) const
+{
+    QList<FileNodeValue> crumbs{tree};
+    for (qsizetype i = 1; i < breadcrumbs_.size(); ++i) {
+        const std::string_view name = breadcrumbs_.at(i)->url().lastPathComponent();
+        const FileNode* const found = childNamed(*crumbs.last(), name);
+        if (!found || found->kind() != NodeKind::directory)
+            break;
+        crumbs.append(crumbs.last().at(*found));
+    }
+    return crumbs;
 }
 
 void AppState::requestReveal(const FileURL& url)

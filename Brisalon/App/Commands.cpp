@@ -47,6 +47,11 @@ bool isMapped(const AppState& state)
     return state.tree().isPresent();
 }
 
+bool canRescan(const AppState& state)
+{
+    return isIdle(state) && isMapped(state);
+}
+
 // In the order of the menu.
 constexpr Command::Row rows[] = {
     {"scanHome", "Scan Home Folder", "Ctrl+Shift+H", Group::Scan, isIdle,
@@ -55,8 +60,7 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) { commands.state().startScan(ScanTargets::thisMac()); }},
     {"scanFolder", "Scan Folder…", "Ctrl+O", Group::Scan, isIdle,
      [](Commands& commands) { commands.state().pickFolderAndScan(); }},
-    {"scanAgain", "Scan Again", "Ctrl+R", Group::Scan,
-     [](const AppState& state) { return isIdle(state) && isMapped(state); },
+    {"scanAgain", "Scan Again", "Ctrl+R", Group::Scan, canRescan,
      [](Commands& commands) { commands.state().startScan(FileURL(commands.state().scanRoot())); }},
     {"cancelScan", "Cancel Scan", "Escape", Group::KeyOnly, isScanning,
      [](Commands& commands) { commands.state().cancelScan(); }},
@@ -73,6 +77,9 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) {
          commands.state().requestTerminal(commands.state().selection().item().url);
      }},
+    {"rescanFolder", "Rescan This Folder", "", Group::Item,
+     [](const AppState& state) { return isIdle(state) && state.selection().isFolder(); },
+     [](Commands& commands) { commands.state().rescan(commands.state().selection().item().url); }},
     {"copyPath", "Copy Path", "Ctrl+C", Group::Item,
      [](const AppState& state) { return !state.selection().places().empty(); },
      [](Commands& commands) {
@@ -84,6 +91,8 @@ constexpr Command::Row rows[] = {
      [](Commands& commands) { commands.state().requestTrashSelected(); }},
     {"upOneLevel", "Up One Level", "Backspace", Group::KeyOnly, always,
      [](Commands& commands) { commands.state().zoomUpOneLevel(); }},
+    {"rescanLevel", "Rescan This Folder", "", Group::Part, canRescan,
+     [](Commands& commands) { commands.state().rescan(commands.state().current().url()); }},
     {"scanDisk", "Scan Disk", "", Group::Part, isIdle, nullptr},
     {"whatMayGo", "What May Go…", "", Group::Answer, isMapped,
      [](Commands& commands) { emit commands.whatMayGoRequested(); }},

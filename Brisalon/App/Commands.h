@@ -30,7 +30,7 @@ public:
         KeyOnly, ///< not in a menu
         Item,    ///< in the context menus of what can be selected
         Scan,
-        Part, ///< scans something else than the usual targets
+        Part,   ///< scans something else than the usual targets
         Answer, ///< a question about the map, answered on a sheet
         Application,
     };

@@ -9,10 +9,12 @@ namespace brisalon {
 
 namespace {
 
-FileNodeHold equalNode(const FileNodeHold& tree, const FileNodeHold& selected)
+FileNodeHold selectedIn(const FileNodeHold& tree, const ScanTask::Request& request)
 {
-    const FileNode* const found = selected ? LargeFiles::find(selected->id(), *tree) : nullptr;
-    return found && *found == *selected ? FileNodeHold(tree, found) : nullptr;
+    const FileNodeHold& before = request.selected;
+    const FileNode* const found = before ? LargeFiles::find(before->id(), *tree) : nullptr;
+    const bool isKept = found && (request.isOfPart || *found == *before);
+    return isKept ? FileNodeHold(tree, found) : nullptr;
 }
 
 ScanTask::Finished finish(const FileNodeHold& tree, const ScanTask::Request& request)
@@ -26,7 +28,8 @@ ScanTask::Finished finish(const FileNodeHold& tree, const ScanTask::Request& req
     const bool isSame = request.previous && *request.previous == *tree;
     finished.tree = isSame ? request.previous : tree;
     finished.selectedBefore = request.selected;
-    finished.selectedNow = equalNode(finished.tree, request.selected);
+    finished.selectedNow = selectedIn(finished.tree, request);
+    finished.isOfPart = request.isOfPart;
     return finished;
 }
 

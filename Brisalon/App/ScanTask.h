@@ -27,11 +27,12 @@ public:
         /// The new tree; the previous one itself when the new one equals it, so
         /// that whoever compares the two need not visit them again.
         FileNodeHold tree;
-        /// What was selected when the scan began, and the node of the new tree that
-        /// equals it, if any.
+        /// What was selected when the scan began, and what takes its place: the node of
+        /// the new tree that equals it, after the scan of a part the one with its path.
         FileNodeHold selectedBefore;
         FileNodeHold selectedNow;
         QList<LargeFileEntry> largeFiles;
+        bool isOfPart;
     };
     /// The text is the description of an unexpected error, such as no memory.
     using Outcome = std::variant<Finished, ScanError, TaskCancelled, std::string>;
@@ -42,6 +43,8 @@ public:
         FileNodeHold previous;
         FileNodeHold selected;
         std::size_t largeFileLimit;
+        /// Whether `root` is a folder of the previous tree, which only changes there.
+        bool isOfPart;
     };
 
     /// Does all that takes longer than a frame on a large tree: the walk, the search for

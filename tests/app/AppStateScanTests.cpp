@@ -1,12 +1,16 @@
 #include "ModelFixture.h"
 
 #include "Brisalon/Platform/HomeFolder.h"
+#include "BrisalonCore/LargeFiles.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <future>
+#include <random>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -124,6 +128,69 @@ TEST_F(ScanTest, ARescanThatFindsTheSameIsSilentAndOneThatDiffersIsNot)
     EXPECT_EQ(treeChanges, 2);
     EXPECT_EQ(state->current(), state->tree());
     EXPECT_EQ(state->breadcrumbs().size(), 1);
+}
+
+TEST_F(ScanTest, ARescanOfOneFolderEqualsAWholeOneAndKeepsThePlace)
+{
+    tree.fillAtRandom(5, 300);
+    tree.file("big/deep/a.bin", mib);
+    scan(tree.url());
+    std::mt19937 random(11);
+    for (unsigned i = 0; i < 12; ++i) {
+        // A level somewhere, and changes in it or in a folder above or below it.
+        state->jumpToBreadcrumb(state->tree());
+        std::vector<FileNodeValue> folders{state->tree()};
+        for (FileNodeValue at = state->tree(); at; folders.push_back(at)) {
+            state->zoom(at);
+            std::vector<FileNodeValue> below;
+            for (const FileNode& node : at->children())
+                if (node.kind() == NodeKind::directory)
+                    below.push_back(at.at(node));
+            if (below.empty())
+                break;
+            at = below[random() % below.size()];
+        }
+        const FileURL folder = folders[random() % folders.size()].url();
+        const std::string inside = folder.path().substr(tree.path().size());
+        if (i % 4 == 3 && !inside.empty())
+            tree.remove(inside.substr(1));
+        else
+            tree.fillAtRandom(100 + i, 20, inside.empty() ? inside : inside.substr(1));
+        const auto before = crumbNames();
+        state->rescan(folder);
+        EXPECT_EQ(state->scanRoot(), tree.url());
+        waitForEnd();
+
+        const FileNode anew =
+            std::get<FileNode>(AppState::scanner.scan(tree.url(), [](const ScanProgress&) {}));
+        ASSERT_EQ(*state->tree(), anew) << folder.path();
+        const auto largest = LargeFiles::topFiles(anew, 50);
+        EXPECT_EQ(state->largeFiles(), QList<LargeFileEntry>(largest.begin(), largest.end()));
+        // All that is left of the way; what is selected is told of as it is now.
+        const auto crumbs = crumbNames();
+        EXPECT_TRUE(std::ranges::equal(crumbs, std::span(before).first(crumbs.size())));
+        EXPECT_EQ(state->current(), state->breadcrumbs().last());
+        const FileNode* const selected = LargeFiles::find(state->selected()->id(), anew);
+        EXPECT_TRUE(!selected || *state->selected() == *selected);
+    }
+}
+
+TEST_F(ScanTest, ARescanOfOneFolderThatDoesNotEndInATreeLeavesTheMap)
+{
+    tree.file("folder/a.bin", mib);
+    scan(tree.url());
+    const FileURL folder(tree.at("folder"));
+    state->zoom(child(state->tree(), "folder"));
+    tree.file("folder/b.bin", mib);
+    state->rescan(folder);
+    state->cancelScan();
+    EXPECT_FALSE(state->isScanning());
+    tree.remove("");
+    state->rescan(folder);
+    waitForEnd();
+    EXPECT_EQ(state->scanError(), "That folder no longer exists.");
+    EXPECT_EQ(treeChanges, 1);
+    EXPECT_EQ(crumbNames().size(), 2U);
 }
 
 TEST_F(ScanTest, FailuresSayWhyAndOnlyCostAMapThatIsNotTheFolders)

@@ -40,12 +40,12 @@ TEST_F(CommandsTest, AreEnabledWhileTheyMeanSomething)
     EXPECT_EQ(panel.title, "") << "what is not enabled does nothing";
     gate.open();
     waitForEnd();
-    EXPECT_EQ(enabled(),
-              "scanHome scanThisMac scanFolder scanAgain upOneLevel scanDisk whatMayGo about");
+    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain upOneLevel rescanLevel "
+                         "scanDisk whatMayGo about");
     state->setSelected(state->tree());
-    EXPECT_EQ(enabled(),
-              "scanHome scanThisMac scanFolder scanAgain reveal openTerminal copyPath moveToTrash "
-              "upOneLevel scanDisk whatMayGo about");
+    EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain reveal openTerminal "
+                         "rescanFolder copyPath moveToTrash "
+                         "upOneLevel rescanLevel scanDisk whatMayGo about");
     EXPECT_EQ(announced, 1);
 }
 
@@ -54,10 +54,17 @@ TEST_F(CommandsTest, DoWhatTheirNamesSay)
     tree.file("folder/file.bin", mib);
     scan(tree.url());
     state->zoom(child(state->tree(), "folder"));
+    run("rescanLevel");
+    waitForEnd();
+    EXPECT_EQ(state->progress()->currentPath, tree.at("folder"));
+    EXPECT_EQ(state->current().name(), "folder");
     run("upOneLevel");
     EXPECT_EQ(state->current(), state->tree());
     run("openTerminal");
     EXPECT_EQ(workspace.terminals, std::vector{tree.url()});
+    run("rescanFolder");
+    waitForEnd();
+    EXPECT_EQ(state->progress()->currentPath, tree.path());
     run("moveToTrash");
     EXPECT_TRUE(state->confirmTrash());
     run("scanFolder");
@@ -93,6 +100,7 @@ TEST_F(CommandsTest, StandInTheMenuAndInTheReadme)
                     "Scan This Mac (Ctrl+Shift+M)\n"
                     "Scan Folder… (Ctrl+O)\n"
                     "Scan Again (Ctrl+R)\n"
+                    "Rescan This Folder ()\n"
                     "Scan Disk ()\n"
                     "What May Go… ()\n"
                     "About Brisalon ()\n");

@@ -1,6 +1,8 @@
 #include "BrisalonCore/TreeGraft.h"
 
+#include "BrisalonCore/DiskScanner.h"
 #include "BrisalonCore/LargeFiles.h"
+#include "support/Files.h"
 #include "support/ReferenceTree.h"
 #include "support/TemporaryTree.h"
 
@@ -9,11 +11,20 @@
 #include <random>
 #include <vector>
 
+#include <sys/mount.h>
+
 using namespace brisalon;
 using tests::scanned;
 using tests::TemporaryTree;
 
 namespace {
+
+ScanResult rescanned(const FileNode& tree, const FileURL& folder, std::int64_t threshold = 0,
+                     std::stop_token stop = {})
+{
+    return DiskScanner{threshold, 0}.rescan(
+        tree, folder, [](const ScanProgress&) {}, stop);
+}
 
 std::vector<FileNode> foldersIn(const FileNode& tree)
 {
@@ -48,24 +59,68 @@ TEST(TreeGraft, EqualsAWholeScanAfterRandomChangesBelowTheFolder)
                     if (random() % 3 == 0 && !child.kind().isAggregate())
                         tree.remove(inside + '/' + std::string(child.url().lastPathComponent()));
                 tree.fillAtRandom(++filling, static_cast<int>(random() % 30), inside);
-                std::optional<FileNode> next;
                 if (i % 4 == 3 && path != tree.path()) {
                     tree.remove(inside);
                     ++removed;
-                } else {
-                    next = scanned(folder.url(), threshold);
                 }
-                const auto grafted = TreeGraft::graft(whole, path, next);
+                whole = std::get<FileNode>(rescanned(whole, folder.url(), threshold));
                 const FileNode anew = scanned(tree.url(), threshold);
-                ASSERT_EQ(grafted, anew) << path;
-                EXPECT_EQ(LargeFiles::topFiles(*grafted, 50), LargeFiles::topFiles(anew, 50));
+                ASSERT_EQ(whole, anew) << path;
+                EXPECT_EQ(LargeFiles::topFiles(whole, 50), LargeFiles::topFiles(anew, 50));
                 for (const FileNode& each : foldersIn(anew))
-                    EXPECT_TRUE(LargeFiles::find(each.url().path(), *grafted));
-                whole = *grafted;
+                    EXPECT_TRUE(LargeFiles::find(each.url().path(), whole));
             }
         }
     }
     EXPECT_GT(removed, 5);
+}
+
+TEST(TreeGraft, ARescanKeepsToTheRulesOfTheWholeScan)
+{
+    const TemporaryTree tree(TemporaryTree::Storage::memory);
+    if (!tree.isInMemory())
+        GTEST_SKIP() << "needs the right to mount";
+    tree.file("seen/big", 300 * 1024);
+    for (const char* const folder :
+         {"part/again", "part/kernel", "part/cached/deep", "link", "file"})
+        tree.folder(folder);
+    tests::writeText(tree.at("part/cached/CACHEDIR.TAG"),
+                     "Signature: 8a477f597d28d172789f06886806bc55");
+    tree.file("part/cached/deep/x", 300 * 1024);
+    ASSERT_EQ(::mount(tree.at("seen").c_str(), tree.at("part/again").c_str(), "", MS_BIND, ""), 0);
+    ASSERT_EQ(::mount("", tree.at("part/kernel").c_str(), "proc", 0, ""), 0);
+    const FileNode whole = scanned(tree.url());
+    for (const FileNode& folder : foldersIn(whole))
+        EXPECT_EQ(std::get<FileNode>(rescanned(whole, folder.url())), whole) << folder.url().path();
+    EXPECT_NE(scanned(FileURL(tree.at("part"))).allocatedSize(),
+              LargeFiles::find(tree.at("part"), whole)->allocatedSize())
+        << "by itself it is another scan";
+
+    // What is no folder any more, which a scan shows as a file or not at all.
+    const FileURL link(tree.at("link"));
+    tree.remove("link");
+    tree.link("link", tree.at("seen"));
+    EXPECT_EQ(std::get<FileNode>(rescanned(whole, link)), scanned(tree.url()));
+    const FileURL file(tree.at("file"));
+    tree.remove("file");
+    tree.file("file", 1);
+    const FileNode left = std::get<FileNode>(rescanned(whole, file));
+    EXPECT_EQ(LargeFiles::find(file.path(), left), nullptr);
+    EXPECT_TRUE(LargeFiles::find(file.path(), whole));
+
+    for (const char* const no : {"part/missing", "seen/big"})
+        EXPECT_EQ(std::get<ScanError>(rescanned(whole, FileURL(tree.at(no)))),
+                  ScanError::rootMissing);
+    EXPECT_EQ(std::get<ScanError>(rescanned(whole, FileURL("/"))), ScanError::rootMissing);
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(rescanned(whole, link, 0, stop.get_token()), ScanResult(TaskCancelled{}));
+    const TemporaryTree gone;
+    gone.folder("folder");
+    const FileNode before = scanned(gone.url());
+    gone.remove("");
+    EXPECT_EQ(std::get<ScanError>(rescanned(before, FileURL(gone.at("folder")))),
+              ScanError::rootMissing);
 }
 
 TEST(TreeGraft, FindsOnlyFoldersOfTheTree)

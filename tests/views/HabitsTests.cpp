@@ -26,7 +26,7 @@ protected:
     {
         std::string names;
         for (const char* const name :
-             {"zoomIn", "reveal", "openTerminal", "copyPath", "moveToTrash"})
+             {"zoomIn", "reveal", "openTerminal", "rescanFolder", "copyPath", "moveToTrash"})
             if (isShown(QString(name) + "Entry"))
                 names += std::string(name) + ' ';
         return names;
@@ -54,7 +54,7 @@ TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
 {
     openAndScan();
     EXPECT_EQ(entriesAfterRightClick(block("Movies")),
-              "zoomIn reveal openTerminal copyPath moveToTrash ");
+              "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ");
     EXPECT_EQ(state().selected().name(), "Movies");
     choose("zoomIn");
     EXPECT_EQ(levelName(), "Movies");
@@ -92,10 +92,10 @@ TEST_F(HabitsTest, TheKeyboardOpensThemToo)
     openAndScan();
     press(Qt::Key_Right);
     press(Qt::Key_Menu);
-    EXPECT_EQ(entries(), "zoomIn reveal openTerminal copyPath moveToTrash ");
+    EXPECT_EQ(entries(), "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ");
     close();
     press(Qt::Key_F10, Qt::ShiftModifier);
-    EXPECT_EQ(entries(), "zoomIn reveal openTerminal copyPath moveToTrash ");
+    EXPECT_EQ(entries(), "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ");
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     EXPECT_EQ(levelName(), "Movies");
@@ -138,35 +138,32 @@ TEST_F(HabitsTest, TheMenuOfDisksScansTheOneThatIsChosen)
 {
     home.file("usb/a.mov", mib);
     start();
-    driver->click(driver->centre("menuButton"));
-    driver->click(driver->centre("scanDiskEntry"));
+    clickOn("menuButton");
+    clickOn("scanDiskEntry");
     ASSERT_TRUE(appears("noDisksEntry"));
-    driver->press(Qt::Key_Left);
+    press(Qt::Key_Left);
     EXPECT_TRUE(goes("noDisksEntry"));
-    driver->press(Qt::Key_Escape);
+    press(Qt::Key_Escape);
     EXPECT_TRUE(goes("scanDiskEntry"));
     // Each time anew.
     disks = {{"/", FileURL("/"), {}}, {"usb", FileURL(home.at("usb")), VolumeStats{3 << 20, mib}}};
-    driver->click(driver->centre("menuButton"));
-    ASSERT_TRUE(appears("scanDiskEntry"));
-    driver->click(driver->centre("scanDiskEntry"));
+    clickOn("menuButton");
+    clickOn("scanDiskEntry");
     ASSERT_TRUE(appears("diskEntry"));
     EXPECT_FALSE(isShown("noDisksEntry"));
-    driver->press(Qt::Key_Up);
-    EXPECT_EQ(focused(), "diskEntry");
+    press(Qt::Key_Up);
+    ASSERT_EQ(focused(), "diskEntry");
     EXPECT_EQ(
         QAccessible::queryAccessibleInterface(window->activeFocusItem())->text(QAccessible::Name),
         "usb, 1.0 MB free of 3.0 MB");
-    driver->press(Qt::Key_Return);
+    press(Qt::Key_Return);
     EXPECT_EQ(state().scanRoot().path(), home.at("usb"));
     ASSERT_TRUE(mapAppears());
 
-    gate.holdAfter(0);
-    state().startScan(home.url());
-    driver->click(driver->centre("menuButton"));
-    EXPECT_FALSE(driver->property("scanDiskEntry", "enabled").toBool());
-    gate.open();
-    ASSERT_TRUE(mapAppears());
+    beginScan();
+    clickOn("menuButton");
+    EXPECT_FALSE(property("scanDiskEntry", "enabled").toBool());
+    endScan();
 }
 
 } // namespace brisalon::tests

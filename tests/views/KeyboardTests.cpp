@@ -144,7 +144,7 @@ TEST_F(KeyboardTest, TheMenuKeepsTheKeysToItself)
     ASSERT_TRUE(reaches("menuButton"));
     press(Qt::Key_Space);
     ASSERT_TRUE(appears("aboutEntry"));
-    EXPECT_EQ(driver->find("scanDiskEntry")->y() - driver->find("scanAgainEntry")->y(), 28 + 11)
+    EXPECT_EQ(driver->find("rescanLevelEntry")->y() - driver->find("scanAgainEntry")->y(), 28 + 11)
         << "a line between the groups";
     for (const int key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Up}) {
         press(key);

@@ -57,6 +57,16 @@ struct DiskScanner {
     /// run out and nobody gives any back.
     ScanResult scan(const FileURL& root, const ProgressCallback& progress,
                     std::stop_token cancellation = {}, ScanOmissions* omissions = nullptr) const;
+
+    /// Scans one folder of a scan's tree anew, by the rules of that scan, and returns the
+    /// whole tree with what is there now: the same as if all had been scanned anew and
+    /// nothing outside that folder had changed. It shares the rest with `tree`. Without the
+    /// folder, if that is gone or something else has its name.
+    ///
+    /// Reports and fails as a scan of the folder does; with ScanError::rootMissing only when
+    /// the tree's root is gone, or the tree has no such folder.
+    ScanResult rescan(const FileNode& tree, const FileURL& folder, const ProgressCallback& progress,
+                      std::stop_token cancellation = {}) const;
 };
 
 } // namespace brisalon

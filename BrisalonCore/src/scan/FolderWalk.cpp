@@ -1,6 +1,5 @@
 #include "scan/FolderWalk.h"
 
-#include "BrisalonCore/MountTable.h"
 #include "base/SaturatingSum.h"
 #include "host/CacheTag.h"
 #include "host/Package.h"
@@ -67,7 +66,7 @@ std::size_t componentCount(std::string_view path) noexcept
 
 } // namespace
 
-FolderWalk::FolderWalk(FileURL root, OpenFolder folder, const MountTable& mounts,
+FolderWalk::FolderWalk(FileURL root, OpenFolder folder, host::MountBarriers::Place mounts,
                        const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation,
                        ScanOmissions* omissions)
     : root_(std::move(root)),
@@ -77,7 +76,7 @@ FolderWalk::FolderWalk(FileURL root, OpenFolder folder, const MountTable& mounts
       ledger_(ledger),
       omissions_(omissions),
       cancellation_(std::move(cancellation)),
-      barriers_(mounts, rootPath_, omissions ? &omissions->mounts : nullptr),
+      mounts_(mounts),
       openFolders_(std::move(folder),
                    [this] {
                        if (cancellation_.stop_requested())
@@ -165,7 +164,7 @@ void FolderWalk::visit(const Task& task, Worker& worker)
         if (!parent) {
             folder->depth = componentCount(rootPath_);
             folder->trail = trailAboveRoot_.entering(root_.lastPathComponent());
-            folder->mounts = barriers_.root();
+            folder->mounts = mounts_;
             if (isRootSkipped_)
                 omissions_.noteSystemArea(root_);
         } else {

@@ -23,10 +23,6 @@
 #include <thread>
 #include <vector>
 
-namespace brisalon {
-class MountTable;
-}
-
 namespace brisalon::detail {
 
 /// One walk over everything below a root, by several workers, into a tree.
@@ -41,8 +37,9 @@ namespace brisalon::detail {
 class FolderWalk {
 public:
     /// `folder` is the root, opened, or invalid where it cannot be read. What becomes of
-    /// its path later does not matter.
-    FolderWalk(FileURL root, host::OpenFolder folder, const MountTable& mounts,
+    /// its path later does not matter. `mounts` is its place among the barriers, which
+    /// outlive the walk.
+    FolderWalk(FileURL root, host::OpenFolder folder, host::MountBarriers::Place mounts,
                const DiskScanner& scanner, ScanLedger& ledger, std::stop_token cancellation,
                ScanOmissions* omissions);
 
@@ -136,7 +133,7 @@ private:
     ScanLedger& ledger_;
     OmissionLog omissions_;
     const std::stop_token cancellation_;
-    const host::MountBarriers barriers_;
+    const host::MountBarriers::Place mounts_;
     OpenFolders openFolders_;
     const std::size_t mostWorkers_;
     CrewSize crewSize_;
