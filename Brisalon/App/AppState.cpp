@@ -57,8 +57,8 @@ AppState::AppState(AppServices services, QObject* parent)
 {
     if (!services_.scan)
         services_.scan = [](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                            std::stop_token cancellation) {
-            return scanner.scan(root, progress, std::move(cancellation));
+                            std::stop_token cancellation, ScanOmissions& omissions) {
+            return scanner.scan(root, progress, std::move(cancellation), &omissions);
         };
     connect(this, &AppState::hasFullDiskAccessChanged, this, &AppState::shouldShowFDABannerChanged);
     connect(this, &AppState::fdaJustGrantedChanged, this, &AppState::shouldShowFDABannerChanged);
@@ -143,7 +143,7 @@ void AppState::startScan(const FileURL& root)
     if (!isRescan)
         clearMap();
     setLastClean(std::nullopt);
-    runScan(services_.scan, {root, tree_, selected_, largeFileLimit, false});
+    runScan(services_.scan, {root, tree_, selected_, omissions_, largeFileLimit, false});
 }
 
 void AppState::rescan(const FileURL& folder)
@@ -155,10 +155,10 @@ void AppState::rescan(const FileURL& folder)
     setLastClean(std::nullopt);
     runScan(
         [tree = tree_](const FileURL& part, const DiskScanner::ProgressCallback& progress,
-                       std::stop_token cancellation) {
-            return scanner.rescan(*tree, part, progress, std::move(cancellation));
+                       std::stop_token cancellation, ScanOmissions& omissions) {
+            return scanner.rescan(*tree, part, progress, std::move(cancellation), &omissions);
         },
-        {folder, tree_, selected_, largeFileLimit, true});
+        {folder, tree_, selected_, omissions_, largeFileLimit, true});
 }
 
 void AppState::announceScan(const FileURL& folder)
@@ -192,6 +192,7 @@ void AppState::clearMap()
     // Until all who show it have let go.
     const FileNodeHold old = tree_;
     assign(tree_, {}, &AppState::treeChanged);
+    assign(omissions_, {}, &AppState::omissionsChanged);
     assign(current_, {}, &AppState::currentChanged);
     assign(breadcrumbs_, {}, &AppState::breadcrumbsChanged);
     assign(selected_, {}, &AppState::selectedChanged);
@@ -253,6 +254,8 @@ void AppState::showTree(ScanTask::Finished finished)
     refreshPermission();
     assign(volume_, VolumeStatsValue(VolumeStats::read(scanRoot_)), &AppState::volumeChanged);
     listSnapshotsAnew();
+    // Last: who explains what is missing reads all of the above.
+    assign(omissions_, std::move(finished.omissions), &AppState::omissionsChanged);
 }
 
 void AppState::carrySelection(const ScanTask::Finished& finished)

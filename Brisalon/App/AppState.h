@@ -61,6 +61,8 @@ class AppState : public QObject {
     /// The root of the last successful scan, and the node whose children the map shows.
     BRISALON_FIELD(brisalon::FileNodeValue, tree);
     BRISALON_FIELD(brisalon::FileNodeValue, current);
+    /// What the scan left out of `tree`; null without a tree.
+    BRISALON_INNER_FIELD(std::shared_ptr<const ScanOmissions>, omissions);
     /// From `tree` to `current`.
     BRISALON_FIELD(QList<brisalon::FileNodeValue>, breadcrumbs);
     BRISALON_WRITABLE_FIELD(brisalon::FileNodeValue, selected, setSelected);

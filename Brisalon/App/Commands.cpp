@@ -96,6 +96,8 @@ constexpr Command::Row rows[] = {
     {"scanDisk", "Scan Disk", "", Group::Part, isIdle, nullptr},
     {"whatMayGo", "What May Go…", "", Group::Answer, isMapped,
      [](Commands& commands) { emit commands.whatMayGoRequested(); }},
+    {"whatIsLeftOut", "What the Map Leaves Out…", "", Group::Answer, isMapped,
+     [](Commands& commands) { emit commands.whatIsLeftOutRequested(); }},
     {"about", "About Brisalon", "", Group::Application, always,
      [](Commands& commands) { emit commands.aboutRequested(); }},
 };

@@ -93,6 +93,7 @@ signals:
     /// What is the window's to show.
     void aboutRequested();
     void whatMayGoRequested();
+    void whatIsLeftOutRequested();
     void zoomRequested(const brisalon::FileNodeValue& node);
 
     void contextMenuChanged();

@@ -40,11 +40,17 @@ ScanTask::Outcome ScanTask::run(const Scan& scan, const Request& request,
                                 std::stop_token cancellation)
 {
     try {
-        ScanResult result = scan(request.root, progress, std::move(cancellation));
+        const auto omissions = request.omissions
+                                   ? std::make_shared<ScanOmissions>(*request.omissions)
+                                   : std::make_shared<ScanOmissions>();
+        ScanResult result = scan(request.root, progress, std::move(cancellation), *omissions);
         if (const ScanError* const error = std::get_if<ScanError>(&result))
             return *error;
-        if (FileNode* const tree = std::get_if<FileNode>(&result))
-            return finish(heldTree(std::move(*tree)), request);
+        if (FileNode* const tree = std::get_if<FileNode>(&result)) {
+            Finished finished = finish(heldTree(std::move(*tree)), request);
+            finished.omissions = omissions;
+            return finished;
+        }
         return TaskCancelled{};
     } catch (const std::exception& error) {
         return std::string(error.what());

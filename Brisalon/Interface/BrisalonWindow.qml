@@ -60,6 +60,10 @@ Window {
             whatMayGo.open();
         }
 
+        function onWhatIsLeftOutRequested() {
+            whatIsLeftOut.open();
+        }
+
         function onZoomRequested(node: fileNode) {
             rootView.zoom(node);
         }
@@ -102,6 +106,18 @@ Window {
             focus: true
             appState: window.appState
             onClosed: whatMayGo.close()
+        }
+    }
+
+    LoadedSheet {
+        id: whatIsLeftOut
+
+        behind: rootView
+        name: "What the Map Leaves Out"
+        view: WhatIsLeftOutView {
+            focus: true
+            appState: window.appState
+            onClosed: whatIsLeftOut.close()
         }
     }
     // qmllint enable unqualified

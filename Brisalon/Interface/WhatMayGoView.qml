@@ -29,7 +29,7 @@ AnswerView {
 
         objectName: "placesList"
         width: parent.width
-        height: Math.min(contentHeight, view.contentLimit)
+        height: Math.min(contentHeight + bottomMargin, view.contentLimit)
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         spacing: 4

@@ -131,7 +131,7 @@ FileNode deepTree(int levels)
 
 /// The trees that need no disk, by their root; the scanner's for all others.
 ScanResult scanned(const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                   std::stop_token stop)
+                   std::stop_token stop, ScanOmissions& omissions)
 {
     static std::int64_t largest = 1'000'000;
     if (root == FileURL("/wide"))
@@ -140,7 +140,7 @@ ScanResult scanned(const FileURL& root, const DiskScanner::ProgressCallback& pro
         return wideTree(100'000, 100'000, ++largest);
     if (root == FileURL("/deep"))
         return deepTree(10'000);
-    return AppState::scanner.scan(root, progress, std::move(stop));
+    return AppState::scanner.scan(root, progress, std::move(stop), &omissions);
 }
 
 void makeFiles(const QString& folder, int count)

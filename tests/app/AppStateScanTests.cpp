@@ -306,7 +306,7 @@ TEST_F(ScanTest, AReplacedScanThatEndsLastLeavesTheNewerAlone)
     std::promise<void> mayEnd;
     AppServices slow = services();
     slow.scan = gate.scan([&](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                              std::stop_token) -> ScanResult {
+                              auto&&...) -> ScanResult {
         if (root.lastPathComponent() == "two")
             return AppState::scanner.scan(root, progress, {});
         mayEnd.get_future().wait();

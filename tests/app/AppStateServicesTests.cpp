@@ -197,7 +197,7 @@ TEST_F(ServicesTest, RevealsAFileInATreeOfAbsurdDepth)
                                      NodeKind::directory, {node});
     AppServices deep = services();
     deep.scan = [node](const FileURL&, const DiskScanner::ProgressCallback&,
-                       std::stop_token) -> ScanResult { return node; };
+                       auto&&...) -> ScanResult { return node; };
     state = std::make_unique<AppState>(std::move(deep));
     scan(urls.front());
     state->revealLargeFile(state->largeFiles().first());

@@ -41,11 +41,11 @@ TEST_F(CommandsTest, AreEnabledWhileTheyMeanSomething)
     gate.open();
     waitForEnd();
     EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain upOneLevel rescanLevel "
-                         "scanDisk whatMayGo about");
+                         "scanDisk whatMayGo whatIsLeftOut about");
     state->setSelected(state->tree());
     EXPECT_EQ(enabled(), "scanHome scanThisMac scanFolder scanAgain reveal openTerminal "
                          "rescanFolder copyPath moveToTrash "
-                         "upOneLevel rescanLevel scanDisk whatMayGo about");
+                         "upOneLevel rescanLevel scanDisk whatMayGo whatIsLeftOut about");
     EXPECT_EQ(announced, 1);
 }
 
@@ -103,6 +103,7 @@ TEST_F(CommandsTest, StandInTheMenuAndInTheReadme)
                     "Rescan This Folder ()\n"
                     "Scan Disk ()\n"
                     "What May Go… ()\n"
+                    "What the Map Leaves Out… ()\n"
                     "About Brisalon ()\n");
 
     std::string table = "| shortcut | command |\n|---|---|\n";

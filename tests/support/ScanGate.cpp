@@ -81,18 +81,18 @@ ScanTask::Scan ScanGate::scan(ScanTask::Scan inner) const
     };
     if (!inner)
         inner = [](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                   std::stop_token cancellation) {
-            return AppState::scanner.scan(root, progress, std::move(cancellation));
+                   std::stop_token cancellation, ScanOmissions& omissions) {
+            return AppState::scanner.scan(root, progress, std::move(cancellation), &omissions);
         };
-    return [state = state_, inner = std::move(inner)](const FileURL& root,
-                                                      const DiskScanner::ProgressCallback& progress,
-                                                      std::stop_token cancellation) {
+    return [state = state_, inner = std::move(inner)](
+               const FileURL& root, const DiskScanner::ProgressCallback& progress,
+               std::stop_token cancellation, ScanOmissions& omissions) {
         thread_local const Witness witness{state};
         const auto report = [&](const ScanProgress& reported) {
             progress(reported);
             state->pass(reported.visitedCount, cancellation);
         };
-        ScanResult outcome = inner(root, report, cancellation);
+        ScanResult outcome = inner(root, report, cancellation, omissions);
         state->pass(result, cancellation);
         return outcome;
     };

@@ -26,4 +26,16 @@ TEST_F(AnswerTest, APlaceThatMayGoIsShownByClickAndByKeys)
     EXPECT_TRUE(goes("whatMayGoView"));
 }
 
+TEST_F(AnswerTest, WhatTheMapLeavesOutIsReadByKeys)
+{
+    startWithMap({{"a/file", 1}});
+    openSheet("whatIsLeftOutEntry", "whatIsLeftOutView");
+    EXPECT_TRUE(text("answerExplanation").contains(" is not a whole volume."));
+    ASSERT_TRUE(reaches("leftOut0"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), "leftOut1");
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(goes("whatIsLeftOutView"));
+}
+
 } // namespace brisalon::tests

@@ -256,6 +256,11 @@ bool welcomeFDA(Stage& stage)
     });
 }
 
+bool whatIsLeftOut(Stage& stage)
+{
+    return map(stage) && openFromMenu(stage, "whatIsLeftOutEntry", "whatIsLeftOutView");
+}
+
 constexpr std::array states{
     CaptureState{"welcome", "the start", welcome},
     CaptureState{"welcome-hover", "the pointer on the second card", welcomeHover},
@@ -278,6 +283,7 @@ constexpr std::array states{
                  confirmTrashItems},
     CaptureState{"confirm-snapshot", "asking before a snapshot is deleted", confirmSnapshot},
     CaptureState{"what-may-go", "the sums of what may be cleared", whatMayGo},
+    CaptureState{"what-is-left-out", "what the map leaves out", whatIsLeftOut},
     CaptureState{"about", "the About panel", about},
     CaptureState{"about-help", "the About panel with its help open", aboutHelp},
     CaptureState{"banner", "the request for Full Disk Access", banner},

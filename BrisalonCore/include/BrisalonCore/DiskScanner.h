@@ -63,10 +63,13 @@ struct DiskScanner {
     /// nothing outside that folder had changed. It shares the rest with `tree`. Without the
     /// folder, if that is gone or something else has its name.
     ///
+    /// `omissions`, if given, are what the scan of `tree` left out, and become what the
+    /// returned tree does.
+    ///
     /// Reports and fails as a scan of the folder does; with ScanError::rootMissing only when
     /// the tree's root is gone, or the tree has no such folder.
     ScanResult rescan(const FileNode& tree, const FileURL& folder, const ProgressCallback& progress,
-                      std::stop_token cancellation = {}) const;
+                      std::stop_token cancellation = {}, ScanOmissions* omissions = nullptr) const;
 };
 
 } // namespace brisalon

@@ -35,6 +35,11 @@ struct ScanOmissions {
 
     MountReport mounts;
 
+    /// Takes over what another scan of that folder has left out, and of all mounts what it
+    /// knows. Of what vanished, and of more unreadable folders than are listed, nobody
+    /// knows whether they were in that folder; they stay.
+    void replace(const FileURL& folder, ScanOmissions now);
+
     /// What of the tree lies on the root's own volume. Mounts in packages are taken for
     /// a part of what is round them.
     std::int64_t bytesOnRootVolume(const FileNode& tree) const;

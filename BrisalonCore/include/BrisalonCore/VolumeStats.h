@@ -21,6 +21,10 @@ struct VolumeStats {
     /// cannot be read. Any thread.
     static std::optional<VolumeStats> read(const FileURL& url);
 
+    /// What the item's volume keeps back from ordinary users of the space that is free:
+    /// a part of used(). 0 when that cannot be read. Any thread.
+    static std::int64_t reserved(const FileURL& url);
+
     /// What a file system reports of a volume, each figure in bytes or absent.
     struct Capacities {
         std::optional<std::int64_t> total;

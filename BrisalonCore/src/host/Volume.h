@@ -12,6 +12,8 @@ class OpenFolder;
 struct VolumeCapacities {
     std::int64_t total = 0;
     std::int64_t available = 0;
+    /// Free, but kept back from ordinary users.
+    std::int64_t reserved = 0;
     /// Free space including what the system would clear on demand, on systems that do
     /// so.
     std::optional<std::int64_t> availableForImportantUsage;

@@ -50,8 +50,7 @@ struct Start {
     /// Nothing when the walk was cancelled.
     std::optional<FileNode> walk(const DiskScanner& scanner, MountBarriers::Place mounts,
                                  const DiskScanner::ProgressCallback& progress,
-                                 const std::stop_token& cancellation,
-                                 ScanOmissions* omissions = nullptr)
+                                 const std::stop_token& cancellation, ScanOmissions* omissions)
     {
         detail::ScanLedger ledger(progress, scanner.progressEvery, cancellation);
         detail::FolderWalk walk(url, std::move(folder), mounts, scanner, ledger, cancellation,
@@ -116,7 +115,8 @@ ScanResult DiskScanner::scan(const FileURL& root, const ProgressCallback& progre
 }
 
 ScanResult DiskScanner::rescan(const FileNode& tree, const FileURL& folder,
-                               const ProgressCallback& progress, std::stop_token cancellation) const
+                               const ProgressCallback& progress, std::stop_token cancellation,
+                               ScanOmissions* omissions) const
 {
     if (cancellation.stop_requested())
         return TaskCancelled{};
@@ -129,9 +129,11 @@ ScanResult DiskScanner::rescan(const FileNode& tree, const FileURL& folder,
     Start part;
     std::optional<MountBarriers> barriers;
     std::optional<MountBarriers::Place> place;
+    ScanOmissions omitted;
     const auto look = [&] {
         whole.look(tree.url());
-        barriers.emplace(MountTable::current(), root);
+        omitted.mounts = {};
+        barriers.emplace(MountTable::current(), root, &omitted.mounts);
         place = placeOf(path, root, *barriers);
         // Not even a look at what the scan does not enter.
         if (!place || place->isBarrier())
@@ -149,11 +151,13 @@ ScanResult DiskScanner::rescan(const FileNode& tree, const FileURL& folder,
     if (place && place->isBarrier()) {
         now = emptied(*known);
     } else if (place && part.isFolder()) {
-        now = part.walk(*this, *place, progress, cancellation);
+        now = part.walk(*this, *place, progress, cancellation, &omitted);
         if (!now)
             return ScanError::cancelled;
     }
     auto result = TreeGraft::graft(tree, path, std::move(now));
+    if (omissions && result)
+        omissions->replace(folder, std::move(omitted));
     return result ? ScanResult(*std::move(result)) : ScanError::rootMissing;
 }
 

@@ -3,8 +3,10 @@
 #include "BrisalonCore/Paths.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace brisalon {
 
@@ -27,6 +29,24 @@ std::int64_t sizeAt(std::string_view path, std::string_view rootPath, const File
 }
 
 } // namespace
+
+void ScanOmissions::replace(const FileURL& folder, ScanOmissions now)
+{
+    const std::string path = folder.path();
+    const auto isInside = [&path](const FileURL& url) { return paths::isWithin(url.path(), path); };
+    const auto take = [](auto& list, auto& others) {
+        std::ranges::move(others, std::back_inserter(list));
+        list.resize(std::min(list.size(), limit));
+    };
+    unreadableCount -=
+        std::erase_if(unreadable, [&](const Folder& each) { return isInside(each.url); });
+    unreadableCount += now.unreadableCount;
+    take(unreadable, now.unreadable);
+    std::erase_if(systemAreas, isInside);
+    take(systemAreas, now.systemAreas);
+    vanishedCount += now.vanishedCount;
+    mounts = std::move(now.mounts);
+}
 
 std::int64_t ScanOmissions::bytesOnRootVolume(const FileNode& tree) const
 {

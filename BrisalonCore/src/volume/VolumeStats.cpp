@@ -32,6 +32,12 @@ std::optional<VolumeStats> VolumeStats::read(const FileURL& url)
                  .available = capacities->available});
 }
 
+std::int64_t VolumeStats::reserved(const FileURL& url)
+{
+    const auto capacities = host::volumeCapacities(url.path());
+    return capacities ? capacities->reserved : 0;
+}
+
 std::optional<VolumeStats> VolumeStats::from(const Capacities& capacities) noexcept
 {
     if (!capacities.total)

@@ -51,6 +51,8 @@ std::optional<VolumeCapacities> volumeCapacities(std::string_view path)
     return VolumeCapacities{
         .total = bytesOf(status.f_blocks, status.f_frsize),
         .available = bytesOf(status.f_bavail, status.f_frsize),
+        .reserved =
+            bytesOf(std::max(status.f_bfree, status.f_bavail) - status.f_bavail, status.f_frsize),
         .availableForImportantUsage = std::nullopt,
     };
 }
