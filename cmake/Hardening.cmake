@@ -18,7 +18,9 @@ add_compile_options(
     # optimiser; some distributions define a level themselves.
     "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>"
 )
-# Those that not every compiler has for every processor.
+# Those that not every compiler has for every processor; one that only says that it does
+# nothing with a flag has not.
+set(CMAKE_REQUIRED_FLAGS -Werror)
 foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
     string(MAKE_C_IDENTIFIER "BRISALON_HAS${flag}" known)
     check_cxx_compiler_flag(${flag} ${known})
@@ -26,4 +28,5 @@ foreach(flag -fstack-clash-protection -fcf-protection -mbranch-protection=standa
         add_compile_options(${flag})
     endif()
 endforeach()
+unset(CMAKE_REQUIRED_FLAGS)
 add_link_options(-Wl,-z,relro -Wl,-z,now)

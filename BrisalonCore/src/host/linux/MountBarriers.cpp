@@ -318,7 +318,8 @@ MountBarriers::Place MountBarriers::Place::child(std::string_view name) const no
     const auto nameOf = [this](const std::string& barrier) -> std::string_view {
         return barrier.c_str() + length_;
     };
-    place.barriers_ = std::ranges::equal_range(barriers_, name, {}, nameOf);
+    const auto first = std::ranges::lower_bound(barriers_, name, {}, nameOf);
+    place.barriers_ = {first, std::ranges::upper_bound(first, barriers_.end(), name, {}, nameOf)};
     place.length_ = length_ + name.size() + 1;
     return place;
 }
