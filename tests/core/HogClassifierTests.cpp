@@ -1,7 +1,10 @@
 #include "BrisalonCore/HogClassifier.h"
 
+#include "analysis/CommonHogs.h"
 #include "analysis/HogTrail.h"
 #include "support/PlainClassifier.h"
+
+#include "HogPlaces.h" // this system's
 
 #include <gtest/gtest.h>
 
@@ -11,7 +14,6 @@
 #include <random>
 #include <span>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using namespace brisalon;
@@ -98,21 +100,33 @@ TEST(HogClassifier, KnownPlaces)
             EXPECT_EQ(HogClassifier::classify(FileURL(path)), kind) << path;
 }
 
-TEST(HogClassifier, ATaggedFolderHoldsACacheUnlessItsPlaceSaysMore)
+/// A path rich in what the tests look for.
+std::string anyPath(std::mt19937& random, std::span<const HogTest> tests)
 {
-    const std::tuple<const char*, const char*, HogKind> samples[] = {
-        {"/src/thing", "target", caches},
-        {"/src/thing/target", "x.deb", caches},
-        {"/src/thing/target", "x.dmg", installer},
-        {"/src/thing", "node_modules", nodeModules},
-        {"/var/log", "x", logs},
-        {"/var/lib/snapd", "x.snap", caches},
-    };
-    for (const auto& [folder, name, kind] : samples)
-        EXPECT_EQ(HogTrail::of(folder).tagged().classify(name), kind) << folder << ' ' << name;
-    // The root's trail is that of no name.
+    std::array<std::uint8_t, 12> bytes;
+    for (auto& byte : bytes)
+        byte = static_cast<std::uint8_t>(random());
+    return pathOf(bytes, tests);
+}
+
+TEST(HogClassifier, AgreesWithTryingEachOfItsTestsOnTheWholePath)
+{
+    std::vector<HogTest> all(detail::commonHogs.begin(), detail::commonHogs.end());
+    all.insert(all.end(), detail::hogPlaces.begin(), detail::hogPlaces.end());
+    std::mt19937 random(5);
+    for (int i = 0; i < 20'000; ++i) {
+        const FileURL url(anyPath(random, all));
+        const std::string path = url.path();
+        ASSERT_EQ(HogClassifier::classify(url), plainKind(all, path, false)) << path;
+        if (const auto slash = path.rfind('/'); slash != std::string::npos) {
+            const HogTrail trail = HogTrail::of(std::string_view(path).substr(0, slash)).tagged();
+            ASSERT_EQ(trail.classify(std::string_view(path).substr(slash + 1)),
+                      plainKind(all, path, true))
+                << path;
+        }
+    }
     EXPECT_EQ(HogTrail::of("/").entering("Library").classify("Logs"), logs);
-    EXPECT_EQ(HogTrail::of("").classify(".Trash"), trash);
+    EXPECT_EQ(HogTrail::of("/src/thing/target").tagged().classify("x.deb"), caches);
 }
 
 TEST(HogAutomaton, WhateverTheTestsAgreesWithTryingEachOnTheWholePath)
@@ -146,10 +160,7 @@ TEST(HogAutomaton, WhateverTheTestsAgreesWithTryingEachOnTheWholePath)
         const std::span all(tests);
         const HogAutomaton automaton(all.first(4), all.subspan(4));
         for (int i = 0; i < 200; ++i) {
-            std::array<std::uint8_t, 12> bytes;
-            for (auto& byte : bytes)
-                byte = static_cast<std::uint8_t>(random());
-            const std::string path = pathOf(bytes, tests);
+            const std::string path = anyPath(random, tests);
             const auto firstTagged = pick(20);
             HogAutomaton::State state = HogAutomaton::start();
             std::size_t depth = 0;

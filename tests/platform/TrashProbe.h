@@ -2,18 +2,12 @@
 
 #include "Brisalon/Platform/linux/DesktopTrash.h"
 #include "support/Files.h"
+#include "support/RestoreInfo.h"
 
 #include <optional>
 #include <string>
 
 namespace brisalon::tests {
-
-/// What a file manager would read to restore an item, read by the rules for such
-/// files alone.
-struct RestoreInfo {
-    std::string path; ///< decoded
-    std::string date;
-};
 
 /// Of an item at its place in a trash folder; nothing when the file is missing or
 /// not exactly of the form that the rules give.

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "BrisalonCore/TreemapRect.h"
-
 #include <algorithm>
 #include <limits>
 #include <vector>
@@ -12,11 +10,6 @@ struct PlainRect {
     double x, y, width, height;
     friend bool operator==(const PlainRect&, const PlainRect&) = default;
 };
-
-inline bool isSame(const TreemapRect& rect, const PlainRect& expected)
-{
-    return PlainRect{rect.x, rect.y, rect.width, rect.height} == expected;
-}
 
 /// The algorithm by the book: every candidate row is measured anew, item by item.
 inline std::vector<PlainRect> squarifiedByTheBook(const std::vector<double>& sizes, double w,
