@@ -154,4 +154,27 @@ TEST(TreeGraft, DeepTreesCostWhatTheyHold)
     EXPECT_EQ(TreeGraft::graft(whole, path, scanned(FileURL(path))), whole);
 }
 
+TEST(TreeGraft, WhatTheFolderLeavesOutTakesTheOldPlace)
+{
+    const auto leftOut = [](std::vector<std::string> folders, std::size_t count) {
+        ScanOmissions omissions;
+        for (const std::string& folder : folders)
+            omissions.unreadable.push_back({FileURL(folder)});
+        omissions.unreadableCount = omissions.vanishedCount = count;
+        omissions.mounts.omittedCount = count;
+        return omissions;
+    };
+    ScanOmissions omissions = leftOut({"/a", "/a/x", "/a-b", "/b"}, 1000);
+    omissions.replace(FileURL("/a"), leftOut({"/a/y"}, 1));
+    std::vector<std::string> paths;
+    for (const ScanOmissions::Folder& folder : omissions.unreadable)
+        paths.push_back(folder.url.path());
+    EXPECT_EQ(paths, (std::vector<std::string>{"/a-b", "/b", "/a/y"}));
+    EXPECT_EQ(omissions.unreadableCount, 999U);
+    EXPECT_EQ(omissions.vanishedCount, 1001U);
+    EXPECT_EQ(omissions.mounts.omittedCount, 1U);
+    omissions.replace(FileURL("/c"), leftOut(std::vector<std::string>(200, "/c/d"), 200));
+    EXPECT_EQ(omissions.unreadable.size(), ScanOmissions::limit);
+}
+
 } // namespace
