@@ -1,5 +1,6 @@
 #include "ModelFixture.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,11 +14,21 @@ protected:
         tree.file("root/outer/inner/deep.bin", 3 * mib);
         tree.file("root/outer/side.bin", 2 * mib);
         tree.file("root/flat.bin", mib);
-        scan(FileURL(tree.at("root")));
+        scan(url("root"));
         root = state->tree();
         outer = child(root, "outer");
         inner = child(outer, "inner");
         flat = child(root, "flat.bin");
+    }
+
+    /// Whether the hint is shown, the way to the level, and what is selected.
+    std::string place() const
+    {
+        std::string text = state->shouldShowMapHint() ? "hint: " : "";
+        for (const std::string& name : crumbNames())
+            text += name + '/';
+        EXPECT_EQ(state->current(), state->breadcrumbs().last());
+        return text + ' ' + state->selected().name().toStdString();
     }
 
     FileNodeValue root;
@@ -26,51 +37,27 @@ protected:
     FileNodeValue flat;
 };
 
-using Names = std::vector<std::string>;
-
-TEST_F(NavigationTest, ZoomingInAndOut)
+TEST_F(NavigationTest, ZoomsInAndOutAndJumpsOnTheWayAlone)
 {
-    EXPECT_TRUE(state->shouldShowMapHint());
-    state->zoomUpOneLevel();
-    EXPECT_EQ(state->current(), root) << "there is nothing above the root";
-    EXPECT_FALSE(state->selected());
-
-    state->zoom(outer);
-    EXPECT_FALSE(state->shouldShowMapHint());
-    state->zoom(inner);
-    EXPECT_EQ(crumbNames(), (Names{"root", "outer", "inner"}));
-    EXPECT_EQ(state->current(), inner);
-    EXPECT_EQ(state->selected(), inner);
-
-    state->zoomUpOneLevel();
-    EXPECT_EQ(crumbNames(), (Names{"root", "outer"}));
-    EXPECT_EQ(state->current(), outer);
-    EXPECT_EQ(state->selected(), outer);
-
-    state->zoom(inner);
-    state->jumpToBreadcrumb(state->breadcrumbs().first());
-    EXPECT_EQ(crumbNames(), (Names{"root"}));
-    EXPECT_EQ(state->current(), root);
-}
-
-TEST_F(NavigationTest, WhatIsNoStepDeeperOrOnTheWay)
-{
-    state->zoom(flat);
-    EXPECT_EQ(state->selected(), flat) << "a file is selected and not entered";
-    EXPECT_EQ(crumbNames(), Names{"root"});
-    EXPECT_TRUE(state->shouldShowMapHint());
-
-    state->zoom(outer);
-    state->jumpToBreadcrumb(inner);
-    state->jumpToBreadcrumb({});
-    EXPECT_EQ(crumbNames(), (Names{"root", "outer"})) << "not on the way";
-    EXPECT_EQ(state->current(), outer);
-    EXPECT_EQ(state->selected(), outer);
-
-    state->zoom(inner);
-    state->zoom(root);
-    EXPECT_EQ(crumbNames(), (Names{"root"})) << "a folder on the way cuts it";
-    EXPECT_EQ(state->current(), root);
+    const struct {
+        std::function<void()> go;
+        const char* place;
+    } steps[] = {
+        {[&] { state->zoomUpOneLevel(); }, "hint: root/ "},
+        {[&] { state->zoom(flat); }, "hint: root/ flat.bin"}, // a file is not entered
+        {[&] { state->zoom(outer); }, "root/outer/ outer"},
+        {[&] { state->zoom(inner); }, "root/outer/inner/ inner"},
+        {[&] { state->zoomUpOneLevel(); }, "root/outer/ outer"},
+        {[&] { state->jumpToBreadcrumb(inner); }, "root/outer/ outer"}, // not on the way
+        {[&] { state->jumpToBreadcrumb({}); }, "root/outer/ outer"},
+        {[&] { state->zoom(inner); }, "root/outer/inner/ inner"},
+        {[&] { state->jumpToBreadcrumb(outer); }, "root/outer/ outer"},
+        {[&] { state->zoom(root); }, "root/ root"}, // a folder on the way cuts it
+    };
+    for (std::size_t i = 0; i < std::size(steps); ++i) {
+        steps[i].go();
+        EXPECT_EQ(place(), steps[i].place) << i;
+    }
 }
 
 TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
@@ -83,9 +70,9 @@ TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
     EXPECT_EQ(changes, 1);
 
     // The same folder of a tree of its own is the same while all in it is equal.
-    state = std::make_unique<AppState>(services());
+    startOver(gate.scan());
     const auto rescan = [&] {
-        scan(FileURL(tree.at("root")));
+        scan(url("root"));
         return child(state->tree(), "outer");
     };
     model->setSelected(rescan());

@@ -19,23 +19,19 @@ namespace brisalon::tests {
 using ScanTest = ModelFixture;
 using Statuses = std::vector<std::string>;
 
-TEST_F(ScanTest, ANewModelIsIdleAndTouchesNothing)
+TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
 {
     EXPECT_FALSE(state->tree() || state->current() || state->progress() || state->volume());
     EXPECT_FALSE(state->isScanning() || state->hasFullDiskAccess());
     EXPECT_TRUE(state->breadcrumbs().isEmpty() && statuses.empty());
     EXPECT_EQ(state->scanRoot(), homeFolder());
     EXPECT_EQ(state->lastUsedTarget(), WelcomeTarget::None);
-}
 
-TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
-{
     tree.file("Movies/a.mov", 3 * mib);
     tree.file("Movies/b.mov", 2 * mib);
     tree.file("notes.txt", 4 * kib);
     gate.holdAfter(0);
     state->startScan(tree.url());
-
     // What stands before the scanner has said anything.
     EXPECT_TRUE(state->isScanning());
     EXPECT_EQ(state->progress()->visitedCount, 0);
@@ -63,17 +59,14 @@ TEST_F(ScanTest, AnotherFolderClearsTheMapAtOnce)
 {
     tree.file("first/a.bin", mib);
     tree.folder("second");
-    scan(FileURL(tree.at("first")));
+    scan(url("first"));
     state->setSelected(child(state->tree(), "a.bin"));
     state->setSelectedLargeFileIDs({tree.at("first/a.bin")});
 
     gate.holdAfter(0);
-    state->startScan(FileURL(tree.at("second")));
-    EXPECT_FALSE(state->tree());
-    EXPECT_FALSE(state->current());
-    EXPECT_TRUE(state->breadcrumbs().isEmpty());
-    EXPECT_FALSE(state->selected());
-    EXPECT_TRUE(state->largeFiles().empty());
+    state->startScan(url("second"));
+    EXPECT_FALSE(state->tree() || state->current() || state->selected());
+    EXPECT_TRUE(state->breadcrumbs().isEmpty() && state->largeFiles().empty());
     EXPECT_TRUE(state->selectedLargeFileIDs().empty());
     gate.open();
     waitForEnd();
@@ -84,14 +77,14 @@ TEST_F(ScanTest, TheSameFolderThroughALinkKeepsTheMapUntilTheNewOneIsThere)
 {
     tree.file("folder/sub/a.bin", mib);
     tree.link("link", tree.at("folder"));
-    scan(FileURL(tree.at("folder")));
+    scan(url("folder"));
     const FileNodeHold sub = child(state->tree(), "sub").hold();
     state->zoom(sub);
     state->setSelectedLargeFileIDs({tree.at("folder/sub/a.bin")});
     tree.file("folder/b.bin", 2 * mib);
 
     gate.holdResult();
-    state->startScan(FileURL(tree.at("link")));
+    state->startScan(url("link"));
     ASSERT_TRUE(gate.waitForScan());
     QCoreApplication::processEvents();
     EXPECT_EQ(state->tree()->children().size(), 1u);
@@ -197,78 +190,63 @@ TEST_F(ScanTest, FailuresSayWhyAndOnlyCostAMapThatIsNotTheFolders)
 {
     tree.file("file", mib);
     tree.file("folder/a.bin", mib);
-
-    scan(FileURL(tree.at("missing")));
-    EXPECT_EQ(state->scanError(), "That folder no longer exists.");
-    EXPECT_EQ(state->statusMessage(), state->scanError());
-    EXPECT_FALSE(state->tree());
-
-    scan(FileURL(tree.at("file")));
-    EXPECT_EQ(state->scanError(), "Choose a folder to scan, not a file.");
-
-    scan(FileURL(tree.at("folder")));
+    const std::string missing = "That folder no longer exists.";
+    struct Row {
+        ScanTask::Scan scan;
+        const char* root;
+        std::string status;
+        std::string error;
+    };
+    const Row rows[] = {
+        {{}, "missing", missing, missing},
+        {{},
+         "file",
+         "Choose a folder to scan, not a file.",
+         "Choose a folder to scan, not a file."},
+        {[](auto&&...) -> ScanResult { throw std::runtime_error("No memory."); }, "folder",
+         "No memory.", "No memory."},
+        {[](auto&&...) -> ScanResult { return TaskCancelled{}; }, "folder", "Scan cancelled.", ""},
+    };
+    for (const Row& row : rows) {
+        startOver(gate.scan(row.scan));
+        scan(url(row.root));
+        EXPECT_EQ(state->statusMessage().toStdString(), row.status);
+        EXPECT_EQ(state->scanError().toStdString(), row.error);
+        EXPECT_FALSE(state->tree());
+    }
+    startOver(gate.scan());
+    scan(url("missing"));
+    scan(url("folder"));
     EXPECT_TRUE(state->scanError().isEmpty());
     tree.remove("folder");
-    scan(FileURL(tree.at("folder")));
-    EXPECT_EQ(state->scanError(), "That folder no longer exists.");
+    scan(url("folder"));
+    EXPECT_EQ(state->scanError().toStdString(), missing);
     ASSERT_TRUE(state->tree());
     EXPECT_EQ(state->tree()->id(), tree.at("folder"));
 }
 
-TEST_F(ScanTest, WhatAScanMayEndWithBesideATree)
-{
-    struct Row {
-        ScanTask::Scan scan;
-        const char* status;
-        const char* error;
-    };
-    const Row rows[] = {
-        {[](auto&&...) -> ScanResult { throw std::runtime_error("No memory."); }, "No memory.",
-         "No memory."},
-        {[](auto&&...) -> ScanResult { return TaskCancelled{}; }, "Scan cancelled.", ""},
-    };
-    for (const Row& row : rows) {
-        AppServices ending = services();
-        ending.scan = row.scan;
-        state = std::make_unique<AppState>(std::move(ending));
-        scan(tree.url());
-        EXPECT_EQ(state->statusMessage(), row.status);
-        EXPECT_EQ(state->scanError(), row.error);
-        EXPECT_FALSE(state->tree());
-    }
-}
-
-TEST_F(ScanTest, CancellingIsSeenAtOnceAndAgainWhenTheWalkNotices)
-{
-    tree.file("a.bin", mib);
-    gate.holdAfter(0);
-    state->startScan(tree.url());
-    ASSERT_TRUE(gate.waitForScan());
-    state->cancelScan();
-    EXPECT_FALSE(state->isScanning());
-    EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
-
-    EXPECT_TRUE(waitFor([this] { return state->statusMessage() == "Scan was cancelled."; }));
-    EXPECT_TRUE(state->scanError().isEmpty());
-    EXPECT_FALSE(state->tree());
-    EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
-}
-
-TEST_F(ScanTest, ATreeThatComesAfterTheCancellationIsDropped)
+TEST_F(ScanTest, CancellingIsSeenAtOnceAndATreeThatComesAfterItIsDropped)
 {
     state->cancelScan();
     EXPECT_EQ(statuses, (Statuses{"Scan cancelled."})) << "nothing runs, which it says as well";
     EXPECT_TRUE(scanningStates.empty());
 
     tree.file("a.bin", mib);
-    gate.holdResult();
-    state->startScan(tree.url());
-    ASSERT_TRUE(gate.waitForScan());
-    state->cancelScan();
-    letScanEnd();
-    EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
-    EXPECT_FALSE(state->tree());
-    EXPECT_EQ(treeChanges, 0);
+    for (const bool hasTree : {false, true}) {
+        scanningStates.clear();
+        hasTree ? gate.holdResult() : gate.holdAfter(0);
+        state->startScan(tree.url());
+        ASSERT_TRUE(gate.waitForScan());
+        state->cancelScan();
+        EXPECT_FALSE(state->isScanning());
+        EXPECT_EQ(state->statusMessage(), "Scan cancelled.");
+        letScanEnd();
+        // A walk that notices says so.
+        EXPECT_EQ(state->statusMessage(), hasTree ? "Scan cancelled." : "Scan was cancelled.");
+        EXPECT_TRUE(state->scanError().isEmpty());
+        EXPECT_FALSE(state->tree());
+        EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
+    }
 }
 
 TEST_F(ScanTest, AReplacedScanNeverTouchesTheNewerOne)
@@ -281,9 +259,9 @@ TEST_F(ScanTest, AReplacedScanNeverTouchesTheNewerOne)
         statuses.clear();
         scanningStates.clear();
         hasTree ? gate.holdResult() : gate.holdAfter(0);
-        state->startScan(FileURL(tree.at("first")));
+        state->startScan(url("first"));
         ASSERT_TRUE(gate.waitForScan());
-        state->startScan(FileURL(tree.at("second")));
+        state->startScan(url("second"));
         letScanEnd();
         EXPECT_TRUE(state->isScanning());
         EXPECT_EQ(state->statusMessage().toStdString(), "Scanning " + tree.at("second") + "…");
@@ -297,30 +275,24 @@ TEST_F(ScanTest, AReplacedScanNeverTouchesTheNewerOne)
         EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
         EXPECT_EQ(state->tree()->id(), tree.at("second"));
     }
-}
 
-TEST_F(ScanTest, AReplacedScanThatEndsLastLeavesTheNewerAlone)
-{
     // The older scan ignores its cancellation until the newer one has ended.
-    tree.file("two/file", 2 * mib);
     std::promise<void> mayEnd;
-    AppServices slow = services();
-    slow.scan = gate.scan([&](const FileURL& root, const DiskScanner::ProgressCallback& progress,
-                              auto&&...) -> ScanResult {
-        if (root.lastPathComponent() == "two")
+    startOver(gate.scan([&](const FileURL& root, const DiskScanner::ProgressCallback& progress,
+                            auto&&...) -> ScanResult {
+        if (root.lastPathComponent() == "second")
             return AppState::scanner.scan(root, progress, {});
         mayEnd.get_future().wait();
         return ScanError::cancelled;
-    });
-    state = std::make_unique<AppState>(std::move(slow));
-    state->startScan(FileURL(tree.at("one")));
-    state->startScan(FileURL(tree.at("two")));
+    }));
+    state->startScan(url("first"));
+    state->startScan(url("second"));
     waitForEnd();
     letScanEnd();
     mayEnd.set_value();
     letScanEnd();
-    EXPECT_EQ(state->statusMessage(), "Mapped 2.0 MB in two");
-    EXPECT_EQ(state->tree().name(), "two");
+    EXPECT_EQ(state->statusMessage(), "Mapped 1.0 MB in second");
+    EXPECT_EQ(state->tree().name(), "second");
 }
 
 TEST_F(ScanTest, AModelMayGoWhileItsScanRuns)
@@ -338,30 +310,22 @@ TEST_F(ScanTest, AModelMayGoWhileItsScanRuns)
 
 TEST_F(ScanTest, PickingAFolderScansItAndDismissingThePanelChangesNothing)
 {
-    tree.folder("picked");
+    tree.file("caf\xe9/a.bin", mib); // no text, and shown as far as it can be
     state->pickFolderAndScan();
     EXPECT_EQ(panel.title, "Scan");
     EXPECT_FALSE(state->isScanning());
     EXPECT_TRUE(statuses.empty());
 
-    panel.choose(FileURL(tree.at("picked")));
+    panel.choose(url("caf\xe9"));
     waitForEnd();
-    EXPECT_EQ(state->tree()->id(), tree.at("picked"));
+    EXPECT_EQ(state->tree()->url(), url("caf\xe9"));
+    EXPECT_EQ(state->statusMessage(), QString("Mapped 1.0 MB in caf\ufffd"));
+    EXPECT_EQ(state->preferredWelcomeTarget().folder, url("caf\xe9"));
 
     // A panel that is answered after the model went.
     state->pickFolderAndScan();
     state.reset();
-    panel.choose(FileURL(tree.at("picked")));
-}
-
-TEST_F(ScanTest, NamesThatAreNoTextAreShownAsFarAsTheyCanBeAndScannedAllTheSame)
-{
-    tree.file("caf\xe9/a.bin", mib);
-    const FileURL root(tree.at("caf\xe9"));
-    scan(root);
-    EXPECT_EQ(state->tree()->url(), root);
-    EXPECT_EQ(state->statusMessage(), QString("Mapped 1.0 MB in caf\ufffd"));
-    EXPECT_EQ(state->preferredWelcomeTarget().folder, root);
+    panel.choose(tree.url());
 }
 
 } // namespace brisalon::tests

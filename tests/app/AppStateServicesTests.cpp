@@ -3,12 +3,10 @@
 #include "ModelFixture.h"
 
 #include "BrisalonCore/FileNodeBuilder.h"
+#include "support/Files.h"
 #include "support/Script.h"
 
 #include <QDateTime>
-
-#include <filesystem>
-#include <fstream>
 
 namespace brisalon::tests {
 
@@ -18,20 +16,20 @@ protected:
     /// deletion with the given lines of shell.
     void installTool(const std::string& deletion)
     {
-        const std::string path = tools.at("tmutil");
-        std::ofstream(path) << "#!/bin/sh\ncd '" << tools.path() << "'\n"
-                            << "if [ \"$1\" = listlocalsnapshots ]; then cat list; exit 0; fi\n"
-                            << deletion << "\n";
-        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        script(tools, "tmutil",
+               "cd '" + tools.path() + "'\n[ \"$1\" = listlocalsnapshots ] && exec cat list\n" +
+                   deletion);
     }
-    void deleteSnapshot()
+    void list(const std::string& lines) { tools.write("list", lines); }
+    /// Confirms the deletion of a snapshot; what is said then.
+    std::string deleteSnapshot(const LocalSnapshotValue& snapshot)
     {
+        state->setConfirmSnapshot(snapshot);
         state->confirmPendingSnapshot();
-        ASSERT_TRUE(waitFor([this] { return !state->isWorking(); }));
+        EXPECT_FALSE(state->confirmSnapshot());
+        waitForWork();
+        return state->statusMessage().toStdString();
     }
-    void list(const std::string& lines) { std::ofstream(tools.at("list")) << lines; }
-
-    static constexpr auto token = "2024-01-15-123456";
 };
 
 TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
@@ -48,27 +46,21 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     ASSERT_EQ(state->snapshots().size(), 2);
     EXPECT_EQ(state->snapshots()[0].title(), QString::fromUtf8("2024-01-15 · 12:34"));
 
-    state->setConfirmSnapshot(state->snapshots()[0]);
+    const LocalSnapshotValue first = state->snapshots()[0];
+    state->setConfirmSnapshot(first);
     state->dismissSnapshot();
     state->confirmPendingSnapshot(); // nothing waits any more
     EXPECT_EQ(state->snapshots().size(), 2);
-    state->setConfirmSnapshot(state->snapshots()[0]);
-    deleteSnapshot();
-    EXPECT_FALSE(state->confirmSnapshot());
-    EXPECT_EQ(state->statusMessage(), "Deleted local snapshot 2024-01-15-123456.");
+    EXPECT_EQ(deleteSnapshot(first), "Deleted local snapshot 2024-01-15-123456.");
     ASSERT_EQ(state->snapshots().size(), 1);
 
     // A failure is shown as the tool put it, and the list is left alone.
-    installTool("echo 'Not permitted' >&2; exit 1");
     list("");
-    state->setConfirmSnapshot(state->snapshots()[0]);
-    deleteSnapshot();
-    EXPECT_EQ(state->statusMessage(), "Not permitted ");
-    EXPECT_EQ(state->snapshots().size(), 1);
+    installTool("echo 'Not permitted' >&2; exit 1");
+    EXPECT_EQ(deleteSnapshot(first), "Not permitted ");
     installTool("exit 1");
-    state->setConfirmSnapshot(LocalSnapshot{token, ""});
-    deleteSnapshot();
-    EXPECT_EQ(state->statusMessage(), "Could not delete snapshot 2024-01-15-123456.");
+    EXPECT_EQ(deleteSnapshot(first), "Could not delete snapshot 2024-01-15-123456.");
+    EXPECT_EQ(state->snapshots().size(), 1);
 }
 
 TEST_F(ServicesTest, AToolThatDidNotAnswerIsAskedAgainOnlyOnRequest)
@@ -97,13 +89,13 @@ TEST_F(ServicesTest, AToolThatDidNotAnswerIsAskedAgainOnlyOnRequest)
 TEST_F(ServicesTest, AppearingAsksForThePermissionThenTheVolumeThenTheSnapshots)
 {
     std::vector<std::string> order;
-    const auto record = [&](void (AppState::*changed)(), const char* name) {
+    const std::pair<void (AppState::*)(), const char*> changes[] = {
+        {&AppState::hasFullDiskAccessChanged, "permission"},
+        {&AppState::volumeChanged, "volume"},
+        {&AppState::snapshotsChanged, "snapshots"},
+        {&AppState::isScanningChanged, "scan"}};
+    for (const auto& [changed, name] : changes)
         QObject::connect(state.get(), changed, [&order, name] { order.emplace_back(name); });
-    };
-    record(&AppState::hasFullDiskAccessChanged, "permission");
-    record(&AppState::volumeChanged, "volume");
-    record(&AppState::snapshotsChanged, "snapshots");
-    record(&AppState::isScanningChanged, "scan");
     list("x.2024-01-15-123456.local\n");
     installTool("exit 1");
     fileAccess.isHiding = false;
@@ -121,42 +113,40 @@ TEST_F(ServicesTest, AppearingAsksForThePermissionThenTheVolumeThenTheSnapshots)
 TEST_F(ServicesTest, ThePermissionIsNoticedWhenItComesAndWhenItGoes)
 {
     UIPreferences preferences(store);
-    EXPECT_FALSE(state->hasFullDiskAccess());
-    EXPECT_TRUE(state->shouldShowFDABanner());
-
+    int announced = 0;
+    QObject::connect(state.get(), &AppState::fdaJustGrantedChanged, [&] { ++announced; });
+    const auto shown = [&] {
+        return std::string(state->hasFullDiskAccess() ? "granted " : "") +
+               (state->fdaJustGranted() ? "thanks " : "") +
+               (state->shouldShowFDABanner() ? "banner" : "");
+    };
+    EXPECT_EQ(shown(), "banner");
     state->dismissFDABanner();
-    EXPECT_FALSE(state->shouldShowFDABanner());
     const auto until = preferences.fdaBannerDismissedUntil();
     ASSERT_TRUE(until);
     EXPECT_EQ(QDateTime::fromSecsSinceEpoch(1'700'000'000).addDays(7).toSecsSinceEpoch(),
               std::chrono::duration_cast<std::chrono::seconds>(until->time_since_epoch()).count());
     now = *until - std::chrono::seconds(1);
-    EXPECT_FALSE(state->shouldShowFDABanner());
+    EXPECT_EQ(shown(), "");
     now = *until + std::chrono::seconds(1);
-    EXPECT_TRUE(state->shouldShowFDABanner());
+    EXPECT_EQ(shown(), "banner");
 
-    int announced = 0;
-    QObject::connect(state.get(), &AppState::fdaJustGrantedChanged, [&] { ++announced; });
     fileAccess.isHiding = false;
     state->refreshPermission();
     state->refreshPermission();
+    EXPECT_EQ(shown(), "granted thanks ");
     EXPECT_EQ(announced, 1);
-    EXPECT_TRUE(state->fdaJustGranted());
-    EXPECT_TRUE(state->hasFullDiskAccess());
-    EXPECT_FALSE(state->shouldShowFDABanner());
     EXPECT_FALSE(preferences.fdaBannerDismissedUntil());
 
     fileAccess.isHiding = true;
     state->refreshPermission();
-    EXPECT_FALSE(state->hasFullDiskAccess());
-    EXPECT_TRUE(state->fdaJustGranted()) << "losing it changes nothing else";
-    EXPECT_FALSE(state->shouldShowFDABanner());
+    EXPECT_EQ(shown(), "thanks ") << "losing it changes nothing else";
     state->setFDAJustGranted(false);
-    EXPECT_TRUE(state->shouldShowFDABanner());
+    EXPECT_EQ(shown(), "banner");
 
     fileAccess.isHiding = false;
     scan(tree.url());
-    EXPECT_TRUE(state->hasFullDiskAccess()) << "asked again after every scan";
+    EXPECT_EQ(shown(), "granted thanks ") << "asked again after every scan";
 }
 
 TEST_F(ServicesTest, RevealsLargeFilesInTheMap)
@@ -195,10 +185,7 @@ TEST_F(ServicesTest, RevealsAFileInATreeOfAbsurdDepth)
     for (int level = depth - 1; level >= 0; --level)
         node = FileNodeBuilder::make(urls[static_cast<std::size_t>(level)], mib,
                                      NodeKind::directory, {node});
-    AppServices deep = services();
-    deep.scan = [node](const FileURL&, const DiskScanner::ProgressCallback&,
-                       auto&&...) -> ScanResult { return node; };
-    state = std::make_unique<AppState>(std::move(deep));
+    startOver([node](auto&&...) -> ScanResult { return node; });
     scan(urls.front());
     state->revealLargeFile(state->largeFiles().first());
     ASSERT_EQ(state->breadcrumbs().size(), depth);

@@ -5,28 +5,29 @@
 
 namespace brisalon::tests {
 
-ModelFixture::ModelFixture() : state(std::make_unique<AppState>(services()))
+ModelFixture::ModelFixture()
 {
-    AppState* const model = state.get();
-    QObject::connect(model, &AppState::statusMessageChanged, model,
-                     [this, model] { statuses.push_back(model->statusMessage().toStdString()); });
-    QObject::connect(model, &AppState::isScanningChanged, model,
-                     [this, model] { scanningStates.push_back(model->isScanning()); });
-    QObject::connect(model, &AppState::treeChanged, model, [this] { ++treeChanges; });
+    startOver(gate.scan());
 }
 
-AppServices ModelFixture::services()
+void ModelFixture::startOver(ScanTask::Scan scan)
 {
-    return {
+    state = std::make_unique<AppState>(AppServices{
         .defaults = store,
         .folderPanel = panel,
         .workspace = workspace,
         .fileAccess = fileAccess,
         .bundle = bundle,
         .snapshots = SnapshotService(tools.at("tmutil")),
-        .scan = gate.scan(),
+        .scan = std::move(scan),
         .now = [this] { return now; },
-    };
+    });
+    AppState* const model = state.get();
+    QObject::connect(model, &AppState::statusMessageChanged, model,
+                     [this, model] { statuses.push_back(model->statusMessage().toStdString()); });
+    QObject::connect(model, &AppState::isScanningChanged, model,
+                     [this, model] { scanningStates.push_back(model->isScanning()); });
+    QObject::connect(model, &AppState::treeChanged, model, [this] { ++treeChanges; });
 }
 
 void ModelFixture::scan(const FileURL& root)
@@ -43,6 +44,11 @@ bool ModelFixture::waitFor(const std::function<bool()>& condition)
 void ModelFixture::waitForEnd() const
 {
     ASSERT_TRUE(waitFor([this] { return !state->isScanning(); }));
+}
+
+void ModelFixture::waitForWork() const
+{
+    ASSERT_TRUE(waitFor([this] { return !state->isWorking(); }));
 }
 
 void ModelFixture::letScanEnd() const

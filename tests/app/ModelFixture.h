@@ -27,9 +27,11 @@ class ModelFixture : public ::testing::Test {
 protected:
     ModelFixture();
 
-    /// What the models of a test share; the fixture's own is made with it.
-    AppServices services();
+    /// Another model in place of the one there was, over the same desktop, with that
+    /// scan.
+    void startOver(ScanTask::Scan scan);
 
+    FileURL url(std::string_view relative) const { return FileURL(tree.at(relative)); }
     /// Scans to the end, whatever that is.
     void scan(const FileURL& root);
     /// Lets events be handled until the condition holds; false when it does not
@@ -37,6 +39,8 @@ protected:
     static bool waitFor(const std::function<bool()>& condition);
     /// The same until no scan runs.
     void waitForEnd() const;
+    /// The same until nothing else is waited for.
+    void waitForWork() const;
     /// Lets one more scan end and has all handled that it told: what should have no
     /// effect has had the chance to have one.
     void letScanEnd() const;

@@ -96,12 +96,4 @@ TEST(SelectionTest, ASumThatNoNumberHoldsIsTheLargestOne)
     EXPECT_EQ(Selection({}, listed, {"/a", "/b"}).bytes(), most);
 }
 
-TEST(SelectionTest, NamesAreKeptAsBytesAndShownAsText)
-{
-    const FileNodeHold cafe = node("/h/caf\xe9", 1, NodeKind::file);
-    const Selection selection(cafe, {}, {});
-    EXPECT_EQ(selection.title(), QString("caf\ufffd"));
-    EXPECT_EQ(selection.item().url.path(), "/h/caf\xe9");
-}
-
 } // namespace brisalon::tests

@@ -16,8 +16,7 @@ class WhatIsLeftOutTest : public ModelFixture {
 protected:
     WhatIsLeftOutTest()
     {
-        AppServices told = services();
-        told.scan = [this](const FileURL& root, auto&&, auto&&, ScanOmissions& omissions) {
+        startOver([this](const FileURL& root, auto&&, auto&&, ScanOmissions& omissions) {
             omissions = omissions_;
             const FileURL other = root.appendingPathComponent("other");
             const FileURL back = other.appendingPathComponent("back");
@@ -29,8 +28,7 @@ protected:
                                        {FileNodeBuilder::make(other.appendingPathComponent("g"),
                                                               4 * mib, NodeKind::file),
                                         FileNodeBuilder::make(back, mib, NodeKind::file)})});
-        };
-        state = std::make_unique<AppState>(std::move(told));
+        });
         list.setAppState(state.get());
         omissions_.mounts.crossings = {{tree.at("other"), false}, {tree.at("other/back"), true}};
     }

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace brisalon;
+namespace brisalon::tests {
 
 namespace {
 
@@ -13,69 +13,50 @@ FileNode file(const std::string& name)
     return FileNodeBuilder::make(FileURL("/r/" + name), 5'000'000'000, NodeKind::file);
 }
 
-QStringList textsOf(const FileNode& node, const QRectF& cell)
+/// The lines of the label, with "/" between.
+std::string label(const std::string& name, double width, double height)
 {
     QStringList texts;
-    for (const LabelLine& line : BlockLabel::lines(node, cell))
+    for (const LabelLine& line : BlockLabel::lines(file(name), QRectF(0, 0, width, height)))
         texts.append(line.text);
-    return texts;
-}
-
-QStringList textsOf(const FileNode& node, double width, double height)
-{
-    return textsOf(node, QRectF(0, 0, width, height));
+    return texts.join('/').toStdString();
 }
 
 } // namespace
 
-TEST(BlockLabelTest, TheCellDecidesWhichLinesThereAre)
+TEST(BlockLabelTest, ShowsWhatFitsInItsCell)
 {
-    const FileNode hog = file("a.iso");
-    EXPECT_EQ(textsOf(hog, 64, 60), QStringList());
-    EXPECT_EQ(textsOf(hog, 65, 28), QStringList());
-    EXPECT_EQ(textsOf(hog, 65, 29), QStringList({"a.iso"}));
-    EXPECT_EQ(textsOf(hog, 65, 44), QStringList({"a.iso"}));
-    EXPECT_EQ(textsOf(hog, 65, 45), QStringList({"a.iso", "4.7 GB"}));
-    EXPECT_EQ(textsOf(hog, 65, 58), QStringList({"a.iso", "4.7 GB"}));
-    EXPECT_EQ(textsOf(hog, 65, 59), QStringList({"a.iso", "4.7 GB", "Installer"}));
-    EXPECT_EQ(textsOf(file("a.txt"), 65, 59), QStringList({"a.txt", "4.7 GB"}));
-}
-
-TEST(BlockLabelTest, LongNamesAreWrappedAndCutWithAnEllipsis)
-{
-    const FileNode node = file("holiday_in_the_mountains_2024.mov");
-    const QStringList roomy = textsOf(node, 100, 200);
-    ASSERT_GT(roomy.size(), 2);
-    EXPECT_EQ(roomy.mid(0, roomy.size() - 1).join(""), "holiday_in_the_mountains_2024.mov");
-    EXPECT_EQ(roomy.first().back(), u'_') << "lines should end at the punctuation of names";
-    EXPECT_EQ(roomy.last(), "4.7 GB");
-
-    const QStringList tight = textsOf(node, 100, 41);
-    ASSERT_EQ(tight.size(), 2);
-    EXPECT_EQ(tight[0], roomy[0]);
-    EXPECT_TRUE(tight[1].endsWith(u'…')) << tight[1].toStdString();
-
-    struct Row {
-        const char* name;
-        QStringList lines;
+    const struct {
+        std::string name;
+        double width;
+        double height;
+        std::string label;
+    } rows[] = {
+        {"a.iso", 64, 60, ""},
+        {"a.iso", 65, 28, ""},
+        {"a.iso", 65, 29, "a.iso"},
+        {"a.iso", 65, 44, "a.iso"},
+        {"a.iso", 65, 45, "a.iso/4.7 GB"},
+        {"a.iso", 65, 58, "a.iso/4.7 GB"},
+        {"a.iso", 65, 59, "a.iso/4.7 GB/Installer"},
+        {"a.txt", 65, 59, "a.txt/4.7 GB"},
+        // Lines end at the punctuation of names.
+        {"name-of-image-6.1.0.tar.gz", 96, 200, "name-of-/image-6.1.0.tar/.gz/4.7 GB"},
+        {"libSomething.so.6.4", 96, 200, "libSomething/.so.6.4/4.7 GB"},
+        {"\xff bad \xe9", 300, 40, "\ufffd bad \ufffd"},
     };
-    const Row rows[] = {
-        {"name-of-image-6.1.0.tar.gz", {"name-of-", "image-6.1.0.tar", ".gz", "4.7 GB"}},
-        {"libSomething.so.6.4", {"libSomething", ".so.6.4", "4.7 GB"}},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(textsOf(file(row.name), 96, 200), row.lines) << row.name;
+    for (const auto& row : rows)
+        EXPECT_EQ(label(row.name, row.width, row.height), row.label) << row.height;
+    EXPECT_EQ(label("two\nlines\x01", 300, 40).find('/'), std::string::npos);
 
-    // A word without any place to break is broken where the width ends.
-    const QStringList solid = textsOf(file(std::string(60, 'm')), 80, 300);
-    EXPECT_EQ(solid.mid(0, solid.size() - 1).join(""), QString(60, u'm'));
-}
-
-TEST(BlockLabelTest, EveryNameHasAReadableText)
-{
-    EXPECT_EQ(textsOf(file("\xff bad \xe9"), 300, 40), QStringList({"\ufffd bad \ufffd"}));
-    EXPECT_EQ(textsOf(file("two\nlines\x01"), 300, 40).size(), 1);
-    EXPECT_FALSE(textsOf(file(std::string(255, 'x')), 70, 60).isEmpty());
+    // Without room for more the last line ends with an ellipsis; a word without any
+    // place to break is broken where the width ends.
+    const std::string tight = label("holiday_in_the_mountains_2024.mov", 100, 41);
+    EXPECT_TRUE(tight.starts_with("holiday_in_") && tight.ends_with("…")) << tight;
+    EXPECT_EQ(std::ranges::count(tight, '/'), 1);
+    std::string solid = label(std::string(60, 'm'), 80, 300);
+    std::erase(solid, '/');
+    EXPECT_EQ(solid, std::string(60, 'm') + "4.7 GB");
 }
 
 TEST(BlockLabelTest, StaysInsideItsCell)
@@ -115,3 +96,5 @@ TEST(BlockLabelTest, StaysInsideItsCell)
     }
     EXPECT_GT(painted, 200);
 }
+
+} // namespace brisalon::tests

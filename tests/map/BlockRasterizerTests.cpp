@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 
-using namespace brisalon;
+namespace brisalon::tests {
 
 namespace {
 
@@ -30,21 +31,24 @@ bool inside(const QRectF& cell, double x, double y)
     return std::pow(u, 2.5) + std::pow(v, 2.5) <= 1;
 }
 
-struct Color {
-    double red, green, blue;
-};
+using Color = std::array<double, 3>;
+
+Color channels(QRgb color)
+{
+    return {double(qRed(color)), double(qGreen(color)), double(qBlue(color))};
+}
 
 /// The slow and exact model: each pixel is the mean of 8 × 8 samples.
 Color modelPixel(const std::vector<BlockFill>& blocks, double ratio, double startOpacity,
                  double endOpacity, int px, int py)
 {
     constexpr int grid = 8;
-    Color sum{0, 0, 0};
+    Color sum{};
     for (int sample = 0; sample < grid * grid; ++sample) {
         const double x = (px + (sample % grid + 0.5) / grid) / ratio;
         const double y = (py + (sample / grid + 0.5) / grid) / ratio;
         double opacity = 0;
-        QRgb color = background;
+        Color color{};
         for (const BlockFill& block : blocks) {
             if (!inside(block.cell, x, y))
                 continue;
@@ -52,14 +56,12 @@ Color modelPixel(const std::vector<BlockFill>& blocks, double ratio, double star
             const double t = ((x - cell.left()) * cell.width() + (y - cell.top()) * cell.height()) /
                              (cell.width() * cell.width() + cell.height() * cell.height());
             opacity = startOpacity + (endOpacity - startOpacity) * t;
-            color = block.color;
+            color = channels(block.color);
         }
-        sum.red += qRed(background) + opacity * (qRed(color) - qRed(background));
-        sum.green += qGreen(background) + opacity * (qGreen(color) - qGreen(background));
-        sum.blue += qBlue(background) + opacity * (qBlue(color) - qBlue(background));
+        for (std::size_t i = 0; i < 3; ++i)
+            sum[i] += std::lerp(channels(background)[i], color[i], opacity) / (grid * grid);
     }
-    constexpr double samples = grid * grid;
-    return {sum.red / samples, sum.green / samples, sum.blue / samples};
+    return sum;
 }
 
 /// Compares a layer with the model: at corners a pixel may be off by a part of its
@@ -72,10 +74,10 @@ void expectLikeModel(const QImage& layer, const std::vector<BlockFill>& blocks, 
     for (int y = 0; y < layer.height(); ++y) {
         for (int x = 0; x < layer.width(); ++x) {
             const Color model = modelPixel(blocks, ratio, startOpacity, endOpacity, x, y);
-            const QRgb seen = layer.pixel(x, y);
-            const double off =
-                std::max({std::abs(qRed(seen) - model.red), std::abs(qGreen(seen) - model.green),
-                          std::abs(qBlue(seen) - model.blue)});
+            const Color seen = channels(layer.pixel(x, y));
+            double off = 0;
+            for (std::size_t i = 0; i < 3; ++i)
+                off = std::max(off, std::abs(seen[i] - model[i]));
             worst = std::max(worst, off);
             total += off;
         }
@@ -138,3 +140,5 @@ TEST(BlockRasterizerTest, ThereIsAlwaysAPictureOfTheWholeSize)
     const MapLayers layers = BlockRasterizer::rasterize(blocks, {100.6, 50.6}, 1, background);
     EXPECT_EQ(layers.bright.size(), QSize(101, 51));
 }
+
+} // namespace brisalon::tests

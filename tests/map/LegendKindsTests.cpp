@@ -5,42 +5,36 @@
 
 #include <QSignalSpy>
 
-using namespace brisalon;
-using test::folder;
+namespace brisalon::tests {
 
-TEST(LegendKindsTest, ListsEachHogOnceInTheOrderOfTheLevel)
-{
-    const auto level = folder({{"Library/Caches/b", 9},
-                               {"plain", 8},
-                               {"Library/Logs", 7},
-                               {"Library/Caches/a", 6},
-                               {"node_modules", 5}});
-    EXPECT_EQ(visibleKinds(level->children()),
-              (std::vector{HogKind::caches, HogKind::logs, HogKind::nodeModules}));
-    EXPECT_TRUE(visibleKinds({}).empty());
-}
-
-TEST(LegendKindsTest, AnnouncesTheEntriesOnlyWhenTheyChange)
+TEST(LegendKindsTest, ListsEachHogOnceInTheOrderOfTheLevelAndAnnouncesChangesAlone)
 {
     LegendKinds legend;
     const QSignalSpy changes(&legend, &LegendKinds::entriesChanged);
-
-    legend.setLevel(folder({{"plain", 2}, {"other", 1}}));
-    EXPECT_EQ(changes.count(), 0);
-    EXPECT_TRUE(legend.entries().isEmpty());
-
-    legend.setLevel(folder({{"node_modules", 2}, {"a.iso", 1}}));
-    EXPECT_EQ(changes.count(), 1);
-    ASSERT_EQ(legend.entries().size(), 2);
-    const auto first = legend.entries().first().value<LegendEntry>();
-    EXPECT_EQ(first.title, "node_modules");
-    EXPECT_EQ(first.kind, HogKind::nodeModules);
-    EXPECT_EQ(first.color, NodeColor::color(HogKind::nodeModules, ""));
-
-    const FileNodeHold last = folder({{"x/node_modules", 7}, {"b.iso", 5}, {"c.iso", 3}});
-    legend.setLevel(last);
-    EXPECT_EQ(changes.count(), 1);
-    legend.setLevel({});
-    EXPECT_EQ(changes.count(), 2);
-    EXPECT_TRUE(legend.entries().isEmpty());
+    const struct {
+        std::vector<Child> children;
+        const char* entries;
+        int changes;
+    } rows[] = {
+        {{{"plain", 2}, {"other", 1}}, "", 0},
+        {{{"node_modules", 2}, {"a.iso", 1}}, "node_modules, Installer, ", 1},
+        {{{"x/node_modules", 7}, {"b.iso", 5}, {"c.iso", 3}}, "node_modules, Installer, ", 1},
+        {{{"Library/Caches/b", 9}, {"plain", 8}, {"Library/Logs", 7}, {"Library/Caches/a", 6}},
+         "Caches, Logs, ",
+         2},
+        {{}, "", 3},
+    };
+    for (const auto& row : rows) {
+        legend.setLevel(folder(row.children));
+        QString entries;
+        for (const QVariant& variant : legend.entries()) {
+            const auto entry = variant.value<LegendEntry>();
+            entries += entry.title + ", ";
+            EXPECT_EQ(entry.color, NodeColor::color(entry.kind, ""));
+        }
+        EXPECT_EQ(entries, row.entries);
+        EXPECT_EQ(changes.count(), row.changes);
+    }
 }
+
+} // namespace brisalon::tests

@@ -9,7 +9,7 @@
 
 #include <cmath>
 
-namespace brisalon::test {
+namespace brisalon::tests {
 
 FileNodeHold folder(const std::vector<Child>& children, const std::string& path)
 {
@@ -33,15 +33,13 @@ FileNodeHold crowdedFolder(int count)
     return folder(children, "/crowded");
 }
 
-QColor shade(const FileNode& node, double opacity)
+QColor mix(const QColor& under, const QColor& over, double share)
 {
-    const QColor over = NodeColor::color(node.hogKind(), node.name());
-    const QColor under = Theme::panel();
-    const auto channel = [&](int o, int u) {
-        return static_cast<int>(std::lround(u + (o - u) * opacity));
+    const auto channel = [&](int u, int o) {
+        return static_cast<int>(std::lround(u + (o - u) * share));
     };
-    return QColor(channel(over.red(), under.red()), channel(over.green(), under.green()),
-                  channel(over.blue(), under.blue()));
+    return QColor(channel(under.red(), over.red()), channel(under.green(), over.green()),
+                  channel(under.blue(), over.blue()));
 }
 
 MapTest::MapTest()
@@ -54,13 +52,11 @@ MapTest::MapTest()
     view_ = window_.rootObject();
     canvas_ = view_->property("map").value<TreemapCanvas*>();
     QObject::connect(canvas_, &TreemapCanvas::selectRequested, [this](const FileNodeValue& node) {
-        requests_.push_back("select " + (node ? node->name() : std::string()));
+        request("select " + (node ? node->name() : std::string()));
     });
-    QObject::connect(canvas_, &TreemapCanvas::zoomRequested, [this](const FileNodeValue& node) {
-        requests_.push_back("zoom " + node->name());
-    });
-    QObject::connect(canvas_, &TreemapCanvas::menuRequested,
-                     [this] { requests_.push_back("menu"); });
+    QObject::connect(canvas_, &TreemapCanvas::zoomRequested,
+                     [this](const FileNodeValue& node) { request("zoom " + node->name()); });
+    QObject::connect(canvas_, &TreemapCanvas::menuRequested, [this] { request("menu"); });
     window_.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
 }
@@ -104,6 +100,17 @@ void MapTest::movePointer(QPointF point)
     QTest::qWait(1);
 }
 
+void MapTest::leaveWindow()
+{
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&window_, &leave);
+}
+
+void MapTest::click(QPoint point, Qt::MouseButton button)
+{
+    QTest::mouseClick(&window_, button, {}, point);
+}
+
 QColor MapTest::pixel(QPointF point)
 {
     const QImage image = window_.grabWindow();
@@ -120,4 +127,15 @@ void MapTest::expectPixel(QPointF point, const QColor& color)
                         << " at " << point.x() << ", " << point.y();
 }
 
-} // namespace brisalon::test
+void MapTest::expectLook(std::string_view look)
+{
+    for (std::size_t i = 0; i < look.size(); ++i) {
+        SCOPED_TRACE(i);
+        // Halfway along the gradients.
+        const double opacity = look[i] == 'B' ? (1.0 + 0.72) / 2 : (0.45 + 0.35) / 2;
+        const QColor color = NodeColor::color(node(i).hogKind(), node(i).name());
+        expectPixel(middle(i), mix(Theme::panel(), color, opacity));
+    }
+}
+
+} // namespace brisalon::tests

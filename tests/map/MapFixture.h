@@ -8,9 +8,11 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
-namespace brisalon::test {
+namespace brisalon::tests {
 
 /// A child to build.
 struct Child {
@@ -25,8 +27,8 @@ FileNodeHold folder(const std::vector<Child>& children, const std::string& path 
 /// A folder with that many files, largest first, of sizes as a disk has them.
 FileNodeHold crowdedFolder(int count);
 
-/// The colour of a block at that opacity over the map's background.
-QColor shade(const FileNode& node, double opacity);
+/// A share of one colour over another.
+QColor mix(const QColor& under, const QColor& over, double share);
 
 /// A window of 1000 × 600 points with a map in it, driven by real input events.
 class MapTest : public testing::Test {
@@ -45,18 +47,28 @@ protected:
     QByteArray id(std::size_t block) const;
 
     void movePointer(QPointF point);
+    void leaveWindow();
+    void click(QPoint point, Qt::MouseButton button = Qt::LeftButton);
     /// What the window shows at that point (the device pixel right below it).
     QColor pixel(QPointF point);
     /// Expects the colours to differ by rounding alone.
     void expectPixel(QPointF point, const QColor& color);
+    /// Expects the first blocks to look like this: "B" bright, "d" dimmed.
+    void expectLook(std::string_view look);
+
+    /// What the map has asked for since the last call: "select NAME", "zoom NAME",
+    /// "menu", in order, with commas between.
+    std::string requests() { return std::exchange(requests_, {}); }
 
     QQuickView window_;
     QQuickItem* view_ = nullptr;
     TreemapCanvas* canvas_ = nullptr;
     FileNodeHold level_;
 
-    /// What the map asked for, in order: "select NAME", "zoom NAME", "menu".
-    std::vector<std::string> requests_;
+private:
+    void request(const std::string& what) { requests_ += (requests_.empty() ? "" : ", ") + what; }
+
+    std::string requests_;
 };
 
-} // namespace brisalon::test
+} // namespace brisalon::tests

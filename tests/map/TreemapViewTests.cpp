@@ -2,8 +2,7 @@
 
 #include <QTest>
 
-using namespace brisalon;
-using namespace brisalon::test;
+namespace brisalon::tests {
 
 class TreemapViewTest : public MapTest {
 protected:
@@ -31,7 +30,6 @@ TEST_F(TreemapViewTest, TheTooltipFollowsThePointerAndFadesWhenItLeaves)
 {
     show(folder({{"holiday.mov", 5'000'000'000}, {"a.iso", 3'000'000'000}}));
     EXPECT_FALSE(tooltip()->isVisible());
-
     movePointer({100, 100});
     ASSERT_TRUE(waitForOpacity(1));
     EXPECT_EQ(tooltip()->position(), QPointF(114, 116));
@@ -42,8 +40,7 @@ TEST_F(TreemapViewTest, TheTooltipFollowsThePointerAndFadesWhenItLeaves)
     EXPECT_EQ(tooltip()->position(), QPointF(760, 520));
     EXPECT_EQ(texts(tooltip()), QStringList({"a.iso", "2.8 GB", "Review", "Installer"}));
 
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(&window_, &leave);
+    leaveWindow();
     // It keeps its texts while it fades.
     EXPECT_EQ(texts(tooltip()).first(), "a.iso");
     ASSERT_TRUE(waitForOpacity(0));
@@ -63,8 +60,8 @@ TEST_F(TreemapViewTest, TheTooltipFitsItsPlaceAndLetsTheMouseThrough)
     const QByteArray hovered = canvas_->hoverID();
     movePointer({985, 585});
     EXPECT_EQ(canvas_->hoverID(), hovered);
-    QTest::mouseClick(&window_, Qt::LeftButton, {}, QPoint(985, 585));
-    EXPECT_EQ(requests_.size(), 1u);
+    click(QPoint(985, 585));
+    EXPECT_NE(requests(), "");
 }
 
 TEST_F(TreemapViewTest, TheCardIsFrostedGlassOverTheMap)
@@ -73,13 +70,13 @@ TEST_F(TreemapViewTest, TheCardIsFrostedGlassOverTheMap)
     show(folder({{"node_modules", 100}}));
     movePointer({300, 300});
     ASSERT_TRUE(waitForOpacity(1));
-    const QPointF onCard = tooltip()->position() + QPointF(4, tooltip()->height() / 2);
-    const QColor card = pixel(onCard);
+    const QRectF place(tooltip()->position(), tooltip()->size());
+    const QColor card = pixel({place.left() + 4, place.center().y()});
     const QColor block = pixel({700, 400});
     EXPECT_LT(card.lightness(), block.lightness() / 2 + 20);
     EXPECT_GT(card.green(), card.blue() + 15) << "the block's green should show through";
     // And it throws a shadow.
-    const QPointF below =
-        tooltip()->position() + QPointF(tooltip()->width() / 2, tooltip()->height() + 5);
-    EXPECT_LT(pixel(below).green(), block.green() - 15);
+    EXPECT_LT(pixel({place.center().x(), place.bottom() + 5}).green(), block.green() - 15);
 }
+
+} // namespace brisalon::tests

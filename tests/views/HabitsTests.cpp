@@ -15,12 +15,6 @@ namespace brisalon::tests {
 
 class HabitsTest : public WindowFixture {
 protected:
-    void openAndScan()
-    {
-        home.file("Movies/small.txt", 10);
-        startWithMap({{"Movies/a.mov", 9}, {"Movies/b.mov", 3}});
-    }
-
     /// The entries of the context menu that is open; empty when none is.
     std::string entries() const
     {
@@ -37,11 +31,6 @@ protected:
         EXPECT_TRUE(driver->settle());
         return entries();
     }
-    void close()
-    {
-        press(Qt::Key_Escape);
-        EXPECT_TRUE(waitFor([&] { return entries().empty(); }));
-    }
     void choose(const char* name)
     {
         clickOn(QString(name) + "Entry");
@@ -50,16 +39,31 @@ protected:
     static std::string copied() { return QGuiApplication::clipboard()->text().toStdString(); }
 };
 
-TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
+TEST_F(HabitsTest, ARightClickOrAKeyOpensTheCommandsThatApply)
 {
-    openAndScan();
-    EXPECT_EQ(entriesAfterRightClick(block("Movies")),
-              "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ");
+    const char* const ofFolders = "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ";
+    home.file("Movies/small.txt", 10);
+    startWithMap({{"Movies/a.mov", 9}, {"Movies/b.mov", 3}});
+    EXPECT_EQ(entriesAfterRightClick(block("Movies")), ofFolders);
     EXPECT_EQ(state().selected().name(), "Movies");
     choose("zoomIn");
     EXPECT_EQ(levelName(), "Movies");
     EXPECT_EQ(entriesAfterRightClick(block("b.mov")), "reveal copyPath moveToTrash ");
-    close();
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([&] { return entries().empty(); }));
+
+    press(Qt::Key_Backspace);
+    press(Qt::Key_Home);
+    for (const auto& [key, modifiers] :
+         {std::pair{Qt::Key_Menu, Qt::NoModifier}, {Qt::Key_F10, Qt::ShiftModifier}}) {
+        press(key, modifiers);
+        EXPECT_EQ(entries(), ofFolders);
+        press(Qt::Key_Down);
+        press(Qt::Key_Return);
+        EXPECT_EQ(levelName(), "Movies");
+        if (key == Qt::Key_Menu)
+            press(Qt::Key_Backspace);
+    }
 
     // A crumb stands for its folder, and a block of small files for where they are.
     entriesAfterRightClick(driver->centre("crumb0"));
@@ -70,6 +74,12 @@ TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
     ASSERT_TRUE(state().selected().isAggregate());
     press(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(copied(), home.at("Movies"));
+
+    driver->find("largeFilesList")->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Menu);
+    EXPECT_EQ(entries(), "reveal copyPath moveToTrash ");
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([&] { return entries().empty(); }));
 
     // The row that was ticked before is not meant any more; nor does the map move.
     clickOn("largeFile0");
@@ -85,25 +95,6 @@ TEST_F(HabitsTest, ARightClickOpensTheCommandsThatApply)
     entriesAfterRightClick(driver->centre("largeFile1"));
     choose("moveToTrash");
     EXPECT_EQ(state().confirmTrash()->items.size(), 2U);
-}
-
-TEST_F(HabitsTest, TheKeyboardOpensThemToo)
-{
-    openAndScan();
-    press(Qt::Key_Right);
-    press(Qt::Key_Menu);
-    EXPECT_EQ(entries(), "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ");
-    close();
-    press(Qt::Key_F10, Qt::ShiftModifier);
-    EXPECT_EQ(entries(), "zoomIn reveal openTerminal rescanFolder copyPath moveToTrash ");
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    EXPECT_EQ(levelName(), "Movies");
-
-    driver->find("largeFilesList")->forceActiveFocus(Qt::TabFocusReason);
-    press(Qt::Key_Menu);
-    EXPECT_EQ(entries(), "reveal copyPath moveToTrash ");
-    close();
 }
 
 TEST_F(HabitsTest, AFolderDroppedAnywhereIsScanned)

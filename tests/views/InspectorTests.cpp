@@ -3,6 +3,7 @@
 #include "support/Script.h"
 
 #include "Brisalon/Map/NodeColor.h"
+#include "Brisalon/Theme/Theme.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -285,8 +286,11 @@ TEST_F(InspectorTest, WhereItsPartsAre)
     EXPECT_EQ(driver->find("colorBar", "largeFile0")->property("color").value<QColor>(),
               NodeColor::color(HogKind::none, "beach.mov"));
     driver->hover(QPoint(1, 1));
-    EXPECT_NE(driver->find("rowBackground", "largeFile0")->property("color"),
-              driver->find("rowBackground", "largeFile1")->property("color"));
+    const std::pair<const char*, QColor> backgrounds[] = {
+        {"largeFile0", Theme::faded(Theme::elevated(), 0.55)}, {"largeFile1", Theme::accentSoft()}};
+    for (const auto& [name, expected] : backgrounds)
+        EXPECT_EQ(driver->find("rowBackground", name)->property("color"), expected) << name;
+    EXPECT_EQ(color("inspectedSize"), Theme::accent());
 
     clickOn("segmentSnapshots");
     EXPECT_EQ(below("snapshot0", "snapshot1"), 2 * 2);

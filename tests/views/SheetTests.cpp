@@ -230,20 +230,11 @@ TEST_F(SheetTest, AboutTellsTheVersionAndReachesTheDesktop)
     EXPECT_EQ(workspace.addresses[0], "https://brisalon.app");
     EXPECT_TRUE(workspace.addresses[1].ends_with("?Privacy_AllFiles"));
 
-    // The sheet grows with its content, which stands one below the other in its middle,
-    // and stays in the window.
+    // The sheet grows with its content, and stays in the middle of the window.
     ASSERT_TRUE(waitFor([this] { return box("sheetPanel") == box("aboutView"); }));
     const QRectF sheet = box("aboutView");
     EXPECT_LE(std::abs(sheet.center().x() - 640), 1);
     EXPECT_LE(std::abs(sheet.center().y() - 410), 1);
-    double bottom = sheet.top() + 36 - 20;
-    for (const char* const name : {"aboutLogo", "aboutName", "aboutTagline", "aboutLink",
-                                   "aboutHelpButton", "aboutCallout", "aboutCloseButton"}) {
-        EXPECT_EQ(box(name).top() - bottom, 20) << name;
-        EXPECT_LE(std::abs(box(name).center().x() - sheet.center().x()), 1) << name;
-        bottom = box(name).bottom();
-    }
-    EXPECT_EQ(sheet.bottom() - bottom, 36);
     window->resize(960, 700);
     ASSERT_TRUE(waitFor([&] { return box("aboutView").center().x() == 480; }));
     EXPECT_TRUE(QRectF(0, 0, 960, 700).contains(box("sheetPanel")));

@@ -85,34 +85,9 @@ void WindowFixture::zoomIntoFirstOf(const FileNodeValue& folder)
     ASSERT_TRUE(driver->waitForMap());
 }
 
-QVariant WindowFixture::property(const QString& objectName, const char* name) const
-{
-    return driver->property(objectName, name);
-}
-
-QColor WindowFixture::color(const QString& objectName) const
-{
-    return property(objectName, "color").value<QColor>();
-}
-
 QString WindowFixture::text(const QString& objectName) const
 {
     return withoutBreaks(property(objectName, "text").toString());
-}
-
-bool WindowFixture::appears(const QString& objectName) const
-{
-    return waitFor([&] { return isShown(objectName); });
-}
-
-bool WindowFixture::goes(const QString& objectName) const
-{
-    return waitFor([&] { return !isShown(objectName); });
-}
-
-bool WindowFixture::waitFor(const std::function<bool()>& condition)
-{
-    return WindowDriver::waitFor(condition);
 }
 
 QRectF WindowFixture::box(const QString& nameOrText, const QString& in) const
@@ -122,20 +97,10 @@ QRectF WindowFixture::box(const QString& nameOrText, const QString& in) const
     return driver->box(nameOrText, in);
 }
 
-double WindowFixture::below(const QString& upper, const QString& lower) const
-{
-    return box(lower).top() - box(upper).bottom();
-}
-
 void WindowFixture::resize(int width, int height)
 {
     window->resize(width, height);
     ASSERT_TRUE(waitFor([&] { return box("inspectorColumn").right() == width; }));
-}
-
-void WindowFixture::press(int key, Qt::KeyboardModifiers modifiers)
-{
-    driver->press(key, modifiers);
 }
 
 void WindowFixture::clickOn(const QString& objectName, Qt::KeyboardModifiers modifiers)

@@ -52,25 +52,43 @@ protected:
     QString levelName() const { return app->state().current().name(); }
     void zoomIntoFirstOf(const FileNodeValue& folder);
 
-    QVariant property(const QString& objectName, const char* name) const;
-    QColor color(const QString& objectName) const;
+    QVariant property(const QString& item, const char* name) const
+    {
+        return driver->property(item, name);
+    }
+    QColor color(const QString& item) const { return property(item, "color").value<QColor>(); }
     /// As it is read, without invisible marks.
     QString text(const QString& objectName) const;
     bool isShown(const QString& objectName) const { return driver->find(objectName) != nullptr; }
     /// Waits until it is; false when that takes too long.
-    bool appears(const QString& objectName) const;
-    bool goes(const QString& objectName) const;
-    static bool waitFor(const std::function<bool()>& condition);
+    bool appears(const QString& objectName) const
+    {
+        return waitFor([&] { return isShown(objectName); });
+    }
+    bool goes(const QString& objectName) const
+    {
+        return waitFor([&] { return !isShown(objectName); });
+    }
+    static bool waitFor(const std::function<bool()>& condition)
+    {
+        return WindowDriver::waitFor(condition);
+    }
 
     /// Where the item of that name is, or else that text, once all is laid out, or the
     /// item in that one; nowhere without it, which fails the test.
     QRectF box(const QString& nameOrText, const QString& in = {}) const;
     /// How far one begins below the end of the other.
-    double below(const QString& upper, const QString& lower) const;
+    double below(const QString& upper, const QString& lower) const
+    {
+        return box(lower).top() - box(upper).bottom();
+    }
     /// Resizes the window, and waits until its content has followed.
     void resize(int width, int height);
 
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        driver->press(key, modifiers);
+    }
     void clickOn(const QString& objectName, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Opens a sheet as a user does it, by its entry of the menu.
     void openSheet(const char* entry, const char* view);
