@@ -46,6 +46,8 @@ TEST_F(NavigationTest, ZoomsInAndOutAndJumpsOnTheWayAlone)
         {[&] { state->zoomUpOneLevel(); }, "hint: root/ "},
         {[&] { state->zoom(flat); }, "hint: root/ flat.bin"}, // a file is not entered
         {[&] { state->zoom(outer); }, "root/outer/ outer"},
+        {[&] { state->zoomUpOneLevel(); }, "root/ root"},
+        {[&] { state->zoom(outer); }, "root/outer/ outer"},
         {[&] { state->zoom(inner); }, "root/outer/inner/ inner"},
         {[&] { state->zoomUpOneLevel(); }, "root/outer/ outer"},
         {[&] { state->jumpToBreadcrumb(inner); }, "root/outer/ outer"}, // not on the way

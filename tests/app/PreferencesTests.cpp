@@ -60,13 +60,23 @@ TEST_F(PreferencesTest, ATargetIsRememberedByWhatItIs)
     }
 }
 
-TEST_F(PreferencesTest, WhatCannotBeUnderstoodIsHome)
+TEST_F(PreferencesTest, WhatCannotBeUnderstoodIsTheDefault)
 {
     for (const char* const kind : {"Home", "custom", "", "THISMAC"}) {
         store.setText("lastScanTargetKind", kind);
         EXPECT_EQ(ScanTargetPreference::load(store).kind, Kind::home) << kind;
     }
-    const UIPreferences preferences(store);
+    UIPreferences preferences(store);
+    EXPECT_FALSE(preferences.hasSeenMapInteractionHint());
+    preferences.setHasSeenMapInteractionHint();
+    EXPECT_TRUE(preferences.hasSeenMapInteractionHint());
+
+    const auto date = std::chrono::system_clock::now() + std::chrono::hours(24 * 7);
+    preferences.setFDABannerDismissedUntil(date);
+    ASSERT_TRUE(preferences.fdaBannerDismissedUntil());
+    EXPECT_LT(abs(*preferences.fdaBannerDismissedUntil() - date), std::chrono::milliseconds(1));
+    preferences.setFDABannerDismissedUntil(std::nullopt);
+    EXPECT_FALSE(store.number("fdaBannerDismissedUntil"));
     store.setText("fdaBannerDismissedUntil", "tomorrow");
     EXPECT_FALSE(preferences.fdaBannerDismissedUntil());
     store.setNumber("fdaBannerDismissedUntil", std::nan(""));
@@ -109,25 +119,6 @@ TEST_F(PreferencesTest, ADamagedFileIsSurvivedAndMended)
     ScanTargetPreference::load(unwritable);
     EXPECT_TRUE(std::filesystem::is_directory(file));
     std::filesystem::remove(file);
-}
-
-TEST_F(PreferencesTest, SmallThingsOfTheInterface)
-{
-    using namespace std::chrono;
-    UIPreferences preferences(store);
-    EXPECT_FALSE(preferences.hasSeenMapInteractionHint());
-    preferences.setHasSeenMapInteractionHint();
-    EXPECT_TRUE(preferences.hasSeenMapInteractionHint());
-    EXPECT_EQ(store.boolean("hasSeenMapInteractionHint"), true);
-
-    EXPECT_FALSE(preferences.fdaBannerDismissedUntil());
-    const auto date = system_clock::now() + hours(24 * 7);
-    preferences.setFDABannerDismissedUntil(date);
-    ASSERT_TRUE(preferences.fdaBannerDismissedUntil());
-    EXPECT_LT(abs(*preferences.fdaBannerDismissedUntil() - date), milliseconds(1));
-    preferences.setFDABannerDismissedUntil(std::nullopt);
-    EXPECT_FALSE(preferences.fdaBannerDismissedUntil());
-    EXPECT_FALSE(store.number("fdaBannerDismissedUntil"));
 }
 
 } // namespace brisalon::tests
