@@ -13,10 +13,11 @@ namespace brisalon {
 
 namespace {
 
+/// The crumb of a node of the same tree; by its place in memory, since paths that are
+/// alike for thousands of levels take long to compare.
 QList<FileNodeValue>::iterator crumbOf(QList<FileNodeValue>& crumbs, const FileNodeValue& node)
 {
-    return std::find_if(crumbs.begin(), crumbs.end(),
-                        [&](const FileNodeValue& other) { return other->url() == node->url(); });
+    return std::find(crumbs.begin(), crumbs.end(), node);
 }
 
 /// By the last component of its path alone: composing paths on the way down would take the
@@ -73,7 +74,7 @@ void AppState::jumpToBreadcrumb(const FileNodeValue& node)
     if (!node)
         return;
     // Kept here, because the caller's value may be one of the list that is cut.
-    const FileNodeValue target = node;
+    const FileNodeValue target = inTree(node);
     QList<FileNodeValue> crumbs = breadcrumbs_;
     const auto crumb = crumbOf(crumbs, target);
     if (crumb == crumbs.end())

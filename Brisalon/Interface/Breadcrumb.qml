@@ -20,8 +20,9 @@ ListView {
     model: appState.breadcrumbs
     keyNavigationEnabled: false
 
-    onContentWidthChanged: positionViewAtEnd()
-    onWidthChanged: positionViewAtEnd()
+    // Not while the crumbs are laid out: a view that is moved then makes all of them, of
+    // which there may be ten thousand.
+    onWidthChanged: Qt.callLater(positionViewAtEnd)
     // The crumbs are made anew; only where they are is known where their end is. The
     // keyboard, if it was on one, goes to the last.
     onModelChanged: {
