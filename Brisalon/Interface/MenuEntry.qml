@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Layouts
 import QtQuick.Templates as T
 import Brisalon.Theme
 
@@ -15,10 +16,11 @@ T.MenuItem {
     rightPadding: 10
     opacity: enabled ? 1 : 0.4
 
-    contentItem: Item {
+    contentItem: RowLayout {
+        spacing: 12
+
         TextLabel {
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width - note.width - (note.text === "" ? 0 : 12)
+            Layout.fillWidth: true
             text: entry.text
             elide: Text.ElideMiddle
             font: Theme.system(Theme.callout)
@@ -26,18 +28,13 @@ T.MenuItem {
         }
 
         TextLabel {
-            id: note
-
-            anchors.verticalCenter: parent.verticalCenter
-            anchors.right: parent.right
+            visible: text !== ""
             text: entry.note
             font: Theme.system(Theme.subheadline)
             color: Theme.muted
         }
 
         SymbolImage {
-            anchors.verticalCenter: parent.verticalCenter
-            anchors.right: parent.right
             visible: entry.subMenu !== null
             name: "chevron.right"
             size: 9

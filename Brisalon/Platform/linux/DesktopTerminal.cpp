@@ -7,6 +7,7 @@
 #include <QStandardPaths>
 #include <QString>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -107,16 +108,15 @@ bool startTerminal(const FileURL& folder, std::chrono::milliseconds patience,
     const auto place = ReachedFolder::at(folder.path());
     if (!place)
         return false;
-    for (const QString& name : terminals()) {
+    const std::vector<QString> names = terminals();
+    return std::ranges::any_of(names, [&](const QString& name) {
         // Found here, since a search after the change of folder would look into that too.
         const QString program = QStandardPaths::findExecutable(name);
         if (program.isEmpty() || stop.stop_requested())
-            continue;
+            return false;
         const auto child = start(QFile::encodeName(program), place->folder);
-        if (child && stays(*child, patience, stop))
-            return true;
-    }
-    return false;
+        return child && stays(*child, patience, stop);
+    });
 }
 
 } // namespace brisalon
