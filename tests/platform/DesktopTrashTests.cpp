@@ -96,6 +96,33 @@ TEST_F(DesktopTrashTest, ManyItemsOfOneNameAndWhatWasLeftWithoutInformation)
     EXPECT_EQ(infoNames().size(), count + 1);
 }
 
+TEST_F(DesktopTrashTest, WhatAnotherProgramPutsThereMeanwhileStays)
+{
+    bool isFirst = false; // the other program, in most rounds the very first
+    for (int round = 0; round < 20 && !isFirst; ++round) {
+        for (const char* top : {"items", "data"})
+            tree.remove(top);
+        // All get their places before the first moves, so there is time for it.
+        std::vector<FileURL> urls;
+        for (int i = 0; i < 200; ++i) {
+            tree.write("items/" + std::to_string(i), "mine");
+            urls.emplace_back(tree.at("items/" + std::to_string(i)));
+        }
+        const std::string place = tree.at("data/Trash/files/199");
+        std::jthread other([&] {
+            while (!exists(tree.at("data/Trash/info/199.trashinfo"))) {
+            }
+            isFirst = ::symlink("theirs", place.c_str()) == 0;
+        });
+        const FileURL mine = destinationOf(trash.put(TrashItem::record(urls)).back());
+        other.join();
+        EXPECT_EQ(contents(mine.path()), "mine");
+        EXPECT_EQ(originOf(mine), urls.back().path());
+        EXPECT_EQ(fs::is_symlink(place), isFirst) << "what was put there is still there";
+    }
+    EXPECT_TRUE(isFirst);
+}
+
 TEST_F(DesktopTrashTest, FoldersMoveWholeAndLinksMoveThemselves)
 {
     tree.file("items/folder/deep/file", 10'000);
