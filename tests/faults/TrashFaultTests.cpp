@@ -5,6 +5,7 @@
 #include "SystemFaults.h"
 
 #include "Brisalon/Platform/DesktopWorkspace.h"
+#include "Brisalon/Platform/linux/DesktopTrash.h"
 #include "TrashProbe.h"
 #include "support/TemporaryTree.h"
 
@@ -12,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -59,14 +61,19 @@ protected:
         }
     }
 
-    Workspace::Recycled move() const
+    std::vector<TrashItem> itemsToMove() const
     {
         std::vector<FileURL> urls;
         for (const char* const name : names)
             urls.emplace_back(volume.at("items/" + std::string(name)));
+        return TrashItem::record(urls);
+    }
+
+    Workspace::Recycled move() const
+    {
         DesktopWorkspace workspace;
         std::optional<Workspace::Recycled> result;
-        workspace.recycle(TrashItem::record(urls),
+        workspace.recycle(itemsToMove(),
                           [&](const Workspace::Recycled& recycled) { result = recycled; });
         EXPECT_TRUE(QTest::qWaitFor([&] { return result.has_value(); }, 10'000));
         return result.value_or(Workspace::Recycled());
@@ -146,6 +153,46 @@ TEST_F(TrashFaultTest, EveryItemIsWhereItWasOrCanBeRestored)
     }
     RecordProperty("faults", injected);
     EXPECT_GT(injected, 100);
+}
+
+TEST_F(TrashFaultTest, WithoutMemoryToo)
+{
+    const DesktopTrash trash(FileURL(volume.at("data/Trash")));
+    std::size_t moved = 0;
+    for (const bool hasTrash : {false, true}) {
+        restore(hasTrash);
+        std::vector<TrashItem> items = itemsToMove();
+        const int count = SystemFaults::allocationsOf([&] { (void)trash.put(items); });
+        for (int number = 0; number < count; ++number) {
+            const std::string what = "without allocation " + std::to_string(number);
+            restore(hasTrash);
+            items = itemsToMove();
+            std::vector<DesktopTrash::Result> results;
+            SystemFaults::failingAllocation(number, [&] {
+                try {
+                    results = trash.put(items);
+                } catch (const std::bad_alloc&) {
+                }
+            });
+            Workspace::Recycled recycled{.moved = {}, .error = what};
+            for (std::size_t i = 0; i < results.size(); ++i)
+                if (const FileURL* const destination = std::get_if<FileURL>(&results[i]))
+                    recycled.moved.push_back({items[i].url, *destination});
+            moved += recycled.moved.size();
+            expectTheRule(what, recycled, false, false);
+            EXPECT_TRUE(!recycled.moved.empty() || hasTrash || fs::is_empty(volume.at("data")))
+                << what << " leaves a trash";
+            const fs::directory_iterator left(hasTrash ? volume.at("data/Trash")
+                                                       : volume.at("data"));
+            EXPECT_EQ(std::count_if(begin(left), end(left),
+                                    [](const fs::directory_entry& entry) {
+                                        return entry.path().filename().string().starts_with(".");
+                                    }),
+                      0)
+                << what << " leaves a journal";
+        }
+    }
+    EXPECT_GT(moved, 100U);
 }
 
 } // namespace

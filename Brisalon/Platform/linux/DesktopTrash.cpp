@@ -11,9 +11,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <map>
+#include <new>
 #include <optional>
-#include <set>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -47,8 +48,8 @@ private:
 
     std::variant<Reservation, TrashFailure> reserve(const TrashItem& item,
                                                     const ReachedFolder& place);
-    static Result take(const TrashItem& item, const Reservation& reservation,
-                       const MountTable& mounts);
+    std::variant<Reservation, TrashFailure> reserve(const TrashItem& item);
+    Result take(const TrashItem& item, Reservation& reservation);
 
     const std::variant<TrashFailure, MountIdentity>& homeMount();
     Opened& home();
@@ -60,6 +61,10 @@ private:
     std::optional<std::variant<TrashFailure, MountIdentity>> homeMount_;
     std::optional<Opened> home_;
     std::map<MountIdentity, Opened> volumes_;
+    // Most moves are of many items of few folders, one folder after the other.
+    std::string lastFolderPath_;
+    std::optional<ReachedFolder> lastFolder_;
+    std::optional<MountTable> mounts_; ///< once places are reserved
 };
 
 /// The name of a folder on the way from "/", for opening it in the one above.
@@ -82,43 +87,42 @@ std::vector<DesktopTrash::Result> TrashMove::run(std::span<const TrashItem> item
 {
     std::vector<Result> results(items.size(), TrashFailure{Reason::refused, ECANCELED});
     std::vector<Reservation> reservations;
-    // Most moves are of many items of few folders, one folder after the other.
-    std::string parent;
-    std::optional<ReachedFolder> place;
+    reservations.reserve(items.size());
     for (std::size_t i = 0; i < items.size() && !stop.stop_requested(); ++i) {
-        std::string next = items[i].location.deletingLastPathComponent().path();
-        if (!place || next != parent)
-            place = ReachedFolder::at(next);
-        if (!place) {
-            results[i] = TrashFailure::unreached(errno);
-            continue;
+        try {
+            auto reserved = reserve(items[i]);
+            if (const TrashFailure* const failure = std::get_if<TrashFailure>(&reserved)) {
+                results[i] = *failure;
+                continue;
+            }
+            reservations.push_back(std::move(std::get<Reservation>(reserved)));
+            reservations.back().item = i;
+        } catch (const std::bad_alloc&) {
+            results[i] = TrashFailure{Reason::refused, ENOMEM};
         }
-        parent = std::move(next);
-        if (!items[i].identity) {
-            results[i] = TrashFailure{Reason::changed};
-            continue;
-        }
-        auto reserved = reserve(items[i], *place);
-        if (const TrashFailure* const failure = std::get_if<TrashFailure>(&reserved)) {
-            results[i] = *failure;
-            continue;
-        }
-        reservations.push_back(std::move(std::get<Reservation>(reserved)));
-        reservations.back().item = i;
     }
-    const MountTable mounts = MountTable::current();
-    for (const Reservation& reservation : reservations) {
+    for (Reservation& reservation : reservations) {
         if (stop.stop_requested())
             reservation.trash->release(reservation.name);
         else
-            results[reservation.item] = take(items[reservation.item], reservation, mounts);
+            results[reservation.item] = take(items[reservation.item], reservation);
     }
-    std::set<const TrashFolder*> used;
     for (const Reservation& reservation : reservations)
-        used.insert(reservation.trash);
-    for (const TrashFolder* const trash : used)
-        trash->finish();
+        reservation.trash->finish();
     return results;
+}
+
+std::variant<TrashMove::Reservation, TrashFailure> TrashMove::reserve(const TrashItem& item)
+{
+    std::string folderPath = item.location.deletingLastPathComponent().path();
+    if (!lastFolder_ || folderPath != lastFolderPath_)
+        lastFolder_ = ReachedFolder::at(folderPath);
+    if (!lastFolder_)
+        return TrashFailure::unreached(errno);
+    lastFolderPath_ = std::move(folderPath);
+    if (!item.identity)
+        return TrashFailure{Reason::changed};
+    return reserve(item, *lastFolder_);
 }
 
 std::variant<TrashMove::Reservation, TrashFailure> TrashMove::reserve(const TrashItem& item,
@@ -148,21 +152,34 @@ std::variant<TrashMove::Reservation, TrashFailure> TrashMove::reserve(const Tras
 }
 
 /// The folder is reached once more: the items before may have taken it along.
-TrashMove::Result TrashMove::take(const TrashItem& item, const Reservation& reservation,
-                                  const MountTable& mounts)
+TrashMove::Result TrashMove::take(const TrashItem& item, Reservation& reservation)
 {
-    const auto place = ReachedFolder::at(item.location.deletingLastPathComponent().path());
-    std::optional<TrashFailure> obstacle;
-    if (!place)
-        obstacle = TrashFailure::unreached(errno);
-    // Whoever empties the Trash would empty that volume.
-    else if (mounts.carriesMount(item.location.path()))
-        obstacle = TrashFailure{Reason::holdsVolume, EBUSY};
-    if (!obstacle)
-        return reservation.trash->take(sourceOf(item, *place, reservation.restorePath),
-                                       reservation.name);
-    reservation.trash->release(reservation.name);
-    return *obstacle;
+    std::optional<ReachedFolder> place;
+    std::optional<TrashFolder::Source> source;
+    TrashFailure obstacle{Reason::refused, ENOMEM};
+    try {
+        place = ReachedFolder::at(item.location.deletingLastPathComponent().path());
+        if (!place)
+            obstacle = TrashFailure::unreached(errno);
+        else if (!mounts_)
+            mounts_ = MountTable::current();
+        // Whoever empties the Trash would empty that volume.
+        if (place && mounts_->carriesMount(item.location.path()))
+            obstacle = TrashFailure{Reason::holdsVolume, EBUSY};
+        else if (place)
+            source.emplace(sourceOf(item, *place, reservation.restorePath));
+    } catch (const std::bad_alloc&) {
+        // Then there is no source.
+    }
+    if (!source) {
+        reservation.trash->release(reservation.name);
+        return obstacle;
+    }
+    try {
+        return reservation.trash->take(*source, std::move(reservation.name));
+    } catch (const std::bad_alloc&) {
+        return obstacle;
+    }
 }
 
 /// Of the volume that the home trash lies on, or would if it could be made; or why that

@@ -32,7 +32,8 @@ public:
     /// Moves the items as they were recorded, one after the other, each by a rename
     /// within its volume or not at all. The outcomes are in their order. Looks at the
     /// stop token before every item; those that are not reached are refused. Trash
-    /// folders that were made and got no item are removed again.
+    /// folders that were made and got no item are removed again. An item for which there
+    /// is no memory is refused; throws std::bad_alloc only before it has done anything.
     std::vector<Result> put(std::span<const TrashItem> items,
                             const std::stop_token& stop = {}) const;
 

@@ -45,9 +45,11 @@ std::string description(const TrashItem& item, const TrashFailure& failure)
 Workspace::Recycled putAll(const std::vector<TrashItem>& items, const FileURL& homeTrash,
                            const std::stop_token& stop)
 {
+    Workspace::Recycled recycled;
+    // Before the first item moves, since there may be no memory for it afterwards.
+    recycled.moved.reserve(items.size());
     // An item that is asked for twice is gone at its second turn.
     const auto results = DesktopTrash(homeTrash).put(items, stop);
-    Workspace::Recycled recycled;
     for (std::size_t i = 0; i < items.size(); ++i) {
         if (const FileURL* const destination = std::get_if<FileURL>(&results[i]))
             recycled.moved.push_back({items[i].url, *destination});

@@ -17,10 +17,12 @@ MadeFolders::~MadeFolders()
 
 Descriptor MadeFolders::openOrMake(const Descriptor& base, const std::string& name, int flags)
 {
+    // Noted first, since there may be no memory for it afterwards.
+    made_.push_back({base.duplicate(), name});
     const bool isMade = ::mkdirat(base.get(), name.c_str(), 0700) == 0;
     const int obstacle = errno;
-    if (isMade)
-        made_.push_back({base.duplicate(), name});
+    if (!isMade)
+        made_.pop_back();
     Descriptor folder = Descriptor::open(base.get(), name.c_str(), flags | O_DIRECTORY);
     if (!folder.isValid() && errno == ENOENT && !isMade)
         errno = obstacle;

@@ -3,6 +3,8 @@
 #include "Brisalon/Platform/linux/FileText.h"
 #include "Brisalon/Platform/linux/TrashRecord.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdint>
@@ -109,13 +111,14 @@ std::variant<std::string, TrashFailure> TrashFolder::reserve(const Source& sourc
     const std::string text = trashInfo(source.path, std::time(nullptr));
     for (unsigned attempt = 0; attempt < mostTries; ++attempt) {
         std::string name = trashName(source.name, numberOfTry(attempt), longestName);
-        const int error = isThere(files_, name) ? EEXIST : writeInfo(infoNameOf(name), text);
-        if (error == EEXIST)
-            continue;
-        if (error != 0)
-            return TrashFailure{Reason::noTrash, error};
+        // Noted first, since there may be no memory for it afterwards.
         unflushed_.push_back(name);
-        return name;
+        const int error = isThere(files_, name) ? EEXIST : writeInfo(infoNameOf(name), text);
+        if (error == 0)
+            return name;
+        unflushed_.pop_back();
+        if (error != EEXIST)
+            return TrashFailure{Reason::noTrash, error};
     }
     return TrashFailure{Reason::noTrash, EEXIST};
 }
@@ -136,20 +139,43 @@ int TrashFolder::writeInfo(const std::string& infoName, const std::string& text)
     return error;
 }
 
-void TrashFolder::release(const std::string& name) const
+void TrashFolder::release(const std::string& name) const noexcept
 {
-    ::unlinkat(info_.get(), infoNameOf(name).c_str(), 0);
+    // Without memory of its own: it may be for want of that that the name is given up.
+    std::array<char, NAME_MAX + 1> infoName;
+    const auto end =
+        std::copy_n(name.begin(), std::min(name.size(), longestName), infoName.begin());
+    *std::copy(infoSuffix.begin(), infoSuffix.end(), end) = '\0';
+    ::unlinkat(info_.get(), infoName.data(), 0);
 }
 
 std::variant<FileURL, TrashFailure> TrashFolder::take(const Source& source, std::string name)
 {
+    try {
+        return takeOrRename(source, name);
+    } catch (...) {
+        if (!name.empty())
+            release(name);
+        throw;
+    }
+}
+
+/// `name` is the one that is reserved, empty while there is none.
+std::variant<FileURL, TrashFailure> TrashFolder::takeOrRename(const Source& source,
+                                                              std::string& name)
+{
     for (unsigned attempt = 0; attempt < mostTries; ++attempt) {
         const int error = flush();
+        // Before the move, since there may be no memory for it afterwards.
+        FileURL destination = filesURL_.appendingPathComponent(name);
         const auto failure = error != 0 ? TrashFailure{Reason::noTrash, error} : move(source, name);
-        if (!failure)
-            return filesURL_.appendingPathComponent(name);
+        if (!failure) {
+            hasArrivals_ = true;
+            return destination;
+        }
         if (failure->reason != Reason::swapped)
             release(name);
+        name.clear();
         if (*failure != TrashFailure{Reason::refused, EEXIST})
             return *failure;
         auto next = reserve(source);
@@ -219,10 +245,11 @@ std::optional<TrashFailure> TrashFolder::move(const Source& source, const std::s
     return unseen == 0 ? TrashFailure{Reason::changed} : TrashFailure{Reason::refused, unseen};
 }
 
-void TrashFolder::finish() const
+void TrashFolder::finish() noexcept
 {
     // Should it fail, the items are back where they came from after a power failure.
-    ::fsync(files_.get());
+    if (std::exchange(hasArrivals_, false))
+        ::fsync(files_.get());
 }
 
 } // namespace brisalon

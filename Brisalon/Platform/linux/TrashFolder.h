@@ -41,18 +41,20 @@ public:
     static std::variant<TrashFailure, TrashFolder> open(Descriptor root, const FileURL& path,
                                                         MadeFolders& made);
 
-    /// Reserves a name for the item, and writes its information.
+    /// Reserves a name for the item, and writes its information. Throws std::bad_alloc
+    /// with nothing left behind.
     std::variant<std::string, TrashFailure> reserve(const Source& source);
 
     /// Gives the name up: the item will not come.
-    void release(const std::string& name) const;
+    void release(const std::string& name) const noexcept;
 
     /// Moves the item to the name that was reserved for it, or to another that is free,
-    /// and returns where it is. What has been reserved is on the disk then.
+    /// and returns where it is. What has been reserved is on the disk then. Throws
+    /// std::bad_alloc with the item where it was and the name given up.
     std::variant<FileURL, TrashFailure> take(const Source& source, std::string name);
 
     /// Waits until the items that were taken are here for good.
-    void finish() const;
+    void finish() noexcept;
 
 private:
     TrashFolder() = default;
@@ -62,6 +64,7 @@ private:
     /// Waits until what has been reserved is on the disk; 0, or why it may not be.
     int flush();
     int flushReserved() const;
+    std::variant<FileURL, TrashFailure> takeOrRename(const Source& source, std::string& name);
     /// Why the item cannot be moved here under that name; nothing when it was.
     std::optional<TrashFailure> move(const Source& source, const std::string& name) const;
 
@@ -72,7 +75,8 @@ private:
     ItemIdentity filesIdentity_;
     ItemIdentity infoIdentity_;
     TrashJournal journal_;
-    bool isNew_ = false; ///< folders were made that are not on the disk yet
+    bool isNew_ = false;       ///< folders were made that are not on the disk yet
+    bool hasArrivals_ = false; ///< items were taken that may not be here for good
     std::vector<std::string> unflushed_;
     int flushError_ = 0;
 };

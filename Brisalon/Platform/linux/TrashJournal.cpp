@@ -88,7 +88,7 @@ int TrashJournal::begin(const Descriptor& trash)
     constexpr unsigned mostTries = 100;
     std::random_device random;
     for (unsigned attempt = 0; attempt < mostTries; ++attempt) {
-        const std::string name = std::string(prefix) + std::to_string(random());
+        std::string name = std::string(prefix) + std::to_string(random());
         Descriptor file = Descriptor::open(trash.get(), name.c_str(),
                                            O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
         if (!file.isValid() && errno != EEXIST)
@@ -99,7 +99,7 @@ int TrashJournal::begin(const Descriptor& trash)
             continue;
         trash_ = trash.duplicate();
         file_ = std::move(file);
-        name_ = name;
+        name_ = std::move(name);
         return 0;
     }
     return EEXIST;
