@@ -118,7 +118,10 @@ private:
     std::optional<std::string> meeting(const StoredPlace& place, const View& without) const;
     bool isReached(std::string_view path) const;
     std::optional<StoredPlace> layerPlace(const std::string& path, const View& view) const;
-    /// Cuts the view if the scan meets all of these places without it.
+    /// Cuts the view if the scan meets all of these places without it. What others are
+    /// mounted over there is missed: to enter the view for that alone, everything beside
+    /// the way to it would have to be a barrier, and to know that, folders would have to
+    /// be listed before the scan begins.
     void cutIfMet(View& view, const std::vector<std::optional<StoredPlace>>& places);
     /// Whether nothing on the way to the path may hang.
     bool isLocal(std::string_view path) const;
