@@ -17,14 +17,21 @@ MadeFolders::~MadeFolders()
 
 Descriptor MadeFolders::openOrMake(const Descriptor& base, const std::string& name, int flags)
 {
+    const auto open = [&] {
+        return Descriptor::open(base.get(), name.c_str(), flags | O_DIRECTORY);
+    };
+    Descriptor folder = open();
+    if (folder.isValid() || errno != ENOENT)
+        return folder;
     // Noted first, since there may be no memory for it afterwards.
     made_.push_back({base.duplicate(), name});
-    const bool isMade = ::mkdirat(base.get(), name.c_str(), 0700) == 0;
+    if (::mkdirat(base.get(), name.c_str(), 0700) == 0)
+        return open();
     const int obstacle = errno;
-    if (!isMade)
-        made_.pop_back();
-    Descriptor folder = Descriptor::open(base.get(), name.c_str(), flags | O_DIRECTORY);
-    if (!folder.isValid() && errno == ENOENT && !isMade)
+    made_.pop_back();
+    // Another program may have been quicker.
+    folder = open();
+    if (!folder.isValid() && errno == ENOENT)
         errno = obstacle;
     return folder;
 }
