@@ -54,7 +54,7 @@ fuse_ino_t itemIn(fuse_ino_t folder, fuse_ino_t place)
 
 struct stat statusOf(fuse_ino_t item)
 {
-    struct stat status {};
+    struct stat status{};
     status.st_ino = item;
     status.st_mode = isFolder(item) ? S_IFDIR | 0755 : S_IFREG | 0644;
     status.st_nlink = 1;

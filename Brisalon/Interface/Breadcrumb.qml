@@ -20,9 +20,16 @@ ListView {
     model: appState.breadcrumbs
     keyNavigationEnabled: false
 
+    Timer {
+        id: afterLayout
+
+        interval: 0
+        onTriggered: breadcrumb.positionViewAtEnd()
+    }
+
     // Not while the crumbs are laid out: a view that is moved then makes all of them, of
     // which there may be ten thousand.
-    onWidthChanged: Qt.callLater(positionViewAtEnd)
+    onWidthChanged: afterLayout.restart()
     // The crumbs are made anew; only where they are is known where their end is. The
     // keyboard, if it was on one, goes to the last.
     onModelChanged: {

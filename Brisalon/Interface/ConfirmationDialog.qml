@@ -1,4 +1,5 @@
 import QtQuick
+import Brisalon.App
 
 // Asks before something that cannot simply be taken back. Shown while there is a
 // question; every way out other than the destructive button is the same as Cancel,
@@ -11,8 +12,9 @@ Sheet {
     required property string explanation
     required property string action
     required property string symbol
-    // What the question is about in detail, shown when the user asks for it.
-    property Component details: null
+    // Whose pending move to the Trash it is, of which the items are shown when the user
+    // asks for them; none where it is something else.
+    property AppState itemsOf: null
 
     // What was asked last: a dialog that fades away still shows it.
     property string shownQuestion: ""
@@ -29,7 +31,7 @@ Sheet {
     padding: 24
 
     onQuestionChanged: if (question !== "") shownQuestion = question
-    onClosed: (contentItem as ConfirmationView).areDetailsShown = false
+    onClosed: (contentItem as ConfirmationView).areItemsShown = false
     onExplanationChanged: if (explanation !== "") shownExplanation = explanation
     onAboutToHide: if (question !== "") dismissed()
 
@@ -38,7 +40,7 @@ Sheet {
         explanation: dialog.shownExplanation
         action: dialog.action
         symbol: dialog.symbol
-        details: dialog.details
+        itemsOf: dialog.itemsOf
         onConfirmed: dialog.confirmed()
         onDismissed: dialog.dismissed()
     }

@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Templates as T
+import Brisalon.App
 import Brisalon.Theme
 
 // The words of a confirmation, with the destructive button before Cancel.
@@ -10,8 +11,8 @@ FocusScope {
     required property string explanation
     required property string action
     required property string symbol
-    property Component details: null
-    property bool areDetailsShown: false
+    property AppState itemsOf: null
+    property bool areItemsShown: false
     readonly property alias cancelButton: cancel
 
     signal confirmed()
@@ -72,13 +73,15 @@ FocusScope {
                 PlainButton {
                     id: disclosure
 
-                    objectName: "detailsButton"
-                    visible: view.details !== null
+                    readonly property color ink: hovered ? Theme.text : Theme.textSecondary
+
+                    objectName: "itemsButton"
+                    visible: view.itemsOf !== null
                     topPadding: 4
                     bottomPadding: 4
                     cornerRadius: 4
-                    text: view.areDetailsShown ? "Hide items" : "Show items"
-                    onClicked: view.areDetailsShown = !view.areDetailsShown
+                    text: view.areItemsShown ? "Hide items" : "Show items"
+                    onClicked: view.areItemsShown = !view.areItemsShown
 
                     contentItem: Row {
                         spacing: 6
@@ -87,27 +90,24 @@ FocusScope {
                             anchors.verticalCenter: parent.verticalCenter
                             name: "chevron.right"
                             size: 9
-                            rotation: view.areDetailsShown ? 90 : 0
-                            color: words.color
+                            rotation: view.areItemsShown ? 90 : 0
+                            color: disclosure.ink
                         }
 
                         TextLabel {
-                            id: words
-
                             text: disclosure.text
                             font: Theme.system(Theme.subheadline)
-                            color: disclosure.hovered ? Theme.text : Theme.textSecondary
+                            color: disclosure.ink
                         }
                     }
                 }
             }
         }
 
-        Loader {
+        TrashItemList {
             width: parent.width
-            active: view.areDetailsShown
-            visible: active
-            sourceComponent: view.details
+            visible: view.areItemsShown
+            appState: view.itemsOf
         }
 
         Row {

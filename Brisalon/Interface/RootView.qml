@@ -105,9 +105,7 @@ FocusScope {
         explanation: root.appState.confirmTrash.message
         action: "Move to Trash"
         symbol: "trash.fill"
-        details: TrashItemList {
-            appState: root.appState
-        }
+        itemsOf: root.appState
         onConfirmed: root.appState.confirmPendingTrash()
         onDismissed: root.appState.dismissTrash()
     }

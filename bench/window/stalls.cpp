@@ -190,8 +190,7 @@ int main(int argc, char** argv)
         measure(
             "a level of 100,000 blocks, shown for the first time",
             [&] { state.zoom(state.tree().at(state.tree()->children()[0])); }, isMapped);
-        measure(
-            "the level above it again", [&] { state.zoomUpOneLevel(); }, isMapped);
+        measure("the level above it again", [&] { state.zoomUpOneLevel(); }, isMapped);
     }
     if (isWanted("path")) {
         scan("/deep");
@@ -199,8 +198,7 @@ int main(int argc, char** argv)
         measure(
             "a file below 10,000 folders revealed",
             [&] { state.revealLargeFile(state.largeFiles().front()); }, isMapped);
-        measure(
-            "the level above it", [&] { state.zoomUpOneLevel(); }, isMapped);
+        measure("the level above it", [&] { state.zoomUpOneLevel(); }, isMapped);
         measure(
             "the level below that again",
             [&] { state.zoom(state.current().at(state.current()->children()[0])); }, isMapped);
@@ -217,8 +215,7 @@ int main(int argc, char** argv)
         const auto isAsked = [&] { return state.confirmTrash().has_value(); };
         const auto request = [&] { state.requestTrashSelected(); };
         measure("the question whether 1,000,000 items may go", request, isAsked);
-        measure(
-            "its answer: no", [&] { state.dismissTrash(); }, [&] { return !isAsked(); });
+        measure("its answer: no", [&] { state.dismissTrash(); }, [&] { return !isAsked(); });
         request();
         waitFor(isAsked);
         measure(
@@ -228,9 +225,7 @@ int main(int argc, char** argv)
     if (isWanted("scan")) {
         scan("/wide");
         waitFor(isMapped);
-        measure(
-            "a scan of 5,000,000 items, and its end", [&] { scan("/wide"); }, isMapped);
-        measure(
-            "that map gone for another's", [&] { scan("/deep"); }, isMapped);
+        measure("a scan of 5,000,000 items, and its end", [&] { scan("/wide"); }, isMapped);
+        measure("that map gone for another's", [&] { scan("/deep"); }, isMapped);
     }
 }

@@ -66,11 +66,13 @@ TEST_F(WhatIsLeftOutTest, TheAmountsOfAWholeVolumeAddUp)
     const QString kept = "Kept back for the system: " + size(reserved) +
                          " (Free, but not for every user, and so counted as in use.)";
     omissions_.mounts.isWholeVolume = true;
-    for (const bool isTooMuch : {false, true}) {
-        mapped_ = isTooMuch ? std::int64_t{1} << 60 : 9 * mib;
+    for (const std::int64_t mapped : {9 * mib, std::int64_t{1} << 60}) {
+        mapped_ = mapped;
         answer();
         const std::int64_t used = state->volume()->used();
         const std::int64_t rest = used - mapped_ - reserved;
+        // Of 9 MB too, where the temporary files have a small volume of their own.
+        const bool isTooMuch = rest < 0;
         QStringList expected{"In use on the volume: " + size(used) + " ()",
                              "On the map: " + size(mapped_) + " (beside 4.0 MB on other volumes)"};
         if (reserved > 0)
@@ -79,7 +81,7 @@ TEST_F(WhatIsLeftOutTest, TheAmountsOfAWholeVolumeAddUp)
         EXPECT_TRUE(sums.takeLast().startsWith(
             "Not explained: " + (isTooMuch ? QString(QChar(0x2212)) + size(-rest) : size(rest))));
         EXPECT_EQ(sums.join('\n').toStdString(), expected.join('\n').toStdString());
-        EXPECT_EQ(list.missingText(), isTooMuch ? QString() : size(used - mapped_));
+        EXPECT_EQ(list.missingText(), used < mapped_ ? QString() : size(used - mapped_));
     }
 }
 

@@ -304,8 +304,7 @@ TEST(DiskScannerHostile, UnreadableFoldersArePassedOver)
     if (child == 0) {
         const bool isBound = ::getuid() != 0 || ::setuid(65534) == 0;
         ScanOmissions told;
-        const auto result = DiskScanner{0, 0}.scan(
-            tree.url(), [](auto&) {}, {}, &told);
+        const auto result = DiskScanner{0, 0}.scan(tree.url(), [](auto&) {}, {}, &told);
         const FileNode& root = std::get<FileNode>(result);
         std::set<std::pair<std::string, mode_t>> folders;
         for (const ScanOmissions::Folder& folder : told.unreadable)

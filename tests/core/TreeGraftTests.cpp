@@ -22,8 +22,7 @@ namespace {
 ScanResult rescanned(const FileNode& tree, const FileURL& folder, std::int64_t threshold = 0,
                      std::stop_token stop = {})
 {
-    return DiskScanner{threshold, 0}.rescan(
-        tree, folder, [](const ScanProgress&) {}, stop);
+    return DiskScanner{threshold, 0}.rescan(tree, folder, [](const ScanProgress&) {}, stop);
 }
 
 std::vector<FileNode> foldersIn(const FileNode& tree)

@@ -187,9 +187,8 @@ TEST(ScanCost, OfALevelIsTheSameHoweverDeep)
     const auto bytesPerLevel = [](int levels) {
         const TemporaryTree tree(TemporaryTree::Storage::memory);
         tree.chain("", "d", levels, 0);
-        return SystemFaults::bytesAllocatedBy([&] {
-                   DiskScanner{0, 1}.scan(tree.url(), [](const ScanProgress&) {});
-               }) /
+        return SystemFaults::bytesAllocatedBy(
+                   [&] { DiskScanner{0, 1}.scan(tree.url(), [](const ScanProgress&) {}); }) /
                static_cast<std::size_t>(levels);
     };
     EXPECT_LT(bytesPerLevel(3000), 2 * bytesPerLevel(1000));

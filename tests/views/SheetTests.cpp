@@ -71,7 +71,7 @@ TEST_F(SheetTest, TheQuestionNamesWhatItWouldMove)
         requestTrash();
         EXPECT_EQ(words(), row.words);
         EXPECT_FALSE(isShown("trashItems")) << "only when asked for";
-        clickOn("detailsButton");
+        clickOn("itemsButton");
         EXPECT_TRUE(waitFor([&] { return items() == row.items; })) << items();
         press(Qt::Key_Escape);
         EXPECT_TRUE(stopsAsking());
@@ -117,7 +117,7 @@ TEST_F(SheetTest, TheQuestionHasTheKeyboardAndNothingBehindItReacts)
     const auto id = state().confirmTrash()->id();
     EXPECT_TRUE(isFocusSeen("cancelConfirmationButton"));
     EXPECT_LT(box("confirmButton").right(), box("cancelConfirmationButton").left());
-    for (const char* const next : {"detailsButton", "confirmButton", "cancelConfirmationButton"}) {
+    for (const char* const next : {"itemsButton", "confirmButton", "cancelConfirmationButton"}) {
         press(Qt::Key_Tab);
         EXPECT_EQ(focused(), next);
     }

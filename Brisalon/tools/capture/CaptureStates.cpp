@@ -185,9 +185,9 @@ bool confirmTrashItems(Stage& stage)
     if (!multiSelection(stage))
         return false;
     stage.state.requestTrashSelected();
-    if (!WindowDriver::waitFor([&] { return stage.driver.find("detailsButton") != nullptr; }))
+    if (!WindowDriver::waitFor([&] { return stage.driver.find("itemsButton") != nullptr; }))
         return false;
-    stage.driver.click(stage.driver.centre("detailsButton"));
+    stage.driver.click(stage.driver.centre("itemsButton"));
     return stage.driver.find("trashItem0") != nullptr;
 }
 

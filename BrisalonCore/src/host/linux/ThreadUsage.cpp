@@ -6,7 +6,7 @@ namespace brisalon::host {
 
 ThreadUsage ThreadUsage::current() noexcept
 {
-    struct rusage usage {};
+    struct rusage usage{};
     (void)::getrusage(RUSAGE_THREAD, &usage);
     const auto duration = [](const timeval& time) {
         return std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec);
