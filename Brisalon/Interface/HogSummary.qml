@@ -34,7 +34,7 @@ ColumnLayout {
         RiskBadge {
             objectName: "inspectedRisk"
             anchors.verticalCenter: parent.verticalCenter
-            risk: summary.item.risk // qmllint disable type
+            risk: summary.item.risk // qmllint disable
             title: summary.item.riskTitle
         }
     }

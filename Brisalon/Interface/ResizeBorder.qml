@@ -47,7 +47,7 @@ Item {
         }
         onPositionChanged: mouse => {
             if (pressed && resizesByHand)
-                grip = border.drag(edges, grip, mapToGlobal(mouse.x, mouse.y));
+                grip = (parent as ResizeBorder).drag(edges, grip, mapToGlobal(mouse.x, mouse.y));
         }
     }
 

@@ -108,7 +108,7 @@ Item {
             RiskBadge {
                 id: badge
 
-                risk: tooltip.node.risk // qmllint disable type
+                risk: tooltip.node.risk // qmllint disable
                 title: tooltip.node.riskTitle
             }
 
