@@ -2,7 +2,7 @@
 
 #include "BrisalonCore/Descriptor.h"
 
-#include <string_view>
+#include <cstddef>
 
 namespace brisalon::host {
 
@@ -14,8 +14,7 @@ inline constexpr char cacheTagName[] = "CACHEDIR.TAG";
 /// begins with that standard's signature. False also when it cannot be read.
 bool isCacheTagged(const Descriptor& folder) noexcept;
 
-/// Whether any of the folders that hold the item at this absolute path, whose links are
-/// resolved, is tagged.
-bool isBelowCacheTag(std::string_view path);
+/// Whether any of the `depth` folders above this one is tagged.
+bool isBelowCacheTag(const Descriptor& folder, std::size_t depth);
 
 } // namespace brisalon::host

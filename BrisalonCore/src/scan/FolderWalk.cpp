@@ -47,13 +47,6 @@ std::uint64_t appendName(std::string& names, const char* name)
     return offset;
 }
 
-/// The trail of the folder that holds the root.
-HogTrail trailAbove(std::string_view rootPath)
-{
-    const HogTrail trail = HogTrail::of(rootPath.substr(0, rootPath.rfind('/')));
-    return host::isBelowCacheTag(rootPath) ? trail.tagged() : trail;
-}
-
 bool isCacheTagName(const char* name) noexcept
 {
     return std::strcmp(name, host::cacheTagName) == 0;
@@ -62,6 +55,15 @@ bool isCacheTagName(const char* name) noexcept
 std::size_t componentCount(std::string_view path) noexcept
 {
     return path == "/" ? 0 : static_cast<std::size_t>(std::count(path.begin(), path.end(), '/'));
+}
+
+/// The trail of the folder that holds the root. What its path leads to may have changed
+/// since it was opened.
+HogTrail trailAbove(std::string_view rootPath, const OpenFolder& root)
+{
+    const HogTrail trail = HogTrail::of(rootPath.substr(0, rootPath.rfind('/')));
+    return host::isBelowCacheTag(root.descriptor(), componentCount(rootPath)) ? trail.tagged()
+                                                                              : trail;
 }
 
 } // namespace
@@ -86,7 +88,7 @@ FolderWalk::FolderWalk(FileURL root, OpenFolder folder, host::MountBarriers::Pla
       mostWorkers_(mostWorkers(openFolders_.root())),
       crewSize_(std::min<std::size_t>(host::availableProcessors(), mostWorkers_), mostWorkers_),
       queues_(mostWorkers_),
-      trailAboveRoot_(trailAbove(rootPath_)),
+      trailAboveRoot_(trailAbove(rootPath_, openFolders_.root())),
       rootNode_(NodeAssembly::leaf(root_, 0, NodeKind::directory,
                                    trailAboveRoot_.classify(root_.lastPathComponent())))
 {

@@ -1,8 +1,5 @@
 #include "host/CacheTag.h"
 
-#include "host/Folder.h"
-
-#include <algorithm>
 #include <cerrno>
 #include <string_view>
 
@@ -35,13 +32,15 @@ bool isCacheTagged(const Descriptor& folder) noexcept
     return count > 0 && std::string_view(start, static_cast<std::size_t>(count)) == signature;
 }
 
-bool isBelowCacheTag(std::string_view path)
+bool isBelowCacheTag(const Descriptor& folder, std::size_t depth)
 {
-    Descriptor folder = reach(path);
-    for (auto above = std::ranges::count(path, '/'); above > 0; --above) {
-        folder = Descriptor::open(folder.get(), "..", O_PATH | O_DIRECTORY);
-        if (isCacheTagged(folder))
+    const auto above = [](const Descriptor& below) {
+        return Descriptor::open(below.get(), "..", O_PATH | O_DIRECTORY);
+    };
+    for (Descriptor next = above(folder); depth > 0 && next.isValid(); --depth) {
+        if (isCacheTagged(next))
             return true;
+        next = above(next);
     }
     return false;
 }
