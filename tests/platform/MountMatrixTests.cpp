@@ -9,14 +9,21 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <ostream>
+#include <set>
 #include <sstream>
+#include <thread>
 
+#include <dirent.h>
 #include <fcntl.h>
+#include <linux/fuse.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -51,6 +58,8 @@ const std::vector<Row> rows{
      "", 0, "!k/proc =k"},
     {"UserSpaceThatHangs", "mkdir -p fuse/hanging; mib a", "", 1, "!fuse/hanging =fuse"},
     {"UserSpaceThatFails", "mkdir -p fuse/dead; mib a", "", 1, "!fuse/dead =fuse"},
+    {"UserSpaceThatLies", "mkdir -p fuse/lying; mib a", "", 1, "!fuse/lying =fuse"},
+    {"UserSpaceThatLiesAsTheRoot", "mkdir -p fuse/lying", "fuse/lying", 6, "!fuse/lying =fuse"},
     {"BindOfAFolderBeside", "mib real/a; mkdir alias; mount --bind real alias", "", 1,
      "!alias alias/a real"},
     {"BindOfAFolderOutside", "mib real/a; mkdir -p in/alias; mount --bind real in/alias", "in", 1,
@@ -113,11 +122,116 @@ const std::vector<Row> rows{
 };
 // clang-format on
 
+/// What a program says of an item that it lists in a folder, and what the item is: those of
+/// one node are one, the top is node 1. A file has 1 MiB.
+struct Lie {
+    std::uint64_t folder;
+    std::string_view name;
+    std::uint64_t node;
+    std::uint64_t inode;
+    unsigned type;
+    mode_t mode;
+};
+
+constexpr Lie lies[]{
+    {0, "top", 1, 1, DT_DIR, S_IFDIR},
+    {1, "twice", 2, 2, DT_REG, S_IFREG},
+    {1, "twice", 2, 2, DT_REG, S_IFREG},
+    {1, "without a number", 3, 0, DT_REG, S_IFREG},
+    {1, "of the same number", 4, 2, DT_REG, S_IFREG},
+    {1, "no folder", 5, 5, DT_DIR, S_IFREG},
+    {1, "no file", 6, 6, DT_REG, S_IFDIR},
+    {6, "inside", 7, 6, DT_REG, S_IFREG},
+    {6, "around", 6, 6, DT_DIR, S_IFDIR},
+    {1, "untold file", 8, 8, DT_UNKNOWN, S_IFREG},
+    {1, "untold folder", 9, 6, DT_UNKNOWN, S_IFDIR},
+    {9, "inside", 10, 9, DT_REG, S_IFREG},
+    {9, "folder twice", 11, 1, DT_DIR, S_IFDIR},
+    {9, "folder twice", 12, 1, DT_DIR, S_IFDIR},
+};
+
+/// Answers what the kernel asks (linux/fuse.h), until the file system is unmounted.
+void tellLies(const Descriptor& device)
+{
+    std::vector<char> asked(1U << 16U);
+    const auto& request = *reinterpret_cast<const fuse_in_header*>(asked.data());
+    const char* const argument = asked.data() + sizeof request;
+    for (;;) {
+        if (::read(device.get(), asked.data(), asked.size()) < 0) {
+            if (errno == ENODEV)
+                return;
+            continue; // the request was taken back
+        }
+        int error = 0;
+        std::string answer;
+        const auto say = [&answer](const auto& part) {
+            answer.append(reinterpret_cast<const char*>(&part), sizeof part);
+        };
+        const auto sayStatus = [&](auto part, auto isIt) {
+            const auto* const lie = std::ranges::find_if(lies, isIt);
+            if (lie == std::end(lies)) {
+                error = -ENOENT;
+                return;
+            }
+            if constexpr (requires { part.nodeid; })
+                part.nodeid = lie->node;
+            part.attr.ino = lie->inode;
+            part.attr.mode = lie->mode;
+            part.attr.nlink = 1;
+            part.attr.blocks = lie->mode == S_IFREG ? 2048 : 0;
+            say(part);
+        };
+        switch (request.opcode) {
+        case FUSE_INIT: // by the version, all else as it pleases
+            say(std::array<unsigned, sizeof(fuse_init_out) / sizeof(unsigned)>{
+                FUSE_KERNEL_VERSION, FUSE_KERNEL_MINOR_VERSION});
+            break;
+        case FUSE_LOOKUP:
+            sayStatus(fuse_entry_out{}, [&](const Lie& lie) {
+                return lie.folder == request.nodeid && lie.name == argument;
+            });
+            break;
+        case FUSE_GETATTR:
+            sayStatus(fuse_attr_out{}, [&](const Lie& lie) { return lie.node == request.nodeid; });
+            break;
+        case FUSE_OPENDIR:
+            say(fuse_open_out{});
+            break;
+        case FUSE_READDIR:
+            for (const Lie& lie : lies) {
+                if (lie.folder != request.nodeid ||
+                    reinterpret_cast<const fuse_read_in*>(argument)->offset > 0)
+                    continue;
+                say(std::array<std::uint64_t, 2>{lie.inode, 1});
+                say(std::array{static_cast<unsigned>(lie.name.size()), lie.type});
+                answer += lie.name;
+                answer.resize(FUSE_DIRENT_ALIGN(answer.size()));
+            }
+            break;
+        default:
+            error = -ENOSYS;
+        }
+        const auto size = static_cast<unsigned>(sizeof(fuse_out_header) + answer.size());
+        const fuse_out_header head{size, error, request.unique};
+        answer.insert(0, reinterpret_cast<const char*>(&head), sizeof head);
+        // Of what wants no answer there is none, and this fails.
+        (void)!::write(device.get(), answer.data(), answer.size());
+    }
+}
+
+/// No two of the nodes are one item to the program.
+void expectEachOnce(const FileNode& node, std::set<std::string>& met)
+{
+    EXPECT_TRUE(met.insert(node.id()).second) << node.id();
+    for (const FileNode& child : node.children())
+        expectEachOnce(child, met);
+}
+
 class MountMatrixTest : public ::testing::TestWithParam<Row> {
 protected:
     TemporaryTree tree{TemporaryTree::Storage::memory};
 
-    /// A file system of a program that does not answer, or has ended.
+    /// A file system of a program: of whoever has what this returns.
     Descriptor userSpace(const std::string& point) const
     {
         Descriptor device = Descriptor::open(AT_FDCWD, "/dev/fuse", O_RDWR);
@@ -130,12 +244,20 @@ protected:
 
     void check(const Row& row) const
     {
-        const bool hangs = exists(tree.at("fuse/hanging"));
-        const Descriptor program = hangs ? userSpace("fuse/hanging") : Descriptor();
-        if (!hangs && exists(tree.at("fuse/dead")))
-            userSpace("fuse/dead");
+        // What has no program any more fails, and what has one that does not answer hangs.
+        Descriptor program;
+        for (const std::string& name : namesIn(tree.at("fuse"))) {
+            program = userSpace("fuse/" + name);
+            if (name == "dead")
+                (void)program.close();
+            else if (name == "lying") // until the tree is unmounted, and with it this
+                std::thread(tellLies, std::move(program)).detach();
+        }
 
-        EXPECT_EQ(scanned(FileURL(tree.at(row.root))).allocatedSize() >> 20U, row.total);
+        const FileNode found = scanned(FileURL(tree.at(row.root)));
+        EXPECT_EQ(found.allocatedSize() >> 20U, row.total);
+        std::set<std::string> met;
+        expectEachOnce(found, met);
 
         const DesktopTrash trash(FileURL(tree.at("data/Trash")));
         std::istringstream decisions(row.decisions);
