@@ -86,15 +86,14 @@ void AppState::countWork(int change)
         emit isWorkingChanged();
 }
 
-std::stop_source AppState::startWork(BackgroundTasks::Work work)
+std::stop_source AppState::startWork(BackgroundTasks::Work work, BackgroundTasks::LastStep last)
 {
     countWork(+1);
     return tasks_.start(
-        [this, work = std::move(work)](const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
-            return [this, last = work(task)] {
-                countWork(-1);
-                last();
-            };
+        std::move(work),
+        [this, last = std::move(last)](const std::stop_token& stop) {
+            countWork(-1);
+            last(stop);
         },
         noTime);
 }
@@ -173,18 +172,18 @@ void AppState::announceScan(const FileURL& folder)
 
 void AppState::runScan(ScanTask::Scan scan, ScanTask::Request request)
 {
-    scan_ = tasks_.start([this, scan = std::move(scan), request = std::move(request)](
-                             const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
-        const auto report = [this, &task](const ScanProgress& progress) {
-            task.report([this, progress] {
-                assign(progress_, ScanProgressValue(progress), &AppState::progressChanged);
-            });
-        };
-        return [this, stop = task.stop,
-                outcome = ScanTask::run(scan, request, report, task.stop)]() mutable {
-            endScan(stop, std::move(outcome));
-        };
-    });
+    const auto outcome = std::make_shared<ScanTask::Outcome>(BackgroundTasks::noMemory());
+    scan_ = tasks_.start(
+        [this, scan = std::move(scan), request = std::move(request),
+         outcome](const BackgroundTasks::Task& task) {
+            const auto report = [this, &task](const ScanProgress& progress) {
+                task.report([this, progress] {
+                    assign(progress_, ScanProgressValue(progress), &AppState::progressChanged);
+                });
+            };
+            *outcome = ScanTask::run(scan, request, report, task.stop);
+        },
+        [this, outcome](const std::stop_token& stop) { endScan(stop, std::move(*outcome)); });
 }
 
 void AppState::clearMap()
@@ -303,13 +302,13 @@ void AppState::pickFolderAndScan()
 
 void AppState::listDisks()
 {
+    const auto list = std::make_shared<QList<LocalVolume>>(disks_);
     tasks_.start(
-        [this, disks = services_.disks](const BackgroundTasks::Task&) -> BackgroundTasks::Step {
+        [list, disks = services_.disks](const BackgroundTasks::Task&) {
             const std::vector<LocalVolume> found = disks();
-            return [this, list = QList<LocalVolume>(found.begin(), found.end())] {
-                assign(disks_, list, &AppState::disksChanged);
-            };
+            *list = QList<LocalVolume>(found.begin(), found.end());
         },
+        [this, list](const std::stop_token&) { assign(disks_, *list, &AppState::disksChanged); },
         noTime);
 }
 

@@ -234,7 +234,7 @@ private:
     void setStatus(const QString& message);
     Workspace::Started complaining(const char* complaint);
     void countWork(int change);
-    std::stop_source startWork(BackgroundTasks::Work work);
+    std::stop_source startWork(BackgroundTasks::Work work, BackgroundTasks::LastStep last);
     void setConfirmTrash(std::optional<TrashRequest> request);
     void setLastClean(std::optional<CleanReport> report);
     void noteTrash();

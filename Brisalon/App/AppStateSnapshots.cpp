@@ -33,14 +33,15 @@ void AppState::confirmPendingSnapshot()
         return;
     const std::string token = confirmSnapshot_->dateToken;
     setConfirmSnapshot({});
-    startWork([this, token, service = services_.snapshots](const BackgroundTasks::Task&) {
-        return [this, token, failure = service.deleteLocalSnapshot(token)] {
-            if (failure)
-                return setStatus(displayText(*failure));
-            setStatus(displayText("Deleted local snapshot " + token + "."));
-            listSnapshotsAnew();
-        };
-    });
+    const auto failure = std::make_shared<std::optional<std::string>>(BackgroundTasks::noMemory());
+    startWork([failure, token, service = services_.snapshots](
+                  const BackgroundTasks::Task&) { *failure = service.deleteLocalSnapshot(token); },
+              [this, failure, token](const std::stop_token&) {
+                  if (*failure)
+                      return setStatus(displayText(**failure));
+                  setStatus(displayText("Deleted local snapshot " + token + "."));
+                  listSnapshotsAnew();
+              });
 }
 
 } // namespace brisalon

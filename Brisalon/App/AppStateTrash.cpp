@@ -9,18 +9,25 @@ void AppState::requestTrashSelected()
 {
     // What is asked for next takes the place of what is still being looked at.
     trashRequest_.request_stop();
+    struct Question {
+        TrashRequest request;
+        QString refusal;
+    };
+    const auto question =
+        std::make_shared<Question>(Question{{}, displayText(BackgroundTasks::noMemory())});
     trashRequest_ = startWork(
-        [this, chosen = selection(), held = selected_](const BackgroundTasks::Task& task) {
+        [question, chosen = selection(), held = selected_](const BackgroundTasks::Task& task) {
             auto request = TrashRequest::make(chosen.urls(), chosen.bytes(), task.stop);
-            const QString refusal = chosen.trashRefusal(request.blockedCount);
-            return [this, stop = task.stop, refusal, request = std::move(request)]() mutable {
-                if (stop.stop_requested())
-                    return;
-                if (request.urls.empty())
-                    setStatus(refusal);
-                else
-                    setConfirmTrash(std::move(request));
-            };
+            question->refusal = chosen.trashRefusal(request.blockedCount);
+            question->request = std::move(request);
+        },
+        [this, question](const std::stop_token& stop) {
+            if (stop.stop_requested())
+                return;
+            if (question->request.urls.empty())
+                setStatus(question->refusal);
+            else
+                setConfirmTrash(std::move(question->request));
         });
 }
 

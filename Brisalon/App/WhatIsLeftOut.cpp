@@ -188,15 +188,14 @@ void WhatIsLeftOut::workOut()
     setAnswer({"Adding up…"});
     // What takes no time is there before the first frame.
     constexpr std::chrono::milliseconds noTime(30);
-    work_ = tasks_.start(
-        [this, question = std::move(question)](
-            const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
-            return [this, stop = task.stop, answer = answerTo(question)]() mutable {
-                if (!stop.stop_requested())
-                    setAnswer(std::move(answer));
-            };
-        },
-        noTime);
+    const auto answer = std::make_shared<Answer>(Answer{displayText(BackgroundTasks::noMemory())});
+    work_ = tasks_.start([question = std::move(question),
+                          answer](const BackgroundTasks::Task&) { *answer = answerTo(question); },
+                         [this, answer](const std::stop_token& stop) {
+                             if (!stop.stop_requested())
+                                 setAnswer(std::move(*answer));
+                         },
+                         noTime);
 }
 
 void WhatIsLeftOut::setAnswer(Answer answer)

@@ -65,17 +65,18 @@ void WhatMayGo::sumUp()
         return;
     // A tree of everyday size is summed up before the first frame.
     constexpr std::chrono::milliseconds noTime(30);
+    const auto sums = std::make_shared<std::optional<std::vector<HogSum>>>();
     work_ = tasks_.start(
-        [this, tree](const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
-            std::vector<HogSum> sums = HogSummary::of(*tree, placeLimit);
+        [tree, sums](const BackgroundTasks::Task&) {
+            sums->emplace(HogSummary::of(*tree, placeLimit));
             // Of their own: a URL of the tree keeps the names of all items of its folder.
-            for (HogSum& each : sums)
+            for (HogSum& each : **sums)
                 for (LargeFileEntry& found : each.places)
                     found.url = FileURL(found.url.path());
-            return [this, stop = task.stop, sums = std::move(sums)]() mutable {
-                if (!stop.stop_requested())
-                    setSums(std::move(sums));
-            };
+        },
+        [this, sums](const std::stop_token& stop) {
+            if (!stop.stop_requested())
+                setSums(std::move(*sums));
         },
         noTime);
 }

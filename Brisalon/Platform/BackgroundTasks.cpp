@@ -4,45 +4,54 @@
 #include <QEvent>
 
 #include <algorithm>
+#include <cerrno>
+#include <new>
+#include <system_error>
 #include <utility>
-#include <vector>
 
 namespace brisalon {
 
 BackgroundTasks::~BackgroundTasks()
 {
     // All at once, so that they stop side by side, before each is waited for.
-    for (std::jthread& thread : threads_)
-        thread.request_stop();
-    threads_.clear();
+    for (Running& running : running_)
+        running.thread.request_stop();
+    running_.clear();
 }
 
-std::stop_source BackgroundTasks::start(Work work, std::chrono::milliseconds patience)
+std::stop_source BackgroundTasks::start(Work work, LastStep last,
+                                        std::chrono::milliseconds patience)
 {
-    std::jthread& thread = threads_.emplace_back();
-    thread = std::jthread([this, &thread, work = std::move(work)](std::stop_token stop) {
-        Task task;
-        task.stop = std::move(stop);
-        task.report_ = [this, &thread](Step step) { say({&thread, std::move(step), false}); };
-        say({&thread, work(task), true});
-    });
-    const std::stop_source stop = thread.get_stop_source();
+    Running& running = running_.emplace_back();
+    running.last = std::move(last);
+    running.thread =
+        std::jthread([this, &running, work = std::move(work),
+                      end = std::list<Said>{{&running, {}}}](const std::stop_token& stop) mutable {
+            try {
+                Task task;
+                task.stop = stop;
+                task.report_ = [this, &running](Step step) { say({{&running, std::move(step)}}); };
+                work(task);
+            } catch (const std::bad_alloc&) {
+                // The last step says so.
+            }
+            say(std::move(end));
+        });
+    const std::stop_source stop = running.thread.get_stop_source();
     if (patience == std::chrono::milliseconds(0))
         return stop;
 
-    const auto isHis = [&thread](const Said& said) { return said.speaker == &thread; };
+    const auto isHis = [&running](const Said& said) { return said.speaker == &running; };
     std::unique_lock lock(mutex_);
     const bool hasEnded = hasSaid_.wait_for(lock, patience, [&] {
         return std::ranges::any_of(said_,
-                                   [&](const Said& said) { return isHis(said) && said.isLast; });
+                                   [&](const Said& said) { return isHis(said) && !said.step; });
     });
-    std::vector<Said> steps;
-    if (hasEnded) {
-        for (Said& said : said_) {
-            if (isHis(said))
-                steps.push_back(std::move(said));
-        }
-        std::erase_if(said_, isHis);
+    std::list<Said> steps;
+    for (auto next = said_.begin(); hasEnded && next != said_.end();) {
+        const auto said = next++;
+        if (isHis(*said))
+            steps.splice(steps.end(), said_, said);
     }
     lock.unlock();
     for (Said& said : steps)
@@ -50,14 +59,27 @@ std::stop_source BackgroundTasks::start(Work work, std::chrono::milliseconds pat
     return stop;
 }
 
-void BackgroundTasks::say(Said said)
+std::string BackgroundTasks::noMemory()
+{
+    return std::generic_category().message(ENOMEM);
+}
+
+void BackgroundTasks::say(std::list<Said> said)
 {
     {
         const std::lock_guard lock(mutex_);
-        said_.push_back(std::move(said));
+        said_.splice(said_.end(), said);
     }
     hasSaid_.notify_all();
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    for (bool isPosted = false; !isPosted;) {
+        try {
+            QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+            isPosted = true;
+        } catch (const std::bad_alloc&) {
+            // Nobody else would ever say it: until there is memory again.
+            std::this_thread::yield();
+        }
+    }
 }
 
 void BackgroundTasks::customEvent(QEvent*)
@@ -74,13 +96,15 @@ void BackgroundTasks::customEvent(QEvent*)
 
 void BackgroundTasks::doStep(Said said)
 {
-    if (said.isLast) {
-        const auto ended = std::ranges::find_if(
-            threads_, [&](const std::jthread& thread) { return &thread == said.speaker; });
-        ended->join();
-        threads_.erase(ended);
-    }
-    said.step();
+    if (said.step)
+        return said.step();
+    const auto ended =
+        std::ranges::find(running_, said.speaker, [](const Running& running) { return &running; });
+    const LastStep last = std::move(ended->last);
+    const std::stop_token stop = ended->thread.get_stop_token();
+    ended->thread.join();
+    running_.erase(ended);
+    last(stop);
 }
 
 } // namespace brisalon

@@ -4,11 +4,11 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <functional>
 #include <list>
 #include <mutex>
 #include <stop_token>
+#include <string>
 #include <thread>
 
 namespace brisalon {
@@ -23,11 +23,14 @@ public:
     /// Something that is done on the owner's thread.
     using Step = std::function<void()>;
 
+    /// What is done on the owner's thread when the work has ended, however that was. Told
+    /// whether it has been cancelled.
+    using LastStep = std::function<void(const std::stop_token& stop)>;
+
     /// What the work knows of its task; valid until it returns.
     class Task {
     public:
-        /// Whether it has been cancelled. It ends all the same by its last step.
-        std::stop_token stop;
+        std::stop_token stop; ///< whether it has been cancelled
 
         /// Has the step done, in its turn, while the work goes on.
         void report(Step step) const { report_(std::move(step)); }
@@ -36,9 +39,9 @@ public:
         friend class BackgroundTasks;
         std::function<void(Step)> report_;
     };
-    /// Returns the last step. The work itself is destroyed on its thread, and with it
-    /// what would take long to destroy.
-    using Work = std::function<Step(const Task&)>;
+    /// Destroyed on its thread, and with it what would take long to destroy. Ends early,
+    /// without a word, where there is no memory.
+    using Work = std::function<void(const Task&)>;
 
     BackgroundTasks() = default;
     /// Cancels all work and waits for it; steps that are not done yet are dropped.
@@ -48,16 +51,26 @@ public:
     /// may start further work or destroy this. Work that ends within `patience` is
     /// waited for, and its steps are done before this returns: what takes no time then
     /// needs no event loop. Returns what cancels the work.
-    std::stop_source start(Work work, std::chrono::milliseconds patience = {});
+    ///
+    /// What comes of the work lies in something that both share, made before: it says what
+    /// is to be said when there was no memory, until the work puts its result there. So the
+    /// last step never fails to come.
+    std::stop_source start(Work work, LastStep last, std::chrono::milliseconds patience = {});
+
+    /// What is to be said when there was no memory.
+    static std::string noMemory();
 
 private:
+    struct Running {
+        LastStep last;
+        std::jthread thread;
+    };
     struct Said {
-        const std::jthread* speaker;
-        Step step;
-        bool isLast;
+        const Running* speaker;
+        Step step; ///< none: it has ended
     };
 
-    void say(Said said);
+    void say(std::list<Said> said);
     void customEvent(QEvent* event) override;
     void doStep(Said said);
 
@@ -65,9 +78,9 @@ private:
     std::condition_variable hasSaid_;
     /// What the threads have said and nobody has done yet; an event is posted for each.
     /// Guarded by the mutex.
-    std::deque<Said> said_;
+    std::list<Said> said_;
     /// Last, so that they have ended before what they write to goes.
-    std::list<std::jthread> threads_;
+    std::list<Running> running_;
 };
 
 } // namespace brisalon

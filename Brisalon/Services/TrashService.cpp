@@ -62,28 +62,33 @@ void TrashService::moveToTrash(std::vector<TrashItem> items, Completion completi
 {
     // All that looks at each item happens elsewhere: a million of them take seconds.
     using Task = BackgroundTasks::Task;
-    using Step = BackgroundTasks::Step;
-    auto report = [this, life = std::weak_ptr(life_), completion = std::move(completion)](
-                      std::vector<Measured> asked, Workspace::Recycled recycled) {
+    struct Move {
+        std::vector<TrashItem> items;
+        std::vector<Measured> asked;
+        CleanReport report;
+    };
+    const auto made = std::make_shared<Move>();
+    made->items = std::move(items);
+    made->report.failures.push_back(BackgroundTasks::noMemory());
+    const auto report = [this, made, completion,
+                         life = std::weak_ptr(life_)](Workspace::Recycled recycled) {
         if (life.expired())
             return;
-        tasks_.start([asked = std::move(asked), recycled = std::move(recycled),
-                      completion](const Task&) -> Step {
-            return [completion, made = reportOf(recycled, asked)]() mutable {
-                completion(std::move(made));
-            };
-        });
+        made->report.movedCount = static_cast<std::int64_t>(recycled.moved.size());
+        tasks_.start(
+            [made, recycled = std::move(recycled)](const Task&) {
+                const std::vector<Measured> asked = std::move(made->asked);
+                made->report = reportOf(recycled, asked);
+            },
+            [made, completion](const std::stop_token&) { completion(std::move(made->report)); });
     };
-    tasks_.start([this, items = std::move(items),
-                  report = std::move(report)](const Task& task) mutable -> Step {
-        return
-            [this, report, asked = measured(items, task.stop), items = std::move(items)]() mutable {
-                workspace_.recycle(std::move(items), [report, asked = std::move(asked)](
-                                                         Workspace::Recycled recycled) mutable {
-                    report(std::move(asked), std::move(recycled));
-                });
-            };
-    });
+    tasks_.start([made](const Task& task) { made->asked = measured(made->items, task.stop); },
+                 [this, made, completion, report](const std::stop_token&) {
+                     if (made->asked.size() < made->items.size())
+                         completion(std::move(made->report));
+                     else
+                         workspace_.recycle(std::move(made->items), report);
+                 });
 }
 
 } // namespace brisalon

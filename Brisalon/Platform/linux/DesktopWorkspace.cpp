@@ -13,7 +13,7 @@
 #include <QStringList>
 #include <QUrl>
 
-#include <set>
+#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -42,34 +42,35 @@ std::string description(const TrashItem& item, const TrashFailure& failure)
     return std::string(item.url.lastPathComponent()) + ": " + reason;
 }
 
-Workspace::Recycled putAll(const std::vector<TrashItem>& items, const FileURL& homeTrash,
-                           const std::stop_token& stop)
+void putAll(const std::vector<TrashItem>& items, const FileURL& homeTrash,
+            const std::stop_token& stop, Workspace::Recycled& recycled)
 {
-    Workspace::Recycled recycled;
     // Before the first item moves, since there may be no memory for it afterwards.
     recycled.moved.reserve(items.size());
     // An item that is asked for twice is gone at its second turn.
     const auto results = DesktopTrash(homeTrash).put(items, stop);
-    for (std::size_t i = 0; i < items.size(); ++i) {
+    for (std::size_t i = 0; i < items.size(); ++i)
         if (const FileURL* const destination = std::get_if<FileURL>(&results[i]))
             recycled.moved.push_back({items[i].url, *destination});
-        else if (recycled.error.empty())
-            recycled.error = description(items[i], std::get<TrashFailure>(results[i]));
-    }
-    return recycled;
+    std::string error;
+    for (std::size_t i = 0; i < items.size() && error.empty(); ++i)
+        if (const TrashFailure* const failure = std::get_if<TrashFailure>(&results[i]))
+            error = description(items[i], *failure);
+    recycled.error = std::move(error);
 }
 
 } // namespace
 
 void DesktopWorkspace::recycle(std::vector<TrashItem> items, Completion completion)
 {
-    tasks_.start([items = std::move(items), completion = std::move(completion),
-                  homeTrash = DesktopTrash::homeTrash()](
-                     const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
-        return [completion, recycled = putAll(items, homeTrash, task.stop)]() mutable {
-            completion(std::move(recycled));
-        };
-    });
+    const auto recycled = std::make_shared<Recycled>();
+    recycled->error = BackgroundTasks::noMemory();
+    tasks_.start(
+        [items = std::move(items), homeTrash = DesktopTrash::homeTrash(), recycled](
+            const BackgroundTasks::Task& task) { putAll(items, homeTrash, task.stop, *recycled); },
+        [completion = std::move(completion), recycled](const std::stop_token&) {
+            completion(std::move(*recycled));
+        });
 }
 
 void DesktopWorkspace::reveal(const FileURL& item, Started started)
@@ -100,11 +101,14 @@ void DesktopWorkspace::reveal(const FileURL& item, Started started)
 
 void DesktopWorkspace::openTerminal(const FileURL& folder, Started started)
 {
-    tasks_.start([folder, started = std::move(started)](
-                     const BackgroundTasks::Task& task) -> BackgroundTasks::Step {
-        const bool hasStarted = startTerminal(folder, startTime, task.stop);
-        return [started, hasStarted] { started(hasStarted); };
-    });
+    const auto hasStarted = std::make_shared<bool>(false);
+    tasks_.start(
+        [folder, hasStarted](const BackgroundTasks::Task& task) {
+            *hasStarted = startTerminal(folder, startTime, task.stop);
+        },
+        [started = std::move(started), hasStarted](const std::stop_token&) {
+            started(*hasStarted);
+        });
 }
 
 bool DesktopWorkspace::openAddress(std::string_view address)
