@@ -19,9 +19,6 @@ namespace {
 
 constexpr std::size_t largeFileLimit = 50;
 
-/// What takes no time is done at once; otherwise the window goes on meanwhile.
-constexpr std::chrono::milliseconds noTime(30);
-
 /// The node without what lies below it; but that something does, one child still says.
 FileNode withoutItsTree(const FileNode& node)
 {
@@ -95,7 +92,7 @@ std::stop_source AppState::startWork(BackgroundTasks::Work work, BackgroundTasks
             countWork(-1);
             last(stop);
         },
-        noTime);
+        BackgroundTasks::noTime);
 }
 
 void AppState::setSidebarTab(SidebarTab tab)
@@ -309,7 +306,7 @@ void AppState::listDisks()
             *list = QList<LocalVolume>(found.begin(), found.end());
         },
         [this, list](const std::stop_token&) { assign(disks_, *list, &AppState::disksChanged); },
-        noTime);
+        BackgroundTasks::noTime);
 }
 
 void AppState::refreshVolume()

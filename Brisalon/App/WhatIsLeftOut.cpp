@@ -8,7 +8,7 @@
 #include <QLocale>
 
 #include <algorithm>
-#include <chrono>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -165,37 +165,23 @@ Answer answerTo(const Question& question)
 
 } // namespace
 
-void WhatIsLeftOut::setAppState(AppState* state)
+void WhatIsLeftOut::follow(AppState& state)
 {
-    if (state == state_)
-        return;
-    if (state_)
-        state_->disconnect(this);
-    state_ = state;
-    connect(state_, &AppState::omissionsChanged, this, &WhatIsLeftOut::workOut);
+    connect(&state, &AppState::omissionsChanged, this, &WhatIsLeftOut::workOut);
     workOut();
-    emit appStateChanged();
 }
 
 void WhatIsLeftOut::workOut()
 {
-    work_.request_stop();
-    work_ = std::stop_source(std::nostopstate);
-    Question question{state_->tree().hold(), state_->omissions(), state_->volume(),
-                      state_->snapshots().size()};
+    task_.cancel();
+    Question question{appState()->tree().hold(), appState()->omissions(), appState()->volume(),
+                      appState()->snapshots().size()};
     if (!question.tree || !question.omissions)
         return setAnswer({"Scan a folder first."});
     setAnswer({"Adding up…"});
-    // What takes no time is there before the first frame.
-    constexpr std::chrono::milliseconds noTime(30);
     const auto answer = std::make_shared<Answer>(Answer{displayText(BackgroundTasks::noMemory())});
-    work_ = tasks_.start([question = std::move(question),
-                          answer](const BackgroundTasks::Task&) { *answer = answerTo(question); },
-                         [this, answer](const std::stop_token& stop) {
-                             if (!stop.stop_requested())
-                                 setAnswer(std::move(*answer));
-                         },
-                         noTime);
+    task_.start([question = std::move(question), answer] { *answer = answerTo(question); },
+                [this, answer] { setAnswer(std::move(*answer)); });
 }
 
 void WhatIsLeftOut::setAnswer(Answer answer)

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "Brisalon/App/AppState.h"
-#include "Brisalon/Platform/BackgroundTasks.h"
+#include "Brisalon/App/AppStateList.h"
+#include "Brisalon/Platform/NewestTask.h"
 
-#include <QAbstractListModel>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
-#include <stop_token>
 #include <vector>
 
 namespace brisalon {
@@ -23,11 +21,9 @@ namespace brisalon {
 /// Worked out in the background of the newest scan, anew when another has ended; empty
 /// until then. Main thread. Without the application's model, which must outlive it, it is
 /// empty.
-class WhatIsLeftOut : public QAbstractListModel {
+class WhatIsLeftOut : public brisalon::AppStateList {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(brisalon::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged
-                   REQUIRED)
     Q_PROPERTY(QString explanation READ explanation NOTIFY workedOut)
     Q_PROPERTY(QString missingText READ missingText NOTIFY workedOut)
 
@@ -60,10 +56,7 @@ public:
         std::vector<Row> rows = {};
     };
 
-    using QAbstractListModel::QAbstractListModel;
-
-    AppState* appState() const { return state_; }
-    void setAppState(AppState* state);
+    using AppStateList::AppStateList;
 
     const QString& explanation() const { return answer_.explanation; }
     const QString& missingText() const { return answer_.missingText; }
@@ -73,19 +66,16 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 signals:
-    void appStateChanged();
     void workedOut();
 
 private:
+    void follow(AppState& state) override;
     void workOut();
     void setAnswer(Answer answer);
 
-    AppState* state_ = nullptr;
     Answer answer_;
-    /// The newest work; what older work has found is of a scan that is shown no more.
-    std::stop_source work_{std::nostopstate};
-    /// Last, so that all of it has ended before what it hands over to goes.
-    BackgroundTasks tasks_;
+    /// Last, so that it has ended before what it hands over to goes.
+    NewestTask task_;
 };
 
 } // namespace brisalon

@@ -6,7 +6,7 @@
 #include <QLocale>
 #include <QStringList>
 
-#include <chrono>
+#include <memory>
 #include <utility>
 
 namespace brisalon {
@@ -43,42 +43,29 @@ QString HogSumValue::spokenText() const
         .join(", ");
 }
 
-void WhatMayGo::setAppState(AppState* state)
+void WhatMayGo::follow(AppState& state)
 {
-    if (state == state_)
-        return;
-    if (state_)
-        state_->disconnect(this);
-    state_ = state;
-    connect(state_, &AppState::treeChanged, this, &WhatMayGo::sumUp);
+    connect(&state, &AppState::treeChanged, this, &WhatMayGo::sumUp);
     sumUp();
-    emit appStateChanged();
 }
 
 void WhatMayGo::sumUp()
 {
-    work_.request_stop();
-    work_ = std::stop_source(std::nostopstate);
+    task_.cancel();
     setSums(std::nullopt);
-    const FileNodeHold tree = state_->tree().hold();
+    const FileNodeHold tree = appState()->tree().hold();
     if (!tree)
         return;
-    // A tree of everyday size is summed up before the first frame.
-    constexpr std::chrono::milliseconds noTime(30);
     const auto sums = std::make_shared<std::optional<std::vector<HogSum>>>();
-    work_ = tasks_.start(
-        [tree, sums](const BackgroundTasks::Task&) {
+    task_.start(
+        [tree, sums] {
             sums->emplace(HogSummary::of(*tree, placeLimit));
             // Of their own: a URL of the tree keeps the names of all items of its folder.
             for (HogSum& each : **sums)
                 for (LargeFileEntry& found : each.places)
                     found.url = FileURL(found.url.path());
         },
-        [this, sums](const std::stop_token& stop) {
-            if (!stop.stop_requested())
-                setSums(std::move(*sums));
-        },
-        noTime);
+        [this, sums] { setSums(std::move(*sums)); });
 }
 
 void WhatMayGo::setSums(std::optional<std::vector<HogSum>> sums)
@@ -101,11 +88,11 @@ QString WhatMayGo::safeText() const
 
 QString WhatMayGo::explanation() const
 {
-    if (!state_ || !state_->tree().isPresent())
+    if (!appState() || !appState()->tree().isPresent())
         return QStringLiteral("Scan a folder first.");
     if (!sums_)
         return QStringLiteral("Adding up…");
-    const QString root = state_->tree().name();
+    const QString root = appState()->tree().name();
     if (sums_->empty())
         return QStringLiteral("Nothing in %1 is of a kind that is known to pile up.").arg(root);
     std::int64_t bytes = 0;
@@ -135,8 +122,6 @@ QVariant WhatMayGo::data(const QModelIndex& index, int role) const
     switch (role) {
     case entry:
         return QVariant::fromValue(place(index.row()));
-    case folder:
-        return displayPath(place(index.row()).url.deletingLastPathComponent().path());
     case sum:
         return QVariant::fromValue((*sums_)[at.sum]);
     case isFirst:
@@ -148,7 +133,7 @@ QVariant WhatMayGo::data(const QModelIndex& index, int role) const
 
 QHash<int, QByteArray> WhatMayGo::roleNames() const
 {
-    return {{entry, "entry"}, {folder, "folder"}, {sum, "sum"}, {isFirst, "isFirst"}};
+    return {{entry, "entry"}, {sum, "sum"}, {isFirst, "isFirst"}};
 }
 
 void WhatMayGo::show(int row)
@@ -157,11 +142,11 @@ void WhatMayGo::show(int row)
         return;
     // A copy, because the list may change under what is announced meanwhile.
     const LargeFileEntry shown = place(row);
-    state_->setSelectedLargeFileIDs({});
-    if (shown.id() == state_->tree()->id())
-        state_->jumpToBreadcrumb(state_->tree());
+    appState()->setSelectedLargeFileIDs({});
+    if (shown.id() == appState()->tree()->id())
+        appState()->jumpToBreadcrumb(appState()->tree());
     else
-        state_->revealLargeFile(shown);
+        appState()->revealLargeFile(shown);
 }
 
 } // namespace brisalon

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "Brisalon/App/AppState.h"
-#include "Brisalon/Platform/BackgroundTasks.h"
+#include "Brisalon/App/AppStateList.h"
+#include "Brisalon/Platform/NewestTask.h"
 #include "BrisalonCore/HogSummary.h"
 
-#include <QAbstractListModel>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 #include <cstddef>
 #include <optional>
-#include <stop_token>
 #include <vector>
 
 namespace brisalon {
@@ -46,11 +44,9 @@ private:
 /// Summed up in the background from the tree that the application shows, as soon as it
 /// shows one; empty until then and from the moment that the tree is replaced. Main thread.
 /// Without the application's model, which must outlive it, it is empty.
-class WhatMayGo : public QAbstractListModel {
+class WhatMayGo : public brisalon::AppStateList {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(brisalon::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged
-                   REQUIRED)
     Q_PROPERTY(QString safeText READ safeText NOTIFY summedUp)
     Q_PROPERTY(QString explanation READ explanation NOTIFY summedUp)
 
@@ -58,15 +54,11 @@ public:
     /// The roles, by their names in QML.
     enum Role {
         entry = Qt::UserRole, ///< the place, a LargeFileEntry
-        folder,               ///< the path of what it lies in, for people
         sum,                  ///< of its kind, a HogSum
         isFirst,              ///< of its kind
     };
 
-    using QAbstractListModel::QAbstractListModel;
-
-    AppState* appState() const { return state_; }
-    void setAppState(AppState* state);
+    using AppStateList::AppStateList;
 
     /// The bytes that may go without a second thought; empty when there are none.
     QString safeText() const;
@@ -81,7 +73,6 @@ public:
     Q_INVOKABLE void show(int row);
 
 signals:
-    void appStateChanged();
     void summedUp();
 
 private:
@@ -90,18 +81,16 @@ private:
         std::size_t place;
     };
 
+    void follow(AppState& state) override;
     void sumUp();
     void setSums(std::optional<std::vector<HogSum>> sums);
     const LargeFileEntry& place(int row) const;
 
-    AppState* state_ = nullptr;
     /// Nothing until they are known.
     std::optional<std::vector<HogSum>> sums_;
     std::vector<Row> rows_;
-    /// The newest work; what older work has found is of a tree that is shown no more.
-    std::stop_source work_{std::nostopstate};
-    /// Last, so that all of it has ended before what it hands over to goes.
-    BackgroundTasks tasks_;
+    /// Last, so that it has ended before what it hands over to goes.
+    NewestTask task_;
 };
 
 } // namespace brisalon

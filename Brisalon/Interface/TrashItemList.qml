@@ -52,30 +52,10 @@ ListView {
         Accessible.focusable: true
 
         content: [
-            ColumnLayout {
+            ItemWords {
                 spacing: 2
-
-                TextLabel {
-                    objectName: "itemName"
-                    Layout.fillWidth: true
-                    text: row.entry.name
-                    maximumLineCount: 1
-                    elide: Text.ElideMiddle
-                    font: Theme.rounded(Theme.callout, Font.Medium)
-                    color: Theme.text
-                    Accessible.ignored: true
-                }
-
-                TextLabel {
-                    objectName: "itemFolder"
-                    Layout.fillWidth: true
-                    text: row.entry.folderPath
-                    maximumLineCount: 1
-                    elide: Text.ElideMiddle
-                    font: Theme.system(Theme.caption2)
-                    color: Theme.muted
-                    Accessible.ignored: true
-                }
+                name: row.entry.name
+                place: row.entry.folderPath
             },
             DigitText {
                 text: row.entry.sizeText

@@ -6,14 +6,10 @@
 
 namespace brisalon {
 
-void TrashItemsModel::setAppState(AppState* state)
+void TrashItemsModel::follow(AppState& state)
 {
-    if (state == state_)
-        return;
-    state_ = state;
-    connect(state_, &AppState::confirmTrashChanged, this, &TrashItemsModel::replaceRows);
+    connect(&state, &AppState::confirmTrashChanged, this, &TrashItemsModel::replaceRows);
     replaceRows();
-    emit appStateChanged();
 }
 
 int TrashItemsModel::rowCount(const QModelIndex& parent) const
@@ -24,9 +20,9 @@ int TrashItemsModel::rowCount(const QModelIndex& parent) const
 QVariant TrashItemsModel::data(const QModelIndex& index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != entry ||
-        !state_->confirmTrash())
+        !appState()->confirmTrash())
         return {};
-    const TrashRequest& request = *state_->confirmTrash();
+    const TrashRequest& request = *appState()->confirmTrash();
     const auto row = static_cast<std::size_t>(index.row());
     const FileURL& url = request.urls[row];
     return QVariant::fromValue(LargeFileEntry{.url = url,
@@ -41,11 +37,11 @@ QHash<int, QByteArray> TrashItemsModel::roleNames() const
 
 void TrashItemsModel::replaceRows()
 {
-    if (!state_->confirmTrash())
+    if (!appState()->confirmTrash())
         return;
     constexpr std::size_t most = std::numeric_limits<int>::max();
     beginResetModel();
-    count_ = static_cast<int>(std::min(state_->confirmTrash()->urls.size(), most));
+    count_ = static_cast<int>(std::min(appState()->confirmTrash()->urls.size(), most));
     endResetModel();
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Brisalon/App/AppState.h"
+#include "Brisalon/App/AppStateList.h"
 
-#include <QAbstractListModel>
 #include <QtQml/qqmlregistration.h>
 
 namespace brisalon {
@@ -12,11 +11,9 @@ namespace brisalon {
 /// them, but are read no more.
 ///
 /// Main thread. The application's model outlives it.
-class TrashItemsModel : public QAbstractListModel {
+class TrashItemsModel : public brisalon::AppStateList {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(brisalon::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged
-                   REQUIRED)
 
 public:
     /// The role, by its name in QML.
@@ -24,22 +21,16 @@ public:
         entry = Qt::UserRole, ///< the item as a LargeFileEntry
     };
 
-    using QAbstractListModel::QAbstractListModel;
-
-    AppState* appState() const { return state_; }
-    void setAppState(AppState* state);
+    using AppStateList::AppStateList;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-signals:
-    void appStateChanged();
-
 private:
+    void follow(AppState& state) override;
     void replaceRows();
 
-    AppState* state_ = nullptr;
     int count_ = 0;
 };
 

@@ -57,7 +57,6 @@ AnswerView {
             id: cell
 
             required property largeFileEntry entry
-            required property string folder
             required property hogSum sum
             required property bool isFirst
             required property int index
@@ -110,33 +109,14 @@ AnswerView {
                 x: 24
                 width: parent.width - 48
                 isHovered: pointer.containsMouse
-                Accessible.name: cell.entry.spokenText + ", " + cell.folder
+                Accessible.name: cell.entry.spokenText + ", " + cell.entry.folderPath
                 Accessible.focusable: true
                 Accessible.onPressAction: view.show(cell.index)
 
                 content: [
-                    ColumnLayout {
-                        spacing: 3
-
-                        TextLabel {
-                            Layout.fillWidth: true
-                            text: cell.entry.name
-                            maximumLineCount: 1
-                            elide: Text.ElideMiddle
-                            font: Theme.rounded(Theme.callout, Font.Medium)
-                            color: Theme.text
-                            Accessible.ignored: true
-                        }
-
-                        TextLabel {
-                            Layout.fillWidth: true
-                            text: cell.folder
-                            maximumLineCount: 1
-                            elide: Text.ElideMiddle
-                            font: Theme.system(Theme.caption2)
-                            color: Theme.muted
-                            Accessible.ignored: true
-                        }
+                    ItemWords {
+                        name: cell.entry.name
+                        place: cell.entry.folderPath
                     },
                     DigitText {
                         text: cell.entry.sizeText

@@ -8,17 +8,11 @@
 
 namespace brisalon {
 
-void LargeFilesModel::setAppState(AppState* state)
+void LargeFilesModel::follow(AppState& state)
 {
-    if (state == state_)
-        return;
-    if (state_)
-        state_->disconnect(this);
-    state_ = state;
-    connect(state_, &AppState::largeFilesChanged, this, &LargeFilesModel::replaceRows);
-    connect(state_, &AppState::selectedLargeFileIDsChanged, this, &LargeFilesModel::updateTicks);
+    connect(&state, &AppState::largeFilesChanged, this, &LargeFilesModel::replaceRows);
+    connect(&state, &AppState::selectedLargeFileIDsChanged, this, &LargeFilesModel::updateTicks);
     replaceRows();
-    emit appStateChanged();
 }
 
 int LargeFilesModel::rowCount(const QModelIndex& parent) const
@@ -48,7 +42,7 @@ QHash<int, QByteArray> LargeFilesModel::roleNames() const
 void LargeFilesModel::replaceRows()
 {
     const LargeFileEntry* const current = currentRow_ >= 0 ? &files_[currentRow_] : nullptr;
-    const QList<LargeFileEntry> files = state_->largeFiles();
+    const QList<LargeFileEntry> files = appState()->largeFiles();
     int row = -1;
     if (current) {
         const auto same =
@@ -84,7 +78,7 @@ QList<int> LargeFilesModel::tickedRows() const
 {
     QList<int> rows;
     for (int row = 0; row < files_.size(); ++row) {
-        if (state_->selectedLargeFileIDs().contains(files_[row].id()))
+        if (appState()->selectedLargeFileIDs().contains(files_[row].id()))
             rows.append(row);
     }
     return rows;
@@ -95,7 +89,7 @@ void LargeFilesModel::tick(const QList<int>& rows)
     std::set<std::string> ids;
     for (const int row : rows)
         ids.insert(files_[row].id());
-    state_->setSelectedLargeFileIDs(std::move(ids));
+    appState()->setSelectedLargeFileIDs(std::move(ids));
 }
 
 void LargeFilesModel::setCurrentRow(int row)
@@ -135,7 +129,7 @@ void LargeFilesModel::reveal(int row)
 {
     // A copy, because the list may change under what is announced meanwhile.
     const LargeFileEntry file = files_[row];
-    state_->revealLargeFile(file);
+    appState()->revealLargeFile(file);
 }
 
 void LargeFilesModel::click(int row, int modifiers)
@@ -167,7 +161,7 @@ void LargeFilesModel::meanCurrent()
 {
     // Ticked but no longer listed is what a move has taken: the same key again would
     // hasten on to its neighbour.
-    if (state_->selectedLargeFileIDs().empty())
+    if (appState()->selectedLargeFileIDs().empty())
         mean(currentRow_);
 }
 
@@ -218,7 +212,7 @@ bool LargeFilesModel::press(int key, int modifiers)
         tickRange(static_cast<int>(files_.size()) - 1, false);
         return true;
     case Qt::Key_Escape:
-        if (state_->selectedLargeFileIDs().empty())
+        if (appState()->selectedLargeFileIDs().empty())
             return false;
         tick({});
         return true;

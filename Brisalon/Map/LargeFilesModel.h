@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Brisalon/App/AppState.h"
+#include "Brisalon/App/AppStateList.h"
 
-#include <QAbstractListModel>
 #include <QList>
 #include <QtQml/qqmlregistration.h>
 
@@ -18,11 +17,9 @@ namespace brisalon {
 /// something is ticked or cleared.
 ///
 /// Main thread. Without the application's model, which must outlive it, it is empty.
-class LargeFilesModel : public QAbstractListModel {
+class LargeFilesModel : public brisalon::AppStateList {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(brisalon::AppState* appState READ appState WRITE setAppState NOTIFY appStateChanged
-                   REQUIRED)
     /// -1 for none. Announced after every replacement of the rows, too.
     Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged)
 
@@ -33,10 +30,8 @@ public:
         isSelected,           ///< whether it is ticked
     };
 
-    using QAbstractListModel::QAbstractListModel;
+    using AppStateList::AppStateList;
 
-    AppState* appState() const { return state_; }
-    void setAppState(AppState* state);
     int currentRow() const { return currentRow_; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -69,10 +64,10 @@ public:
     Q_INVOKABLE void enter();
 
 signals:
-    void appStateChanged();
     void currentRowChanged();
 
 private:
+    void follow(AppState& state) override;
     void replaceRows();
     void updateTicks();
     /// Where the ticked files stand in the list, ascending.
@@ -86,7 +81,6 @@ private:
     void moveTo(int row, Qt::KeyboardModifiers modifiers);
     void reveal(int row);
 
-    AppState* state_ = nullptr;
     QList<LargeFileEntry> files_;
     /// The ticked rows, ascending.
     QList<int> ticked_;

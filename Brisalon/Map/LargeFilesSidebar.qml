@@ -144,30 +144,9 @@ ColumnLayout {
                     radius: 4
                     color: NodeColor.ofFile(row.entry)
                 },
-                ColumnLayout {
-                    spacing: 3
-
-                    TextLabel {
-                        objectName: "fileName"
-                        Layout.fillWidth: true
-                        text: row.entry.name
-                        maximumLineCount: 1
-                        elide: Text.ElideMiddle
-                        font: Theme.rounded(Theme.callout, Font.Medium)
-                        color: Theme.text
-                        Accessible.ignored: true
-                    }
-
-                    TextLabel {
-                        objectName: "folderName"
-                        Layout.fillWidth: true
-                        text: row.entry.folderName
-                        maximumLineCount: 1
-                        elide: Text.ElideMiddle
-                        font: Theme.system(Theme.caption2)
-                        color: Theme.muted
-                        Accessible.ignored: true
-                    }
+                ItemWords {
+                    name: row.entry.name
+                    place: row.entry.folderName
                 },
                 DigitText {
                     objectName: "fileSize"

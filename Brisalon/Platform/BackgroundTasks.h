@@ -43,6 +43,9 @@ public:
     /// without a word, where there is no memory.
     using Work = std::function<void(const Task&)>;
 
+    /// How long what is said to take no time may take: less than two frames.
+    static constexpr std::chrono::milliseconds noTime{30};
+
     BackgroundTasks() = default;
     /// Cancels all work and waits for it; steps that are not done yet are dropped.
     ~BackgroundTasks() override;

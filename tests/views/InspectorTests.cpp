@@ -281,7 +281,7 @@ TEST_F(InspectorTest, WhereItsPartsAre)
     const QRectF row = box("largeFile0");
     EXPECT_EQ(row, QRectF(column.left() + 16, row.top(), column.width() - 2 * 16, 60));
     EXPECT_EQ(box("colorBar", "largeFile0"), QRectF(row.left() + 10, row.top() + 12, 4, 36));
-    EXPECT_EQ(box("fileName", "largeFile0").left(), row.left() + 10 + 4 + 12);
+    EXPECT_EQ(box("itemName", "largeFile0").left(), row.left() + 10 + 4 + 12);
     EXPECT_EQ(box("fileSize", "largeFile0").right(), row.right() - 10);
     EXPECT_EQ(driver->find("colorBar", "largeFile0")->property("color").value<QColor>(),
               NodeColor::color(HogKind::none, "beach.mov"));
