@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <iterator>
 #include <sstream>
 #include <thread>
 
@@ -16,102 +15,71 @@
 #include <unistd.h>
 
 using namespace brisalon;
-using detail::isProtectedPath;
-using detail::isSkippedPath;
-using host::isProtectedPlace;
 using tests::TemporaryTree;
 
 namespace {
 
-/// The words.
-std::vector<std::string> split(const char* text)
+/// The rule holds for each of the paths but those with a "!".
+template <typename Rule>
+void expectThat(const Rule& rule, const char* paths)
 {
-    std::istringstream words(text);
-    return {std::istream_iterator<std::string>(words), {}};
+    std::istringstream words(paths);
+    for (std::string path; words >> path;) {
+        const bool expected = path[0] != '!';
+        EXPECT_EQ(rule(path.substr(expected ? 0 : 1)), expected) << path;
+    }
+}
+
+bool mayGo(const std::string& path)
+{
+    return SkipRules::shouldAllowDelete(FileURL(path));
 }
 
 TEST(SkipRules, PlacesThatAScanLeavesOut)
 {
-    for (const std::string& path :
-         split("/dev /dev/fd /net /net/host /proc /proc/1/fd /private/var/vm "
+    expectThat(detail::isSkippedPath,
+               "/dev /dev/fd /net /net/host /proc /proc/1/fd /private/var/vm "
                "/private/var/vm/sleepimage /private/var/vmstat /System /System/Library /cores "
-               "/cores/core.1 /.vol/ /.vol/1/2"))
-        EXPECT_TRUE(isSkippedPath(path)) << path;
-    for (const std::string& path :
-         split("/ /.vol /development /network /procs /Systems /System2 /system/x /DEV /private/var "
-               "/private/var/v /core /home/dev/x /home/System dev"))
-        EXPECT_FALSE(isSkippedPath(path)) << path;
-    EXPECT_FALSE(isSkippedPath(""));
+               "/cores/core.1 /.vol/ /.vol/1/2 !/ !/.vol !/development !/network !/procs !/Systems "
+               "!/system/x !/DEV !/private/var !/core !/home/dev/x !dev");
+    EXPECT_FALSE(detail::isSkippedPath(""));
 }
 
 TEST(SkipRules, PlacesThatAreNeverDeleted)
 {
-    for (const std::string& path :
-         split("/ /Applications /Users /Library /System /Volumes /private /opt /usr /System/x /bin "
+    expectThat(detail::isProtectedPath,
+               "/ /Applications /Users /Library /System /Volumes /private /opt /usr /System/x /bin "
                "/bin/ls /sbin /sbin/mount /usr/share/x /usr/local /usr/localized /Library/Apple/x "
-               "/private/var/vm /private/var/vmstat"))
-        EXPECT_TRUE(isProtectedPath(path)) << path;
-    for (const std::string& path :
-         split("/Applications/Example.app /Users/someone /Users/someone/x /usr/local/bin/tool "
-               "/opt/homebrew /Library/Caches/x /Library/Apple /Volumes/Backup /system/x /System2 "
-               "/binary /private/var /dev/x /cores/x"))
-        EXPECT_FALSE(isProtectedPath(path)) << path;
-    EXPECT_TRUE(isProtectedPath(""));
+               "/private/var/vm /private/var/vmstat !/Applications/Example.app !/Users/someone "
+               "!/usr/local/bin/tool !/opt/homebrew !/Library/Caches/x !/Library/Apple "
+               "!/Volumes/Backup !/system/x !/System2 !/binary !/private/var !/dev/x");
+    EXPECT_TRUE(detail::isProtectedPath(""));
+    const auto isProtected = [](const std::string& path) {
+        return host::isProtectedPlace(path, "/data/people/ann");
+    };
+    expectThat(isProtected,
+               "/boot /boot/vmlinuz /dev /etc /etc/passwd /etc/ssl/certs /home /lib /lib/modules "
+               "/lib32/x /lib64 /lib64/ld-linux.so /libx32 /media /mnt /nix /proc /proc/1/fd /root "
+               "/run /snap /srv /sys /sys/class /tmp /var /data /data/people /data/people/ann "
+               "!/home/bob !/homes !/etcetera/x !/lib128 !/media/disk !/mnt/data !/root/x !/run/x "
+               "!/srv/www !/tmp/x !/var/lib !/dev/x !/ETC/x !/data/people/ann/x !/data/people/an "
+               "!/data/people/anna !/data/people/bob !/dat !/people");
 }
 
-TEST(SkipRules, JudgeTheNormalisedPath)
-{
-    EXPECT_EQ(SkipRules::standardizedPath(FileURL("/a//b/./../c/")), "/a/c");
-    EXPECT_TRUE(SkipRules::shouldSkipDescending(FileURL("//nowhere/../dev")));
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL("/nowhere/..//System/./x")));
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL()));
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL("/nowhere/x")));
-}
-
-TEST(SkipRules, JudgeWhatALinkLeadsTo)
+TEST(SkipRules, JudgeTheNormalisedPathThatLinksLeadTo)
 {
     const TemporaryTree tree;
     tree.link("devices", "/dev");
     tree.link("chain", "devices");
     tree.link("programs", "/Applications");
-    EXPECT_TRUE(SkipRules::shouldSkipDescending(FileURL(tree.at("devices"))));
-    EXPECT_TRUE(SkipRules::shouldSkipDescending(FileURL(tree.at("chain/null"))));
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at("programs"))));
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("programs/Example.app"))));
     // "..", taken from the text first, undoes the link rather than its target.
-    EXPECT_EQ(SkipRules::standardizedPath(FileURL(tree.at("devices/../x"))), tree.at("x"));
-}
-
-/// Another home folder for as long as it lives.
-class Home {
-public:
-    explicit Home(const std::string& path)
-    {
-        if (const char* const home = std::getenv("HOME"))
-            before_ = home;
-        ::setenv("HOME", path.c_str(), 1);
-    }
-    Home(const Home&) = delete;
-    Home& operator=(const Home&) = delete;
-    ~Home() { ::setenv("HOME", before_.c_str(), 1); }
-
-private:
-    std::string before_;
-};
-
-TEST(ProtectedPlaces, TheFoldersThatTheSystemIsMadeOfAndTheHome)
-{
+    EXPECT_EQ(SkipRules::standardizedPath(FileURL(tree.at("devices/..//./x/"))), tree.at("x"));
     for (const std::string& path :
-         split("/boot /boot/vmlinuz /dev /etc /etc/passwd /etc/ssl/certs /home /lib /lib/modules "
-               "/lib32/x /lib64 /lib64/ld-linux.so /libx32 /media /mnt /nix /proc /proc/1/fd /root "
-               "/run /snap /srv /sys /sys/class /tmp /var /data /data/people /data/people/ann"))
-        EXPECT_TRUE(isProtectedPlace(path, "/data/people/ann")) << path;
-    for (const std::string& path :
-         split("/home/someone/x /home/bob /homes /etcetera/x /bootleg /library /lib128 /libs/x "
-               "/media/disk /mnt/data /root/x /run/x /srv/www /tmp/x /var/cache/x /var/lib "
-               "/systems /dev/x /Volumes/Backup /ETC/x /data/people/ann/x /data/people/an "
-               "/data/people/anna /data/people/bob /dat /people"))
-        EXPECT_FALSE(isProtectedPlace(path, "/data/people/ann")) << path;
+         {std::string("//nowhere/../dev"), tree.at("devices"), tree.at("chain/null")})
+        EXPECT_TRUE(SkipRules::shouldSkipDescending(FileURL(path))) << path;
+    expectThat(mayGo, "/nowhere/x !/nowhere/..//System/./x");
+    EXPECT_TRUE(mayGo(tree.at("programs/Example.app")) && !mayGo(tree.at("programs")));
+    EXPECT_FALSE(mayGo(""));
 }
 
 TEST(ProtectedPlaces, TheHomeIsWhereItsLinksLead)
@@ -119,16 +87,15 @@ TEST(ProtectedPlaces, TheHomeIsWhereItsLinksLead)
     const TemporaryTree tree;
     tree.folder("disk/ann/papers");
     tree.link("home", tree.at("disk"));
-    const Home home(tree.at("home/ann"));
-
-    for (const char* path : {"home/ann", "disk/ann", "disk", ""})
-        EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(tree.at(path)))) << path;
-    for (const char* path : {"disk/ann/papers", "disk/ann/missing"})
-        EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at(path)))) << path;
-
+    const char* const home = std::getenv("HOME");
+    const std::string before = home ? home : "";
+    const auto mayGoInTree = [&](const std::string& path) { return mayGo(tree.at(path)); };
+    ::setenv("HOME", tree.at("home/ann").c_str(), 1);
+    expectThat(mayGoInTree, "!home/ann !disk/ann !disk !. disk/ann/papers disk/ann/missing");
     // A home that is not absolute depends on where the program started: none.
-    const Home relative("disk");
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(tree.at("disk"))));
+    ::setenv("HOME", "disk", 1);
+    expectThat(mayGoInTree, "disk");
+    ::setenv("HOME", before.c_str(), 1);
 }
 
 TEST(ProtectedPlaces, WhereLinksAtTheTopOfTheSystemLead)
@@ -143,13 +110,9 @@ TEST(ProtectedPlaces, WhereLinksAtTheTopOfTheSystemLead)
     // The thread has a root of its own, which ends with it.
     std::thread([&] {
         isThere = ::unshare(CLONE_FS) == 0 && ::chroot(tree.path().c_str()) == 0;
-        if (!isThere)
-            return;
-        for (const char* path :
-             {"/data/opt", "/data/conf/etc", "/data/conf/etc/ssl", "/data/conf", "/data", "/opt"})
-            EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(path))) << path;
-        for (const char* path : {"/data/opt/tool", "/opt/tool", "/data/other"})
-            EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(path))) << path;
+        if (isThere)
+            expectThat(mayGo, "!/data/opt !/data/conf/etc !/data/conf/etc/ssl !/data/conf !/data "
+                              "!/opt /data/opt/tool /opt/tool /data/other");
     }).join();
     if (!isThere)
         GTEST_SKIP() << "needs the right to mount";
@@ -165,10 +128,10 @@ TEST(ProtectedPlaces, AVolumeBeyondTheLongestPath)
     const std::string half = path.substr(0, tree.path().size() + std::size_t{12} * (200 + 1));
     ASSERT_EQ(::chdir(half.c_str()), 0);
     const std::string rest = path.substr(half.size() + 1);
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(path)));
+    EXPECT_TRUE(mayGo(path));
     ASSERT_EQ(::mount("tmpfs", rest.c_str(), "tmpfs", 0, nullptr), 0);
-    EXPECT_FALSE(SkipRules::shouldAllowDelete(FileURL(path)));
-    EXPECT_TRUE(SkipRules::shouldAllowDelete(FileURL(path + "/x")));
+    EXPECT_FALSE(mayGo(path));
+    EXPECT_TRUE(mayGo(path + "/x"));
     ::umount(rest.c_str());
     ASSERT_EQ(::chdir("/"), 0);
 }

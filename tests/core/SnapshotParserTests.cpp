@@ -17,33 +17,17 @@ Tokens tokens(std::string_view output)
     return tests::tokens(SnapshotParser::parse(output));
 }
 
-TEST(SnapshotParser, OneSnapshotForEachLineWithAToken)
-{
-    EXPECT_EQ(SnapshotParser::parse("Snapshots for disk /:\n"
-                                    "com.apple.TimeMachine.2024-01-15-123456.local\n"
-                                    "\n"
-                                    "  com.apple.TimeMachine.2023-12-31-000000.local\t\n"
-                                    "com.apple.TimeMachine.2024-01-15-123456.local"),
-              (Snapshots{
-                  {"2024-01-15-123456", "com.apple.TimeMachine.2024-01-15-123456.local"},
-                  {"2023-12-31-000000", "com.apple.TimeMachine.2023-12-31-000000.local"},
-                  {"2024-01-15-123456", "com.apple.TimeMachine.2024-01-15-123456.local"},
-              }));
-}
-
 TEST(SnapshotParser, TheFirstTokenAnywhereInALine)
 {
     for (const auto& [line, token] :
          {std::pair("2024-01-15-123456 2024-01-16-123456", "2024-01-15-123456"),
-          {"992024-01-15-1234567", "2024-01-15-123456"},
-          {"0000-99-99-999999", "0000-99-99-999999"},
+          {"992024-99-15-1234567", "2024-99-15-123456"},
           {"2024-01-2024-01-15-123456", "2024-01-15-123456"},
           {"\xFF\xC3 2024-01-15-123456\xE2\x80", "2024-01-15-123456"}})
         EXPECT_EQ(tokens(line), Tokens{token});
     for (const char* line :
-         {"", "\n \r\n\t", "2024-01-15-12345", "2024.01.15.123456", "2024-1-15-123456",
-          "024-01-15-123456", "2024-01-15 123456", "2024\u201001-15-123456", "2024-01-15-12345x",
-          "2024-01-15-\n123456", "202\xC0\xB4-01-15-123456"})
+         {"", "\n \r\n\t", "2024-01-15-12345", "2024-1-15-123456", "2024\u201001-15-123456",
+          "2024-01-15-12345x", "2024-01-15-\n123456", "202\xC0\xB4-01-15-123456"})
         EXPECT_EQ(tokens(line), Tokens()) << line;
 }
 
