@@ -13,81 +13,74 @@ using namespace brisalon;
 
 namespace {
 
-/// A random tree of everything, with hogs of several kinds in one another; few different
-/// sizes, so that many are equal.
+/// A random tree of everything, with hogs of several kinds in one another and packages
+/// that hold something; few different sizes, so that many are equal.
 FileNode randomTree(std::mt19937& random, const FileURL& url, int depth)
 {
     std::vector<FileNode> children;
-    std::int64_t total = 0;
-    for (const std::string name :
-         {"n0", "n1", "n2", "node_modules", ".Trash", "logs", "disk.dmg", "Caches"}) {
+    for (const char* name :
+         {"n0", "n1", "n2.app", "node_modules", ".Trash", "logs", "disk.dmg", "Caches"}) {
         const FileURL child = url.appendingPathComponent(name);
         const auto size = static_cast<std::int64_t>(random() % 8) - 2;
         const auto choice = random() % 6;
-        if (choice == 0)
-            continue;
         if (choice == 1)
             children.push_back(
                 FileNodeBuilder::make(child, size + 100, NodeKind::smallFilesAggregate(3)));
-        else if (choice == 2)
-            children.push_back(FileNodeBuilder::make(url.appendingPathComponent(name + ".app"),
-                                                     size, NodeKind::package));
-        else if (choice == 3 || depth == 0)
+        else if (choice > 1 && (choice < 4 || depth == 0))
             children.push_back(FileNodeBuilder::make(child, size, NodeKind::file));
-        else
+        else if (choice > 3)
             children.push_back(randomTree(random, child, depth - 1));
-        total += children.back().allocatedSize();
     }
-    return FileNodeBuilder::make(url, total, NodeKind::directory, std::move(children));
+    std::int64_t total = 0;
+    for (const FileNode& child : children)
+        total += child.allocatedSize();
+    const bool isPackage = url.lastPathComponent().ends_with(".app");
+    return FileNodeBuilder::make(
+        url, total, isPackage ? NodeKind::package : NodeKind(NodeKind::directory), children);
 }
 
-/// The node, and all in it, as one meets them.
-std::vector<const FileNode*> all(const FileNode& root)
+using Nodes = std::vector<const FileNode*>;
+
+/// The node and all in it, as one meets them, but nothing that is in those.
+Nodes nodesIn(
+    const FileNode& root,
+    const std::function<bool(const FileNode&)>& isClosed = [](const FileNode&) { return false; })
 {
-    std::vector<const FileNode*> nodes{&root};
-    for (const FileNode& child : root.children())
-        std::ranges::copy(all(child), std::back_inserter(nodes));
+    Nodes nodes{&root};
+    if (!isClosed(root))
+        for (const FileNode& child : root.children())
+            std::ranges::copy(nodesIn(child, isClosed), std::back_inserter(nodes));
     return nodes;
 }
 
-LargeFileEntry entry(const FileNode& node)
+/// The largest, by sorting all.
+std::vector<LargeFileEntry> largest(Nodes nodes, std::size_t limit)
 {
-    return {node.url(), node.name(), node.allocatedSize(), node.hogKind(), node.risk()};
-}
-
-std::vector<LargeFileEntry> largest(std::vector<LargeFileEntry> entries, std::size_t limit)
-{
-    std::ranges::stable_sort(entries, std::ranges::greater(), &LargeFileEntry::allocatedSize);
-    if (entries.size() > limit)
-        entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(limit), entries.end());
+    std::ranges::stable_sort(nodes, std::ranges::greater(), &FileNode::allocatedSize);
+    std::vector<LargeFileEntry> entries;
+    for (std::size_t i = 0; i < std::min(limit, nodes.size()); ++i)
+        entries.push_back({nodes[i]->url(), nodes[i]->name(), nodes[i]->allocatedSize(),
+                           nodes[i]->hogKind(), nodes[i]->risk()});
     return entries;
 }
 
 TEST(LargeFiles, TopFilesAreThoseOfAFullStableSort)
 {
     std::mt19937 random(2);
+    const auto isPackage = [](const FileNode& node) { return node.kind() == NodeKind::package; };
     for (int round = 0; round < 100; ++round) {
-        const FileNode root = randomTree(random, FileURL("/r"), 3);
-        std::vector<LargeFileEntry> files;
-        for (const FileNode* node : all(root))
-            if (node->kind() == NodeKind::file || node->kind() == NodeKind::package)
-                files.push_back(entry(*node));
-        for (const std::size_t limit : {std::size_t{0}, std::size_t{1}, std::size_t{7},
-                                        std::size_t{50}, files.size(), SIZE_MAX})
-            ASSERT_EQ(LargeFiles::topFiles(root, limit), largest(files, limit)) << limit;
+        const FileNode tree = randomTree(random, FileURL("/r"), 3);
+        const Nodes all = nodesIn(tree);
+        for (const FileNode* root : {&tree, all[random() % all.size()]}) {
+            Nodes files = nodesIn(*root, isPackage);
+            std::erase_if(files, [&](const FileNode* node) {
+                return !isPackage(*node) && node->kind() != NodeKind::file;
+            });
+            for (const std::size_t limit : {std::size_t{0}, std::size_t{1}, std::size_t{7},
+                                            std::size_t{50}, files.size(), SIZE_MAX})
+                ASSERT_EQ(LargeFiles::topFiles(*root, limit), largest(files, limit)) << limit;
+        }
     }
-    const FileURL url("/r");
-    EXPECT_EQ(LargeFiles::topFiles(FileNodeBuilder::make(url, 3, NodeKind::file), 5).size(), 1U);
-    EXPECT_TRUE(
-        LargeFiles::topFiles(FileNodeBuilder::make(url, 3, NodeKind::smallFilesAggregate(1)), 5)
-            .empty());
-    // What is in a package is the package.
-    const FileNode package(url, "r", 2, NodeKind::package, HogKind::none, Risk::unknown,
-                           {FileNodeBuilder::make(FileURL("/r/in"), 2, NodeKind::file)}, {});
-    EXPECT_EQ(LargeFiles::topFiles(package, 5), std::vector{entry(package)});
-    EXPECT_EQ(LargeFiles::parentPath(FileURL("/r/in"), package), "/r");
-    EXPECT_EQ(LargeFiles::parentPath(FileURL("/r/a/b"), package), std::nullopt);
-    EXPECT_EQ(LargeFiles::parentPath(url, package), std::nullopt);
 }
 
 TEST(LargeFiles, FindsWhatAComparisonOfEveryPathFinds)
@@ -100,66 +93,56 @@ TEST(LargeFiles, FindsWhatAComparisonOfEveryPathFinds)
             children.push_back(randomTree(random, FileURL(path), 2));
         const FileNode root = FileNodeBuilder::make(FileURL(round % 2 ? "/" : "/n1"), 0,
                                                     NodeKind::directory, std::move(children));
-        const auto nodes = all(root);
+        const Nodes nodes = nodesIn(root);
         std::map<std::string, const FileNode*> first;
         for (const FileNode* node : nodes)
             first.emplace(node->id(), node);
-        for (const FileNode* node : nodes)
+        for (const FileNode* node : nodes) {
+            const std::string above = node->url().deletingLastPathComponent().path();
+            EXPECT_EQ(LargeFiles::parentPath(node->url(), root),
+                      first.contains(above) ? std::optional(above) : std::nullopt);
             for (const char* suffix : {"", "/", "/n0", "0", "_", "//n0"}) {
                 std::string path = node->id() + suffix;
-                const auto slash = path.rfind('/');
-                if (*suffix == '_' && slash != std::string::npos)
-                    path[slash] = '_'; // one name where there are two
-                if (*suffix == '_')
+                if (*suffix == '_') { // one name where there are two
                     path.pop_back();
+                    std::replace(path.begin() + 1, path.end(), '/', '_');
+                }
                 const auto expected = first.find(path);
                 ASSERT_EQ(LargeFiles::find(path, root),
                           expected == first.end() ? nullptr : expected->second)
                     << path;
             }
-    }
-}
-
-/// By recursion and sorting.
-std::vector<HogSum> plainSums(const FileNode& root, std::size_t limit)
-{
-    std::map<HogKind, HogSum> byKind;
-    const std::function<void(const FileNode&)> visit = [&](const FileNode& node) {
-        if (node.hogKind() == HogKind::none) {
-            std::ranges::for_each(node.children(), visit);
-            return;
         }
-        HogSum& sum = byKind[node.hogKind()];
-        sum.kind = node.hogKind();
-        sum.allocatedSize += node.allocatedSize();
-        ++sum.placeCount;
-        sum.places.push_back(entry(node));
-    };
-    visit(root);
-    std::vector<HogSum> sums;
-    for (auto& [kind, sum] : byKind) {
-        sum.places = largest(std::move(sum.places), limit);
-        if (sum.allocatedSize > 0)
-            sums.push_back(sum);
     }
-    std::ranges::stable_sort(sums, std::ranges::greater(), &HogSum::allocatedSize);
-    return sums;
 }
 
 TEST(HogSummary, CountsEveryByteOnceUnderItsOutermostHog)
 {
     std::mt19937 random(7);
     std::size_t kinds = 0;
+    const auto isHog = [](const FileNode& node) { return node.hogKind() != HogKind::none; };
     for (int i = 0; i < 100; ++i) {
         const FileNode tree = randomTree(random, FileURL("/home/u"), 3);
+        std::map<HogKind, Nodes> places;
+        for (const FileNode* node : nodesIn(tree, isHog))
+            if (isHog(*node))
+                places[node->hogKind()].push_back(node);
         for (const std::size_t limit : {0U, 1U, 3U, 1000U}) {
-            const auto sums = HogSummary::of(tree, limit);
-            EXPECT_EQ(sums, plainSums(tree, limit));
-            kinds = std::max(kinds, sums.size());
+            std::vector<HogSum> expected;
             std::int64_t safe = 0;
-            for (const HogSum& sum : sums)
-                safe += risk(sum.kind) == Risk::safe ? sum.allocatedSize : 0;
+            for (const auto& [kind, nodes] : places) {
+                std::int64_t bytes = 0;
+                for (const FileNode* node : nodes)
+                    bytes += node->allocatedSize();
+                if (bytes > 0)
+                    expected.push_back({kind, bytes, nodes.size(), largest(nodes, limit)});
+                safe += bytes > 0 && risk(kind) == Risk::safe ? bytes : 0;
+            }
+            std::ranges::stable_sort(expected, std::ranges::greater(), &HogSum::allocatedSize);
+            const auto sums = HogSummary::of(tree, limit);
+            EXPECT_EQ(sums, expected);
             EXPECT_EQ(HogSummary::safeBytes(sums), safe);
+            kinds = std::max(kinds, sums.size());
         }
     }
     EXPECT_GE(kinds, 3U);
