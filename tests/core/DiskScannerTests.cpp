@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <limits>
 #include <set>
@@ -51,35 +52,22 @@ TEST(DiskScanner, RefusesRootsThatAreNoFolders)
     EXPECT_TRUE(scanned(FileURL("/dev")).children().empty()) << "is left out of every scan";
 }
 
-TEST(DiskScanner, ScansTheTargetOfALinkedRoot)
+TEST(DiskScanner, ScansTheTargetOfALinkAndFoldsSmallFilesPerFolder)
 {
     TemporaryTree tree;
-    tree.file("real/file", 300 * kib);
     tree.link("link", "real");
+    tree.file("real/exact", 256 * kib);
+    tree.file("real/deep/only small", 4 * kib);
+    tree.file("real/tiny.app/Contents/binary", 4 * kib);
+    tree.file("real/.small-files-aggregate", 512 * kib);
     const Scan scan(FileURL(tree.at("link/../link/.")));
-    EXPECT_EQ(scan.tree(), referenceTree(tree.at("real"), 256 * kib));
     EXPECT_EQ(scan.reports.front().currentPath, tree.at("real"));
-}
-
-TEST(DiskScanner, FoldsSmallFilesPerFolderAndNothingElse)
-{
-    TemporaryTree tree;
-    tree.file("exact", 256 * kib);
-    tree.file("deep/only small", 4 * kib);
-    tree.file("tiny.app/Contents/binary", 4 * kib);
-    tree.link("link", "exact");
-    tree.file(".small-files-aggregate", 512 * kib);
-    const FileNode root = scanned(tree.url(), 256 * kib);
-    EXPECT_EQ(root, referenceTree(tree.path(), 256 * kib));
-    EXPECT_TRUE(LargeFiles::find(tree.at("exact"), root));
-    EXPECT_FALSE(LargeFiles::find(tree.at("link"), root));
-    const FileNode* aggregate = LargeFiles::find(tree.at("deep/.small-files-aggregate"), root);
-    ASSERT_TRUE(aggregate);
-    EXPECT_EQ(aggregate->name(), "1 small files");
-    EXPECT_EQ(aggregate->aggregateSources(), FileURLList({FileURL(tree.at("deep/only small"))}));
-    const FileNode* package = LargeFiles::find(tree.at("tiny.app"), root);
-    ASSERT_TRUE(package);
-    EXPECT_TRUE(package->kind() == NodeKind::package && package->children().empty());
+    EXPECT_EQ(scan.tree(), referenceTree(tree.at("real"), 256 * kib));
+    EXPECT_EQ(scan.tree().children().size(), 4U);
+    const FileNode* small =
+        LargeFiles::find(tree.at("real/deep/.small-files-aggregate"), scan.tree());
+    ASSERT_TRUE(small);
+    EXPECT_EQ(small->aggregateSources(), FileURLList({FileURL(tree.at("real/deep/only small"))}));
 }
 
 TEST(DiskScanner, AgreesWithThePlainestWalkOnRandomTrees)
@@ -134,32 +122,27 @@ TEST(DiskScanner, CancellationAndFailuresOfTheCallbackEndTheScanAtTheNextItem)
     for (int i = 0; i < 100; ++i)
         tree.file("d" + std::to_string(i % 5) + "/f" + std::to_string(i), 4 * kib);
 
+    const DiskScanner scanner{0, 1};
     std::stop_source before;
     before.request_stop();
     const auto never = [](const ScanProgress&) { ADD_FAILURE() << "a report"; };
-    EXPECT_TRUE(std::holds_alternative<TaskCancelled>(
-        DiskScanner{0, 1}.scan(tree.url(), never, before.get_token())));
+    EXPECT_EQ(scanner.scan(tree.url(), never, before.get_token()), ScanResult(TaskCancelled{}));
 
     for (const std::int64_t stopAt : {std::int64_t{0}, std::int64_t{50}, items - 1, items}) {
         std::stop_source source;
         std::int64_t last = -1;
-        const auto stop = [&](const std::function<void()>& way) {
-            return [&, way](const ScanProgress& report) {
-                last = report.visitedCount;
-                if (last == stopAt)
-                    way();
-            };
+        std::function<void()> stop = [] { throw std::runtime_error("no more"); };
+        const auto report = [&](const ScanProgress& progress) {
+            last = progress.visitedCount;
+            if (last == stopAt)
+                stop();
         };
-        EXPECT_THROW((void)(DiskScanner{0, 1}.scan(
-                         tree.url(), stop([] { throw std::runtime_error("no more"); }))),
-                     std::runtime_error);
-        const ScanResult result = DiskScanner{0, 1}.scan(
-            tree.url(), stop([&] { source.request_stop(); }), source.get_token());
+        EXPECT_THROW((void)scanner.scan(tree.url(), report), std::runtime_error);
+        stop = [&] { source.request_stop(); };
+        const ScanResult result = scanner.scan(tree.url(), report, source.get_token());
         EXPECT_EQ(last, stopAt) << "no report after the cancellation";
-        if (stopAt == items)
-            EXPECT_TRUE(std::holds_alternative<FileNode>(result)) << "no further item was met";
-        else
-            EXPECT_EQ(std::get<ScanError>(result), ScanError::cancelled);
+        EXPECT_EQ(result == ScanResult(ScanError::cancelled), stopAt < items)
+            << "after the last item there is nothing to cancel";
     }
 }
 
@@ -169,49 +152,43 @@ TEST(DiskScanner, ATaggedFolderIsACacheWithAllBelowIt)
     using enum HogKind;
     struct Row {
         const char* folder;
-        std::string text; ///< of the tag; without it, what is there has been made before
+        const char* tag; ///< the command of the shell that makes it
         HogKind own;
         HogKind below;
     };
-    const Row rows[] = {{"exact", tag, caches, caches},
-                        {"longer", tag + "\n# a comment", caches, caches},
-                        {"node_modules", tag, nodeModules, caches},
-                        {"short", tag.substr(0, tag.size() - 1), none, none},
-                        {"wrong", "signature" + tag.substr(9), none, none},
-                        {"late", ' ' + tag, none, none},
-                        {"folder", "", none, none},
-                        {"link", "", none, none},
-                        {"fifo", "", none, none},
-                        {"case", "", none, none}};
+    const Row rows[] = {{"exact", "printf $tag", caches, caches},
+                        {"longer", "printf $tag'\n# a comment'", caches, caches},
+                        {"node_modules", "printf $tag", nodeModules, caches},
+                        {"short", "printf ${tag%?}", none, none},
+                        {"wrong", "printf s${tag#?}", none, none},
+                        {"late", "printf '\n'$tag", none, none},
+                        {"folder", "rm $to; mkdir $to", none, none},
+                        {"link", "ln -sf ../exact/$to $to", none, none},
+                        {"fifo", "rm $to; mkfifo $to", none, none}};
     TemporaryTree tree;
-    tree.write("bundle.app/CACHEDIR.TAG", tag);
-    tree.folder("folder/CACHEDIR.TAG");
-    tree.link("link/CACHEDIR.TAG", "../exact/CACHEDIR.TAG");
-    tree.folder("fifo");
-    ASSERT_EQ(::mkfifo(tree.at("fifo/CACHEDIR.TAG").c_str(), 0600), 0);
-    tree.write("case/cachedir.tag", tag);
     for (const Row& row : rows) {
         const std::string folder = row.folder;
         tree.file(folder + "/deep/er/file", 300 * kib);
         tree.file(folder + "/before");
-        if (!row.text.empty())
-            tree.write(folder + "/CACHEDIR.TAG", row.text);
+        tree.file(folder + "/CACHEDIR.TAG");
         tree.file(folder + "/after");
+        const std::string commands = "IFS=; tag='" + tag + "'; to=CACHEDIR.TAG; cd '" +
+                                     tree.at(folder) + "' && { " + row.tag + "; } > $to";
+        ASSERT_EQ(std::system(commands.c_str()), 0);
     }
+    tree.write("bundle.app/CACHEDIR.TAG", tag);
     const FileNode root = scanned(tree.url(), 256 * kib);
-    const auto kindOf = [&](const std::string& relative) {
-        return LargeFiles::find(tree.at(relative), root)->hogKind();
-    };
     for (const Row& row : rows) {
-        const std::string folder = row.folder;
-        EXPECT_EQ(kindOf(folder), row.own) << folder;
+        SCOPED_TRACE(row.folder);
+        const std::string folder = tree.at(row.folder);
+        EXPECT_EQ(LargeFiles::find(folder, root)->hogKind(), row.own);
+        EXPECT_EQ(scanned(FileURL(folder)).hogKind(), row.own);
+        EXPECT_EQ(scanned(FileURL(folder + "/deep/er")).hogKind(), row.below);
         for (const char* const inside : {"/deep", "/deep/er", "/deep/er/file"})
-            EXPECT_EQ(kindOf(folder + inside), row.below) << folder;
-        EXPECT_EQ(scanned(FileURL(tree.at(folder))).hogKind(), row.own) << folder;
-        EXPECT_EQ(scanned(FileURL(tree.at(folder + "/deep/er"))).hogKind(), row.below) << folder;
+            EXPECT_EQ(LargeFiles::find(folder + inside, root)->hogKind(), row.below);
     }
-    EXPECT_EQ(kindOf("exact/.small-files-aggregate"), caches);
-    EXPECT_EQ(kindOf("bundle.app"), caches);
+    for (const char* const item : {"exact/.small-files-aggregate", "bundle.app"})
+        EXPECT_EQ(LargeFiles::find(tree.at(item), root)->hogKind(), caches);
     EXPECT_EQ(LargeFiles::find(tree.at("exact"), root)->risk(), Risk::safe);
     EXPECT_EQ(root.hogKind(), none);
 }

@@ -1,10 +1,13 @@
 #include "BrisalonCore/MountTable.h"
 
+#include "Words.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/sysmacros.h>
 
 using namespace brisalon;
+using tests::expectThat;
 
 namespace {
 
@@ -87,11 +90,9 @@ TEST(MountTable, WhatAnItemCarriesAlong)
                            "5 1 0:6 / /top/held/m rw - tmpfs none rw\n"
                            "6 1 0:7 / /top rw - tmpfs none rw\n"
                            "9 8 0:8 / /lost/m rw - tmpfs none rw\n");
-    for (const char* path : {"/", "/real", "/real/sub", "/real/sub/here/in", "/alias", "/alias/sub",
-                             "/alias/sub/here", "/lost"})
-        EXPECT_TRUE(table.carriesMount(path)) << path;
-    for (const char* path : {"/real/sub/here/x", "/alias/sub/here/in", "/top/held", "/al"})
-        EXPECT_FALSE(table.carriesMount(path)) << path;
+    expectThat([&](const std::string& path) { return table.carriesMount(path); },
+               "/ /real /real/sub /real/sub/here/in /alias /alias/sub /alias/sub/here /lost "
+               "!/real/sub/here/x !/alias/sub/here/in !/top/held !/al");
     EXPECT_EQ(table.mounts()[2].under, (StoredPlace{makedev(8, 1), "/real/sub/here"}));
     EXPECT_EQ(table.mounts()[0].under, std::nullopt);
 }

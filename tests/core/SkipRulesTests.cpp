@@ -1,5 +1,6 @@
 #include "BrisalonCore/SkipRules.h"
 
+#include "Words.h"
 #include "host/ProtectedPlaces.h"
 #include "scan/PathRules.h"
 #include "support/TemporaryTree.h"
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <sstream>
 #include <thread>
 
 #include <sched.h>
@@ -15,20 +15,10 @@
 #include <unistd.h>
 
 using namespace brisalon;
+using tests::expectThat;
 using tests::TemporaryTree;
 
 namespace {
-
-/// The rule holds for each of the paths but those with a "!".
-template <typename Rule>
-void expectThat(const Rule& rule, const char* paths)
-{
-    std::istringstream words(paths);
-    for (std::string path; words >> path;) {
-        const bool expected = path[0] != '!';
-        EXPECT_EQ(rule(path.substr(expected ? 0 : 1)), expected) << path;
-    }
-}
 
 bool mayGo(const std::string& path)
 {

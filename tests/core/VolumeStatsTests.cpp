@@ -1,12 +1,14 @@
 #include "BrisalonCore/VolumeStats.h"
 
 #include "BrisalonCore/ByteFormat.h"
+#include "Words.h"
 #include "host/Volume.h"
 #include "host/linux/RotatingDisk.h"
 #include "support/TemporaryTree.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <limits>
 
 #include <sys/statvfs.h>
@@ -27,7 +29,6 @@ TEST(VolumeStats, UsedPartAndFraction)
         double fraction;
     };
     for (const auto& [stats, used, fraction] : {Row{{500, 200}, 300, 0.6},
-                                                {{0, 0}, 0, 0},
                                                 {{-1, -9}, 8, 0},
                                                 {{100, 300}, 0, 0},
                                                 {{100, -50}, 150, 1},
@@ -72,46 +73,33 @@ TEST(VolumeStats, ReadsTheVolumeOfAnyItem)
 
 TEST(RotatingDisk, PartitionsAndMappedDevicesAreJudgedByWhatTheyArePartsOf)
 {
-    // A made-up copy of the system's folders of block devices: the disk's numbers, its
-    // folder, what it says of itself, whose parts it is made of, and whether it rotates.
-    struct Device {
-        unsigned major, minor;
-        const char* folder;
-        const char* rotational; ///< null for a partition
-        const char* model;
-        std::vector<const char*> parts;
-        bool isRotating;
-    };
-    const Device devices[] = {
-        {8, 0, "pci/ata1/sda", "1\n", "WDC WD10\n", {}, true},
-        {8, 2, "pci/ata1/sda/sda2", nullptr, "", {}, true},
-        {8, 16, "pci/ata2/sdb", "0\n", "WDC WD10\n", {}, false},
-        {8, 32, "pci/ata3/sdc", "1\n", "QEMU HARDDISK\n", {}, false},
-        {8, 48, "pci/ata4/sdd", "1\n", "VBOX HARDDISK\n", {}, false},
-        {254, 0, "pci/virtio0/vda", "1\n", "", {}, false},
-        {7, 0, "virtual/block/loop0", "1\n", "", {}, false},
-        {253, 0, "virtual/block/dm-0", "1\n", "", {"pci/ata2/sdb"}, false},
-        {253, 1, "virtual/block/dm-1", "0\n", "", {"pci/ata2/sdb", "pci/ata1/sda"}, true},
-        {253, 2, "virtual/block/dm-2", "1\n", "", {"virtual/block/dm-2"}, false},
-    };
+    // A made-up copy of the system's folders of block devices.
     const TemporaryTree tree;
-    for (const Device& device : devices) {
-        const std::string folder = std::string("devices/") + device.folder;
-        tree.link("block/" + std::to_string(device.major) + ':' + std::to_string(device.minor),
-                  tree.at(folder));
-        tree.write(folder + (device.rotational ? "/queue/rotational" : "/partition"),
-                   device.rotational ? device.rotational : "2\n");
-        if (*device.model)
-            tree.write(folder + "/device/model", device.model);
-        for (const std::string part : device.parts)
-            tree.link(folder + "/slaves/" + part.substr(part.rfind('/') + 1),
-                      tree.at("devices/" + part));
-    }
-    for (const Device& device : devices)
-        EXPECT_EQ(host::isRotatingDisk(device.major, device.minor, tree.at("block")),
-                  device.isRotating)
-            << device.folder;
-    EXPECT_FALSE(host::isRotatingDisk(0, 35, tree.at("block"))) << "no block device";
+    tree.folder("devices");
+    const std::string commands = "cd '" + tree.at("devices") + R"(' || exit 1
+disk() {
+    mkdir -p $1/queue $1/device $1/slaves
+    echo $2 > $1/queue/rotational
+    echo $3 > $1/device/model
+}
+disk ata1/sda 1 'WDC WD10'
+mkdir ata1/sda/sda2 && echo 2 > ata1/sda/sda2/partition
+disk ata2/sdb 0 'WDC WD10'
+disk ata3/sdc 1 'QEMU HARDDISK'
+disk virtio0/vda 1
+for i in 0 1 2 3; do disk virtual/block/dm-$i 1; done
+ln -s $PWD/ata2/sdb virtual/block/dm-1/slaves
+ln -s $PWD/ata2/sdb $PWD/ata1/sda virtual/block/dm-2/slaves
+ln -s $PWD/virtual/block/dm-3 virtual/block/dm-3/slaves)";
+    ASSERT_EQ(std::system(commands.c_str()), 0);
+    unsigned minor = 0;
+    const auto isRotating = [&](const std::string& device) {
+        tree.link("block/8:" + std::to_string(++minor), "../devices/" + device);
+        return host::isRotatingDisk(8, minor, tree.at("block"));
+    };
+    tests::expectThat(isRotating, "ata1/sda ata1/sda/sda2 !ata2/sdb !ata3/sdc !virtio0/vda "
+                                  "!virtual/block/dm-0 !virtual/block/dm-1 virtual/block/dm-2 "
+                                  "!virtual/block/dm-3 !missing");
 }
 
 TEST(ByteFormat, Samples)

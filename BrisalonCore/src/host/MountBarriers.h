@@ -35,7 +35,6 @@ public:
     /// the MountBarriers that it came from.
     class Place {
     public:
-        bool isEmpty() const noexcept { return barriers_.empty(); }
         bool isBarrier() const noexcept;
         /// The item of that name inside this folder.
         Place child(std::string_view name) const noexcept;
