@@ -24,7 +24,7 @@ try:
 except ImportError:
     print("skipped: needs python3-dbus")
     sys.exit(MISSING)
-need("dbus-daemon", "setpriv")
+need("dbus-daemon", "dbus-monitor", "setpriv")
 if not os.path.exists("/usr/share/dbus-1/services/org.a11y.Bus.service"):
     print("skipped: needs at-spi2-core")
     sys.exit(MISSING)
@@ -38,6 +38,9 @@ ROOT = "/org/a11y/atspi/accessible/root"
 # Numbers of the protocol.
 FOCUSABLE, FOCUSED, SELECTED, SHOWING = 11, 12, 23, 25
 ON_SCREEN = 0
+
+# In seconds; longer than an event is on its way.
+PAUSE = 0.25
 
 failures = []
 
@@ -126,7 +129,8 @@ class Item:
 
 
 class Session:
-    """Buses and a home folder, to which heirs add a display, with the program in it."""
+    """Buses, a log of what is told of the focus, and a home folder, to which heirs add a
+    display with a keyboard and a mouse; and the program in it."""
 
     def __init__(self, folder, **environment):
         self.folder = folder
@@ -156,7 +160,8 @@ class Session:
         with open(path, "wb") as out:
             out.write(b"x" * (megabytes << 20))
 
-    def begin_buses(self):
+    def begin(self, program):
+        self.begin_display()
         # The bus of the session starts the one for accessibility when it is asked for.
         daemon = self.start(["dbus-daemon", "--session", "--nofork", "--print-address"],
                             stdout=subprocess.PIPE)
@@ -164,11 +169,35 @@ class Session:
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
         session = dbus.bus.BusConnection(address)
         a11y = session.get_object("org.a11y.Bus", "/org/a11y/bus", introspect=False)
-        self.address = str(a11y.get_dbus_method("GetAddress", "org.a11y.Bus")())
-        self.bus = dbus.bus.BusConnection(self.address)
-
-    def begin_program(self, program):
+        address = str(a11y.get_dbus_method("GetAddress", "org.a11y.Bus")())
+        self.bus = dbus.bus.BusConnection(address)
+        self.events = os.path.join(self.folder, "events")
+        with open(self.events, "w") as log:
+            self.start(["dbus-monitor", "--address", address,
+                        "interface='org.a11y.atspi.Event.Object'"], stdout=log)
+        # The program tells only what somebody has asked to hear.
+        Item(self.bus, (REGISTRY, "/org/a11y/atspi/registry")).call(
+            REGISTRY, "RegisterEvent", "object:state-changed:focused")
         self.program = self.start([os.path.abspath(program)])
+
+    def told_focus(self, item):
+        """Whether an event has said that the item got the focus."""
+        with open(self.events) as log:
+            text = log.read()
+        start = f"path={item.key[1]};"
+        for event in text.split("signal time="):
+            if start in event and 'string "focused"' in event and "int32 1" in event:
+                return True
+        return False
+
+    def place(self, item):
+        """The item's middle, once it rests there."""
+        before, found = None, item.extents()
+        while before != found:
+            time.sleep(PAUSE)
+            before, found = found, item.extents()
+        x, y, width, height = found
+        return x + width // 2, y + height // 2
 
     def start(self, command, **options):
         # Nothing outlives this, however it ends; what the buses start ends with them.
@@ -202,7 +231,7 @@ def run(begin, journey):
     with tempfile.TemporaryDirectory(prefix="brisalon-desktop-") as folder:
         session = begin(folder)
         try:
-            session.begin()
+            session.begin(sys.argv[1])
             journey(session)
             check(session.program.poll() is None, "the program still runs")
         finally:

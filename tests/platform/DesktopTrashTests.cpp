@@ -263,17 +263,6 @@ TEST_F(DesktopTrashTest, AMoveThatWasKilledIsPutRightByTheNext)
     }
 }
 
-TEST_F(DesktopTrashTest, TheTrashItselfStays)
-{
-    tree.file("items/first");
-    const FileURL trashed = put(item("items/first"));
-    for (const char* path : {"data", "data/Trash", "data/Trash/files", "data/Trash/info",
-                             "data/Trash/files/first", "data/Trash/info/first.trashinfo"})
-        EXPECT_EQ(std::get<TrashFailure>(trash.put(item(path))).reason, Reason::refused) << path;
-    EXPECT_TRUE(restoreInfo(trashed));
-    EXPECT_EQ(infoNames().size(), 1U);
-}
-
 TEST_F(DesktopTrashTest, WhereTheHomeTrashIs)
 {
     const std::string before = std::getenv("XDG_DATA_HOME");

@@ -17,6 +17,7 @@
 #include <system_error>
 
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 namespace brisalon::tests {
 
@@ -60,40 +61,60 @@ protected:
 
 TEST_F(DesktopWorkspaceTest, WhatWasAskedAboutMovesAndTheRestIsNamed)
 {
-    for (const char* name : {"items/one", "items/two", "gone", "folder/inside"})
+    const std::string gone = "gone\xff";
+    for (const char* name : {"items/one", "items/two", "gone\xff", "folder/inside"})
         tree.file(name, 300'000);
-    tree.file("treasure");
-    tree.folder("data/Trash/info");
-    const TrashRequest request =
-        TrashRequest::make(urls({"items/one", "items/two", "gone", "data", "data/Trash/info",
-                                 "folder", "folder/inside", "folder"}),
-                           0);
-    tree.remove("gone");
+    tree.file("treasure", 300'000);
+    tree.link("link", "treasure");
+    tree.write("data/Trash/files/old", "");
+    tree.write("data/Trash/info/old.trashinfo", "");
+    std::vector<FileURL> asked =
+        urls({"items/one", "items/two", gone, "link", "data", "data/Trash/info",
+              "data/Trash/files/old", "folder", "folder/inside", "folder"});
+    const std::vector<FileURL> allowed = asked;
+    asked.insert(asked.begin(), {FileURL("/System/x"), FileURL("/etc/fstab")});
+    const TrashRequest request = TrashRequest::make(asked, 77);
+    EXPECT_EQ(request.urls, allowed);
+    EXPECT_EQ(request.blockedCount, 2);
+    EXPECT_TRUE(request.id().starts_with(tree.at("items/one|") + tree.at("items/two|")));
+    // What itself occupies: not what is in it, nor where it leads, nor twice.
+    std::int64_t bytes = 0;
+    for (const char* name : {"items/one", "link", "folder"}) {
+        struct stat status;
+        ASSERT_EQ(::lstat(tree.at(name).c_str(), &status), 0);
+        bytes += status.st_blocks * 512;
+    }
+    tree.remove(gone);
     tree.remove("items/two");
     tree.link("items/two", tree.at("treasure"));
+    // What was recorded is no part of what was asked.
+    EXPECT_EQ(request, TrashRequest::make(asked, 77));
+    EXPECT_NE(request, TrashRequest::make(asked, 2));
 
-    // The trash cannot hold what it lies in, nor what it needs; what is in a folder goes
-    // along with it. What the system says comes first.
-    const CleanReport report = move(request);
-    EXPECT_EQ(report.movedCount, 2);
-    EXPECT_GE(report.movedBytes, 300'000);
-    EXPECT_EQ(report.failures, (std::vector<std::string>{
-                                   "data: " + std::generic_category().message(EINVAL),
-                                   "Could not move two to Trash.", "Could not move gone to Trash.",
-                                   "Could not move data to Trash.", "Could not move info to Trash.",
-                                   "Could not move inside to Trash."}));
+    // The trash cannot hold what it lies in, nor what it needs or holds; what is in a folder
+    // goes along with it. What the system says comes first.
+    std::vector<std::string> failures{"data: " + std::generic_category().message(EINVAL)};
+    for (const std::string name : {"two", gone.c_str(), "data", "info", "old", "inside"})
+        failures.push_back("Could not move " + name + " to Trash.");
+    EXPECT_EQ(move(request), (CleanReport{3, bytes, failures}));
     EXPECT_EQ(namesIn(tree.at("items")), std::vector<std::string>{"two"});
     EXPECT_TRUE(exists(tree.at("treasure")));
     EXPECT_TRUE(exists(tree.at("data/Trash/files/folder/inside")));
     EXPECT_EQ(originOf(FileURL(tree.at("data/Trash/files/one"))), tree.at("items/one"));
+    EXPECT_EQ(namesIn(tree.at("data/Trash/info")).size(), 4U);
+    EXPECT_EQ(move({}), CleanReport{});
 }
 
 TEST_F(DesktopWorkspaceTest, AMoveStopsWithTheProgram)
 {
     constexpr int count = 10'000;
     bool isEnded = false;
-    workspace->recycle(TrashItem::record(manyFiles(count)),
-                       [&](const Workspace::Recycled&) { isEnded = true; });
+    const std::vector<TrashItem> items = TrashItem::record(manyFiles(count));
+    // Gone before the first moved, nobody is told of any.
+    TrashService(*workspace).moveToTrash(items, [&](const CleanReport&) { isEnded = true; });
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(exists(tree.at("data")));
+    workspace->recycle(items, [&](const Workspace::Recycled&) { isEnded = true; });
     while (namesIn(tree.at("data/Trash/files")).empty()) {
     }
     workspace.reset();
