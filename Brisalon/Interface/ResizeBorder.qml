@@ -41,9 +41,18 @@ Item {
         // Without a window manager nobody takes over, and the edge follows by hand.
         property bool resizesByHand: false
 
+        // Who takes over keeps the release to himself: until the next press nothing else
+        // would be hovered.
+        function letGo() {
+            visible = false;
+            visible = true;
+        }
+
         onPressed: mouse => {
             grip = mapToGlobal(mouse.x, mouse.y);
             resizesByHand = !Window.window.startSystemResize(edges);
+            if (!resizesByHand)
+                Qt.callLater(letGo);
         }
         onPositionChanged: mouse => {
             if (pressed && resizesByHand)

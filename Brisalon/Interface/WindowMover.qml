@@ -13,6 +13,13 @@ MouseArea {
     // Without a window manager nobody takes over, and the window follows by hand.
     property bool movesByHand: false
 
+    // Who takes over keeps the release to himself: until the next press nothing else would
+    // be hovered.
+    function letGo() {
+        visible = false;
+        visible = true;
+    }
+
     onPressed: mouse => {
         pressed = Qt.point(mouse.x, mouse.y);
         isMoving = false;
@@ -23,6 +30,8 @@ MouseArea {
         if (!isMoving && distance > 4) {
             isMoving = true;
             movesByHand = !window.startSystemMove();
+            if (!movesByHand)
+                Qt.callLater(letGo);
         } else if (isMoving && movesByHand) {
             window.x += mouse.x - pressed.x;
             window.y += mouse.y - pressed.y;
