@@ -87,17 +87,4 @@ TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
     EXPECT_FALSE(state->shouldShowMapHint()) << "gone for good after the first zoom";
 }
 
-TEST_F(NavigationTest, AClickOnTheMapEndsASelectionOfLargeFiles)
-{
-    state->setSelected(flat);
-    state->setSelectedLargeFileIDs({tree.at("root/flat.bin"), tree.at("root/outer/side.bin")});
-    EXPECT_EQ(state->selectedBytes(), 3 * mib);
-    ASSERT_EQ(state->selectedLargeFileEntries().size(), 2);
-    EXPECT_EQ(state->selectedLargeFileEntries()[0].name, "side.bin") << "in the list's order";
-
-    state->select(outer);
-    EXPECT_TRUE(state->selectedLargeFileIDs().empty());
-    EXPECT_EQ(state->selectedBytes(), 5 * mib);
-}
-
 } // namespace brisalon::tests

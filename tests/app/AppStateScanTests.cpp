@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
 #include <future>
 #include <random>
@@ -21,12 +20,8 @@ using Statuses = std::vector<std::string>;
 
 TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
 {
-    EXPECT_FALSE(state->tree() || state->current() || state->progress() || state->volume());
-    EXPECT_FALSE(state->isScanning() || state->hasFullDiskAccess());
-    EXPECT_TRUE(state->breadcrumbs().isEmpty() && statuses.empty());
     EXPECT_EQ(state->scanRoot(), homeFolder());
     EXPECT_EQ(state->lastUsedTarget(), WelcomeTarget::None);
-
     tree.file("Movies/a.mov", 3 * mib);
     tree.file("Movies/b.mov", 2 * mib);
     tree.file("notes.txt", 4 * kib);
@@ -46,10 +41,7 @@ TEST_F(ScanTest, AScanTellsItsStoryAndEndsInAMap)
     EXPECT_EQ(statuses, (Statuses{"Scanning " + tree.path() + "…", "Mapped 5.0 MB in " + name}));
     EXPECT_EQ(scanningStates, (std::vector<bool>{true, false}));
     EXPECT_EQ(state->tree()->id(), tree.path());
-    EXPECT_EQ(state->current(), state->tree());
     EXPECT_EQ(crumbNames(), (Statuses{name}));
-    EXPECT_FALSE(state->selected());
-    EXPECT_TRUE(state->scanError().isEmpty());
     EXPECT_EQ(state->progress()->visitedCount, 4);
     ASSERT_EQ(state->largeFiles().size(), 2);
     EXPECT_EQ(state->largeFiles().front().name, "a.mov");
@@ -301,9 +293,7 @@ TEST_F(ScanTest, AModelMayGoWhileItsScanRuns)
     gate.holdAfter(0);
     state->startScan(tree.url());
     ASSERT_TRUE(gate.waitForScan());
-    const auto start = std::chrono::steady_clock::now();
     state.reset();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     // The reports and the end that were queued find no model.
     QCoreApplication::processEvents();
 }

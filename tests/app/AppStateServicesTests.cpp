@@ -2,7 +2,6 @@
 
 #include "ModelFixture.h"
 
-#include "BrisalonCore/FileNodeBuilder.h"
 #include "support/Files.h"
 #include "support/Script.h"
 
@@ -47,10 +46,6 @@ TEST_F(ServicesTest, SnapshotsAreListedAfterAScanAndDeletedWhenConfirmed)
     EXPECT_EQ(state->snapshots()[0].title(), QString::fromUtf8("2024-01-15 · 12:34"));
 
     const LocalSnapshotValue first = state->snapshots()[0];
-    state->setConfirmSnapshot(first);
-    state->dismissSnapshot();
-    state->confirmPendingSnapshot(); // nothing waits any more
-    EXPECT_EQ(state->snapshots().size(), 2);
     EXPECT_EQ(deleteSnapshot(first), "Deleted local snapshot 2024-01-15-123456.");
     ASSERT_EQ(state->snapshots().size(), 1);
 
@@ -141,9 +136,6 @@ TEST_F(ServicesTest, ThePermissionIsNoticedWhenItComesAndWhenItGoes)
     fileAccess.isHiding = true;
     state->refreshPermission();
     EXPECT_EQ(shown(), "thanks ") << "losing it changes nothing else";
-    state->setFDAJustGranted(false);
-    EXPECT_EQ(shown(), "banner");
-
     fileAccess.isHiding = false;
     scan(tree.url());
     EXPECT_EQ(shown(), "granted thanks ") << "asked again after every scan";
@@ -173,25 +165,6 @@ TEST_F(ServicesTest, RevealsLargeFilesInTheMap)
     EXPECT_EQ(state->selected().name(), "a");
     state->revealLargeFile({FileURL("/elsewhere/x"), "x", 1, HogKind::none, Risk::unknown});
     EXPECT_EQ(state->current().name(), "a") << "not part of the tree: nothing happens";
-}
-
-TEST_F(ServicesTest, RevealsAFileInATreeOfAbsurdDepth)
-{
-    constexpr int depth = 5000;
-    std::vector<FileURL> urls{FileURL("/d")};
-    for (int level = 0; level < depth; ++level)
-        urls.push_back(urls.back().appendingPathComponent("d"));
-    FileNode node = FileNodeBuilder::make(urls.back(), mib, NodeKind::file);
-    for (int level = depth - 1; level >= 0; --level)
-        node = FileNodeBuilder::make(urls[static_cast<std::size_t>(level)], mib,
-                                     NodeKind::directory, {node});
-    startOver([node](auto&&...) -> ScanResult { return node; });
-    scan(urls.front());
-    state->revealLargeFile(state->largeFiles().first());
-    ASSERT_EQ(state->breadcrumbs().size(), depth);
-    EXPECT_TRUE(state->breadcrumbs().last()->url() == urls[depth - 1]);
-    EXPECT_EQ(state->current(), state->breadcrumbs().last());
-    EXPECT_TRUE(state->selected()->url() == urls.back());
 }
 
 TEST_F(ServicesTest, RevealsItemsInTheFileManager)

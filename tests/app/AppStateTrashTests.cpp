@@ -58,7 +58,6 @@ TEST_F(TrashTest, AsksForWhatIsSelectedAndSaysWhyNot)
     EXPECT_EQ(state->statusMessage(), before);
     state->dismissTrash();
     EXPECT_FALSE(state->confirmTrash());
-    EXPECT_EQ(state->trashQuestion(), TrashQuestion(std::nullopt));
 
     // An aggregate stands for its files.
     state->setSelected(child(folder, ".small-files-aggregate"));

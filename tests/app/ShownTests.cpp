@@ -1,6 +1,5 @@
 // What the views make of the model where that is more than showing a field.
 
-#include "Brisalon/App/MapPlace.h"
 #include "Brisalon/App/ScanTargets.h"
 #include "Brisalon/App/StatusLine.h"
 #include "BrisalonCore/FileNodeBuilder.h"
@@ -13,7 +12,6 @@ namespace brisalon::tests {
 namespace {
 
 const FileNodeValue none;
-const FileNodeHold empty = heldTree(FileNodeBuilder::make(FileURL("/e"), 0, NodeKind::directory));
 const FileNodeHold full =
     heldTree(FileNodeBuilder::make(FileURL("/f"), 1, NodeKind::directory,
                                    {FileNodeBuilder::make(FileURL("/f/a"), 1, NodeKind::file)}));
@@ -45,24 +43,6 @@ TEST(StatusLineTest, TellsOfTheScanThenOfFailuresThenTheLastMessage)
                   row.isOfFailures)
             << row.text;
     }
-}
-
-TEST(MapPlaceTest, HoldsTheFirstThatApplies)
-{
-    using Content = MapPlace::Content;
-    const struct {
-        const char* error;
-        FileNodeValue tree;
-        FileNodeValue current;
-        bool isScanning;
-        Content content;
-    } rows[] = {
-        {"", none, none, false, Content::Welcome},  {"", none, none, true, Content::FirstScan},
-        {"x", none, none, false, Content::Failure}, {"x", full, full, false, Content::Map},
-        {"", full, full, true, Content::Map},       {"", full, empty, false, Content::EmptyFolder},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(MapPlace::content(row.error, row.tree, row.current, row.isScanning), row.content);
 }
 
 TEST(ScanTargetsTest, AreShownWhenTheMapIsTheirs)

@@ -16,7 +16,6 @@ TEST(LegendKindsTest, ListsEachHogOnceInTheOrderOfTheLevelAndAnnouncesChangesAlo
         const char* entries;
         int changes;
     } rows[] = {
-        {{{"plain", 2}, {"other", 1}}, "", 0},
         {{{"node_modules", 2}, {"a.iso", 1}}, "node_modules, Installer, ", 1},
         {{{"x/node_modules", 7}, {"b.iso", 5}, {"c.iso", 3}}, "node_modules, Installer, ", 1},
         {{{"Library/Caches/b", 9}, {"plain", 8}, {"Library/Logs", 7}, {"Library/Caches/a", 6}},

@@ -50,22 +50,13 @@ TEST_F(GeometryTest, Sidebar)
 {
     home.file("a.bin", mib);
     start();
-    EXPECT_EQ(box("sidebar"), QRectF(0, 0, 248, 820));
-    const QRectF card = box("diskRingCard");
-    EXPECT_EQ(card, QRectF(16, 124, 248 - 2 * 16, 80));
-    EXPECT_EQ(box("ring"), QRectF(card.left() + 12, card.top() + 12, 56, 56));
     EXPECT_TRUE(isShown(QString::number(state().volume().usedPercent())));
-    const char* const parts[] = {"diskRingCard", "SCAN", "Pick a scan target in the map →",
-                                 "homeTarget", "thisMacTarget"};
-    for (const auto& [i, gap] : {std::pair{1, 32}, {2, 20}, {3, 20}, {4, 4}})
-        EXPECT_EQ(below(parts[i - 1], parts[i]), gap) << parts[i];
+    EXPECT_EQ(below("diskRingCard", "SCAN"), 32);
     EXPECT_FALSE(driver->find("homeTarget")->isEnabled());
     EXPECT_FALSE(isShown("sidebarRescan") || isShown("scanningCard"));
 
     beginScan();
     ASSERT_TRUE(waitFor([&] { return text("statusText").startsWith("Scanning · "); }));
-    EXPECT_EQ(below("folderTarget", "scanningCard"), 12 + 16);
-    EXPECT_EQ(box("Cancel").bottomLeft(), box("scanningCard").bottomLeft() + QPointF(12, -12));
     EXPECT_GE(box("cancelButton").height(), 22) << "as easy to hit as other buttons";
     EXPECT_GE(box("cancelButton").width(), 44);
     driver->find("scannedPath")->setProperty("text", "/a/long" + QString("/way").repeated(40));
@@ -74,7 +65,6 @@ TEST_F(GeometryTest, Sidebar)
     EXPECT_EQ(color("statusDot"), Theme::accent());
     endScan();
     EXPECT_EQ(color("statusDot"), Theme::success());
-    EXPECT_EQ(below("folderTarget", "sidebarRescan"), 12 + 8);
     EXPECT_TRUE(driver->find("homeTarget")->isEnabled());
     EXPECT_TRUE(property("homeTarget", "isActive").toBool());
 }
@@ -82,39 +72,18 @@ TEST_F(GeometryTest, Sidebar)
 TEST_F(GeometryTest, MapWithItsBars)
 {
     startWithMap({{"node_modules/a.js", 4}, {"setup.iso", 2}, {"Movies/c.mov", 3}});
+    const QRectF header = box("mapHeaderBar");
+    const QRectF pane(header.bottomLeft(), QPointF(header.right(), box("statusBar").top()));
+    EXPECT_EQ(box("mapPanel"), pane.adjusted(16, 16, -16, -16));
+    EXPECT_EQ(box("hogLegend").bottom(), box("mapPanel").bottom() - 12);
+    EXPECT_EQ(below("treemapView", "hogLegend"), 12);
+    EXPECT_EQ(box("node_modules", "hogLegend").left(), box("hogLegend").left() + 10 + 10 + 6);
     enterBlock("Movies");
     ASSERT_TRUE(driver->waitForMap());
-
-    const QRectF header = box("mapHeaderBar");
-    EXPECT_EQ(header.topLeft(), QPointF(248, 0));
-    EXPECT_EQ(header.right(), 1280 - 380);
-    EXPECT_NEAR(box("crumb0").left(), box("upButton").right() + 12, 0.5);
-    // Between the crumbs stand 4 points, the separator, and 4 points.
     EXPECT_NEAR(box("crumb1").left(), box("crumb0").right() + 8 + 12, 2);
-    const QRectF trash = box("trashButton");
-    EXPECT_EQ(trash.bottomRight(), header.bottomRight() - QPointF(20, 12));
-    EXPECT_EQ(box("selectionChip").right(), trash.left() - 12);
-    // The chip is a whole number of points wide, its text need not be.
-    EXPECT_NEAR(box("selectionSize").width(), box("selectionChip").width() - 2 * 10, 1);
-
-    const QRectF status = box("statusBar");
-    EXPECT_EQ(status.bottomLeft(), QPointF(248, 820));
-    EXPECT_EQ(status.right(), 1280);
-
-    const QRectF pane(header.bottomLeft(), QPointF(header.right(), status.top()));
-    EXPECT_EQ(box("mapPanel"), pane.adjusted(16, 16, -16, -16));
+    EXPECT_EQ(box("trashButton").bottomRight(), header.bottomRight() - QPointF(20, 12));
     EXPECT_EQ(box("treemapView"), box("mapPanel").adjusted(12, 12, -12, -12))
         << "no legend on a level without hogs";
-
-    clickOn("crumb0");
-    ASSERT_TRUE(driver->waitForMap());
-    const QRectF legend = box("hogLegend");
-    EXPECT_EQ(legend.bottom(), box("mapPanel").bottom() - 12);
-    EXPECT_EQ(below("treemapView", "hogLegend"), 12);
-    const QRectF first = box("node_modules", "hogLegend");
-    EXPECT_EQ(first.left(), legend.left() + 10 + 10 + 6);
-    // The chip's right padding, the gap and the next chip's left part.
-    EXPECT_EQ(box("Installer", "hogLegend").left(), first.right() + 10 + 8 + 10 + 10 + 6);
 }
 
 TEST_F(GeometryTest, ALongWayLeavesRoomForOthers)

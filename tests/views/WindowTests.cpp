@@ -188,9 +188,7 @@ TEST_F(WindowTest, TheFolderPanelScansTheFolderThatItNamesAndNothingWhenDismisse
         // The window has no keyboard after the first, as nobody manages windows here.
         isDismissed ? press(Qt::Key_O, Qt::ControlModifier) : state().pickFolderAndScan();
         ASSERT_TRUE(waitFor([&] { return panel() != nullptr; }));
-        EXPECT_TRUE(panel()->isModal());
         EXPECT_EQ(panel()->labelText(QFileDialog::Accept), "Scan");
-        EXPECT_EQ(panel()->fileMode(), QFileDialog::Directory);
         EXPECT_EQ(panel()->directory().path().toStdString(), home.path());
         panel()->selectFile(QString::fromStdString(home.at("Movies")));
         QMetaObject::invokeMethod(panel(), isDismissed ? "reject" : "accept");
