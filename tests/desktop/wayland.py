@@ -215,8 +215,10 @@ class WaylandSession(Session):
 
     def take_over(self, window):
         """What the compositor does for a window: places and sizes."""
-        wait_for(self.frame, "the compositor shows it")
-        x, y, width, height = self.frame()
+        x, y, width, height = wait_for(self.frame, "the compositor has it")
+        # Which has a place for the window before it shows it; a press there is on nothing.
+        wait_for(lambda: self.colour(x + 9, y + 9) != self.colour(x - 9, y - 9),
+                 "the compositor shows it")
         check([width, height] == SIZE, f"the window starts at {width}x{height}")
 
         def drag(*stretch):
