@@ -45,6 +45,9 @@ PanelStyle {
             state: isZooming ? "away" : ""
         });
         if (old && isZooming) {
+            // As large as it was: the legend of the new level may leave the map more room or
+            // less, which the old one has no picture for.
+            old.anchors.fill = undefined;
             old.state = "gone";
             view.state = "";
         } else if (old) {

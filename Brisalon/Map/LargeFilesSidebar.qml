@@ -91,7 +91,7 @@ ColumnLayout {
         onActiveFocusChanged: {
             if (activeFocus)
                 sidebar.files.enter();
-            else
+            else if (Window.active) // and not when the window itself loses the keyboard
                 showsFocus = true;
         }
         // Before the command itself: it acts on what the ring shows.

@@ -95,10 +95,15 @@ void MapSceneNode::showBase(QSGTexture* texture, QSizeF size, QSGTexture::Filter
         base_->setFiltering(filtering);
 }
 
-void MapSceneNode::show(QSizeF size, QSGTexture::Filtering filtering)
+void MapSceneNode::stretch(double horizontally, double vertically)
 {
-    removeMarks();
-    showBase(bright_.get(), size, filtering);
+    QMatrix4x4 stretched;
+    stretched.scale(static_cast<float>(horizontally), static_cast<float>(vertically));
+    if (stretched == matrix())
+        return;
+    setMatrix(stretched);
+    if (!stretched.isIdentity())
+        base_->setFiltering(QSGTexture::Linear);
 }
 
 void MapSceneNode::show(const MapPicture& picture, const MapMarks& marks,

@@ -30,20 +30,20 @@ struct MapMarks {
 /// over it out of the bright one. Outlines come on top.
 ///
 /// Lives on the render thread, like every node.
-class MapSceneNode : public QSGNode {
+class MapSceneNode : public QSGTransformNode {
 public:
     MapSceneNode(QQuickWindow* window, const MapLayers& layers);
     ~MapSceneNode() override;
 
-    /// One of the `show` must follow.
+    /// `show` must follow.
     void replaceLayers(const MapLayers& layers);
-
-    /// Shows the bright layer alone, stretched to that size in points: an older
-    /// picture while its successor is being painted.
-    void show(QSizeF size, QSGTexture::Filtering filtering);
 
     /// Shows the picture whose layers these are, with its blocks marked.
     void show(const MapPicture& picture, const MapMarks& marks, QSGTexture::Filtering filtering);
+
+    /// Shows what it has shown, so many times as wide and as high: an older picture, with
+    /// its blocks marked as they were, while its successor is being painted.
+    void stretch(double horizontally, double vertically);
 
 private:
     void setLayers(const MapLayers& layers);

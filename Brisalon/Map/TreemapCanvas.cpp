@@ -3,6 +3,7 @@
 #include "Brisalon/Map/MapAccessible.h"
 #include "Brisalon/Map/MapSceneNode.h"
 #include "Brisalon/Map/TooltipPlacement.h"
+#include "Brisalon/Platform/Workers.h"
 #include "Brisalon/Theme/BoxBlur.h"
 #include "Brisalon/Theme/Theme.h"
 
@@ -354,7 +355,7 @@ void TreemapCanvas::updatePolish()
     if (resized && lastMilliseconds_ < quickMilliseconds)
         take(paint(level_, ratio()));
     else
-        painting_.setFuture(QtConcurrent::run(&TreemapCanvas::paint, level_, ratio()));
+        painting_.setFuture(QtConcurrent::run(&workers(), &TreemapCanvas::paint, level_, ratio()));
 }
 
 void TreemapCanvas::take(PaintedPicture painted)
@@ -387,17 +388,20 @@ QSGNode* TreemapCanvas::updatePaintNode(QSGNode* old, UpdatePaintNodeData*)
         delete node;
         return nullptr;
     }
+    const bool isNew = !node || pictureChanged_;
     if (!node)
         node = new MapSceneNode(window(), picture_.layers);
-    else if (pictureChanged_)
+    else if (isNew)
         node->replaceLayers(picture_.layers);
     pictureChanged_ = false;
 
+    const auto filtering = smooth() ? QSGTexture::Linear : QSGTexture::Nearest;
     if (showsLevel())
-        node->show(picture_, {hovered_, selected_, Theme::accent()},
-                   smooth() ? QSGTexture::Linear : QSGTexture::Nearest);
-    else
-        node->show(size(), QSGTexture::Linear);
+        node->show(picture_, {hovered_, selected_, Theme::accent()}, filtering);
+    else if (isNew)
+        node->show(picture_, {}, filtering);
+    const QSizeF painted = picture_.level->size();
+    node->stretch(width() / painted.width(), height() / painted.height());
     return node;
 }
 
@@ -415,9 +419,8 @@ TreemapCanvas::Blurred TreemapCanvas::blurred(const QRectF& area) const
     QPainter painter(&image);
     painter.translate(-sampled.topLeft());
     const MapLayers& layers = picture_.smallLayers;
-    const bool dimmed = showsLevel() && hovered_;
-    painter.drawImage(0, 0, dimmed ? layers.dimmed : layers.bright);
-    if (dimmed) {
+    painter.drawImage(0, 0, hovered_ ? layers.dimmed : layers.bright);
+    if (hovered_ && showsLevel()) {
         for (const auto& block : {hovered_, selected_}) {
             if (!block)
                 continue;

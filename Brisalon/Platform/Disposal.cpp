@@ -1,6 +1,7 @@
 #include "Brisalon/Platform/Disposal.h"
 
 #include "Brisalon/Platform/FreedMemory.h"
+#include "Brisalon/Platform/Workers.h"
 
 #include <QCoreApplication>
 #include <QThreadPool>
@@ -17,7 +18,7 @@ void destroyElsewhere(std::function<void()> destruction)
     // The hand-over to the pool, whose own lock the thread sanitizer does not see.
     static std::mutex handOver;
     const std::scoped_lock handing(handOver);
-    QThreadPool::globalInstance()->start([destruction = std::move(destruction)] {
+    workers().start([destruction = std::move(destruction)] {
         {
             const std::scoped_lock taking(handOver);
         }

@@ -6,7 +6,7 @@
 
 namespace brisalon {
 
-/// Calls what destroys something large, on a thread of the global pool, and gives the
+/// Calls what destroys something large, on one of the workers, and gives the
 /// memory back to the system. Whoever drops the last of a large value is mostly on the
 /// main thread, where taking it apart would hold up a frame.
 void destroyElsewhere(std::function<void()> destruction);

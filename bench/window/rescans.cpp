@@ -8,6 +8,8 @@
 
 #include "Window.h"
 
+#include "Brisalon/Platform/Workers.h"
+
 #include <QThreadPool>
 
 #include <algorithm>
@@ -63,7 +65,7 @@ int main(int argc, char** argv)
             window.driver().hover(QPoint(300 + 25 * step, 200 + 20 * step));
             window.driver().settle();
         }
-        QThreadPool::globalInstance()->waitForDone();
+        workers().waitForDone();
         const auto living =
             std::ranges::count_if(trees, [](const auto& tree) { return !tree.expired(); });
         std::printf("%5d %10.1f %10.1f %6td\n", scan, megabytesInUse(), megabytesResident(),

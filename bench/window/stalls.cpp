@@ -7,6 +7,7 @@
 
 #include "Window.h"
 
+#include "Brisalon/Platform/Workers.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 
 #include <QTemporaryDir>
@@ -171,13 +172,13 @@ int main(int argc, char** argv)
     };
     const auto measure = [&](const char* row, const std::function<void()>& act,
                              const std::function<bool()>& isDone) {
-        waitFor([] { return QThreadPool::globalInstance()->activeThreadCount() == 0; });
+        waitFor([] { return workers().activeThreadCount() == 0; });
         heart.start();
         act();
         waitFor(isDone);
         // What is destroyed afterwards, and the frames that show the new state.
         QTest::qWait(300);
-        waitFor([] { return QThreadPool::globalInstance()->activeThreadCount() == 0; });
+        waitFor([] { return workers().activeThreadCount() == 0; });
         heart.print(row);
     };
     const auto isMapped = [&] { return !state.isScanning() && window.driver().waitForMap(); };

@@ -1,4 +1,5 @@
 #include "Brisalon/App/CoreValues.h"
+#include "Brisalon/Platform/Workers.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 
 #include <QLocale>
@@ -69,7 +70,7 @@ TEST(FileNodeValueTest, LivesAsLongAsItsTreeIsHeld)
     tree = {};
     EXPECT_FALSE(root.isPresent());
     EXPECT_EQ(child, FileNodeValue());
-    QThreadPool::globalInstance()->waitForDone();
+    workers().waitForDone();
     EXPECT_EQ(kept.children().size(), 1u) << "what others hold stays";
 }
 

@@ -1,11 +1,14 @@
 #include "MapFixture.h"
 
+#include "Brisalon/Platform/Workers.h"
 #include "Brisalon/Theme/Theme.h"
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 #include <cmath>
+#include <latch>
 
 namespace brisalon::tests {
 
@@ -176,6 +179,27 @@ TEST_F(TreemapCanvasTest, APictureThatIsNoLongerWantedIsNeverShown)
     QSignalSpy looks(canvas_, &TreemapCanvas::appearanceChanged);
     EXPECT_TRUE(looks.wait());
     EXPECT_TRUE(canvas_->isUpToDate());
+}
+
+TEST_F(TreemapCanvasTest, WhileTheNextPictureIsPaintedTheLastStaysAndThePointerTells)
+{
+    show(fourBlocks());
+    movePointer(middle(3));
+    expectLook("dddB");
+    std::latch others(1);
+    QThreadPool& painters = workers();
+    for (int i = painters.maxThreadCount(); i > 0; --i)
+        painters.start([&] { others.wait(); });
+    const auto shape = [&] { return canvas_->cursor().shape(); };
+    canvas_->setLevel(fourBlocks());
+    EXPECT_EQ(shape(), Qt::ArrowCursor);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shape() == Qt::BusyCursor; }));
+    expectLook("dddB");
+    others.count_down();
+    painters.waitForDone();
+    ASSERT_TRUE(waitForPicture());
+    EXPECT_EQ(shape(), Qt::ArrowCursor);
+    expectLook("dddB");
 }
 
 TEST_F(TreemapCanvasTest, TheKeyboardWalksBetweenNeighboursAndZooms)

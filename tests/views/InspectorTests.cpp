@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QPointer>
 
 #include <algorithm>
 
@@ -51,11 +52,16 @@ TEST_F(InspectorTest, DescribesWhatWasClickedOnTheMap)
     EXPECT_EQ(text("pathText").toStdString(), home.at("Projects"));
     clickOn("revealButton");
     EXPECT_EQ(workspace.revealed, std::vector{FileURL(home.at("Projects"))});
+    const QPointer<QQuickItem> before = driver->find("treemapView");
+    const QSizeF size = before->size();
     clickOn("zoomInButton");
     EXPECT_EQ(levelName(), "Projects");
     EXPECT_LT(driver->find("treemapView")->opacity(), 1) << "as animated as on the map";
     const auto maps = driver->find("mapPanel")->findChildren<QQuickItem*>("treemapView");
     EXPECT_EQ(std::ranges::count_if(maps, &QQuickItem::isEnabled), 1) << "the new one alone";
+    ASSERT_TRUE(driver->settle());
+    EXPECT_LT(driver->find("treemapView")->height(), size.height()) << "over a legend";
+    EXPECT_TRUE(!before || before->size() == size) << "the old one has no picture of another size";
 
     clickBlock("node_modules");
     EXPECT_EQ(inspected(), "node_modules, Folder, 4.2 MB | hogSummary pathBlock reveal zoomIn "
