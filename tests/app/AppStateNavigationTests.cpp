@@ -82,9 +82,6 @@ TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
     tree.file("root/outer/more.bin", mib);
     model->setSelected(rescan());
     EXPECT_EQ(changes, 2);
-
-    model->zoom(outer);
-    EXPECT_FALSE(state->shouldShowMapHint()) << "gone for good after the first zoom";
 }
 
 } // namespace brisalon::tests

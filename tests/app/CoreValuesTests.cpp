@@ -82,12 +82,4 @@ TEST(ScanProgressValueTest, CountsAreGroupedAsTheUsersLocaleDoes)
     QLocale::setDefault(before);
 }
 
-TEST(VolumeStatsValueTest, PercentAreRoundedDown)
-{
-    EXPECT_EQ(VolumeStatsValue(VolumeStats{1000, 101}).usedPercent(), 89);
-    EXPECT_EQ(VolumeStatsValue(VolumeStats{1000, 0}).usedPercent(), 100);
-    EXPECT_EQ(VolumeStatsValue(VolumeStats{0, 0}).usedPercent(), 0);
-    EXPECT_EQ(VolumeStatsValue(VolumeStats{10, 20}).usedText(), "0 B used");
-}
-
 } // namespace brisalon::tests

@@ -1,4 +1,4 @@
-// The questions and the panel About: what lies over the window until it is left.
+// The questions, the answers and the panel About: what lies over the window until it is left.
 
 #include "WindowFixture.h"
 
@@ -212,6 +212,39 @@ TEST_F(SheetTest, AboutTellsTheVersionAndReachesTheDesktop)
     window->resize(960, 700);
     ASSERT_TRUE(waitFor([&] { return box("aboutView").center().x() == 480; }));
     EXPECT_TRUE(QRectF(0, 0, 960, 700).contains(box("sheetPanel")));
+}
+
+TEST_F(SheetTest, APlaceThatMayGoIsShownByClickAndByKeys)
+{
+    startWithMap({{"a/node_modules/x.js", 2}, {"b/node_modules/y.js", 1}});
+    openSheet("whatMayGoEntry", "whatMayGoView");
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(levelName(), "b");
+    ASSERT_TRUE(goes("whatMayGoView"));
+
+    openSheet("whatMayGoEntry", "whatMayGoView");
+    clickOn("place0");
+    EXPECT_EQ(levelName(), "a");
+    EXPECT_EQ(state().selected().name(), "node_modules");
+    ASSERT_TRUE(goes("whatMayGoView"));
+
+    openSheet("whatMayGoEntry", "whatMayGoView");
+    EXPECT_TRUE(reaches("answerCloseButton"));
+    press(Qt::Key_Space);
+    EXPECT_TRUE(goes("whatMayGoView"));
+}
+
+TEST_F(SheetTest, WhatTheMapLeavesOutIsReadByKeys)
+{
+    startWithMap({{"a/file", 1}});
+    openSheet("whatIsLeftOutEntry", "whatIsLeftOutView");
+    EXPECT_TRUE(text("answerExplanation").contains(" is not a whole volume."));
+    ASSERT_TRUE(reaches("leftOut0"));
+    press(Qt::Key_Down);
+    EXPECT_EQ(focused(), "leftOut1");
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(goes("whatIsLeftOutView"));
 }
 
 } // namespace brisalon::tests
