@@ -1,13 +1,19 @@
 #include "BrisalonCore/SnapshotService.h"
 
-#include "Snapshots.h"
+#include "host/linux/BtrfsSnapshots.h"
+#include "host/linux/SnapperSnapshots.h"
+#include "support/LoopVolume.h"
 #include "support/Script.h"
+#include "volume/ManagedSnapshots.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <map>
+#include <set>
 #include <thread>
 
 #include <fcntl.h>
@@ -17,10 +23,26 @@
 using namespace brisalon;
 using namespace brisalon::tests;
 using namespace std::chrono_literals;
+using detail::ManagedSnapshots;
 
 namespace {
 
 const std::string token = "2024-01-15-123456";
+
+using Tokens = std::vector<std::string>;
+
+Tokens tokens(const std::vector<LocalSnapshot>& snapshots)
+{
+    Tokens found;
+    for (const LocalSnapshot& snapshot : snapshots)
+        found.push_back(snapshot.dateToken);
+    return found;
+}
+
+std::string notDeleted(const std::string& dateToken)
+{
+    return "Could not delete snapshot " + dateToken + '.';
+}
 
 /// Whatever the tool did, neither descriptors nor processes of it are left.
 class SnapshotServiceTest : public testing::Test {
@@ -48,7 +70,6 @@ TEST_F(SnapshotServiceTest, ToldIsWhatTheToolPrintsWhateverItEndsWith)
     const std::vector<LocalSnapshot> one{{token, token}};
     const std::string line = token + '\n';
     const std::string echo = "echo " + token;
-    const std::string fallback = "Could not delete snapshot " + token + ".";
     struct Row {
         std::string body;
         SnapshotListResult listed;
@@ -65,7 +86,7 @@ TEST_F(SnapshotServiceTest, ToldIsWhatTheToolPrintsWhateverItEndsWith)
          " no rights \n"},
         {echo + "; kill -SEGV $$", {one, line, std::nullopt}, line},
         // What is not UTF-8 counts as nothing.
-        {echo + R"(; printf '\303\050'; exit 1)", {}, fallback},
+        {echo + R"(; printf '\303\050'; exit 1)", {}, notDeleted(token)},
         {echo + R"(; printf '\303' >&2; exit 1)", {one, line, std::nullopt}, line},
     };
     for (const auto& [body, listed, deletion] : rows) {
@@ -192,6 +213,183 @@ TEST_F(SnapshotServiceTest, TheToolGetsStandardStreamsAndNothingElseOfTheProgram
     int status = -1;
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
+}
+
+const Deadline later = std::chrono::steady_clock::now() + 1h;
+
+template <typename Manager>
+std::shared_ptr<ManagedSnapshots> managed(const std::string& tool, const std::string& mountPoint)
+{
+    return std::make_shared<ManagedSnapshots>(std::make_shared<Manager>(tool, mountPoint));
+}
+
+/// A tool that answers as snapper does: the configurations in a file "configs", the
+/// snapshots in "list", and one line in "deleted" for each deletion.
+class SnapperSnapshotsTest : public testing::Test {
+protected:
+    SnapperSnapshotsTest()
+    {
+        tree_.write("configs", "subvolume,config\n/home,home\n/,root\n/srv,srv\n");
+    }
+    std::string at(const char* name) const { return tree_.at(name); }
+    Tokens listed() const { return tokens(snapper_->list(later).snapshots); }
+
+    const TemporaryTree tree_;
+    const std::string tool_ = script(tree_, "snapper", R"sh(cd "${0%/*}"
+case "$*" in
+    "--csvout list-configs --columns subvolume,config") cat configs ;;
+    "-c root --csvout --iso list --disable-used-space --columns number,date") cat list ;;
+    "-c root delete "*) echo "$*" >> deleted ;;
+    *) echo "Unknown command: $*" >&2; exit 1 ;;
+esac)sh");
+    const std::shared_ptr<ManagedSnapshots> snapper_ = managed<host::SnapperSnapshots>(tool_, "/");
+};
+
+TEST_F(SnapperSnapshotsTest, ListsAndDeletesThoseOfTheMountPoint)
+{
+    // Lines of another form are no snapshots.
+    const std::string list = "number,date\n0,\n1,2024-01-15 12:34:56\n1;2024-01-15 12:34:56\n2\n"
+                             "3,\n,2024-01-15 12:34:56\n4,Mon 15 Jan 2024 12:34:56\n"
+                             "5,2024-01-15 12:34:561\n6,2024-01-15T12:34:56\n"
+                             "-7,2024-01-15 12:34:56\n99999999999999999999,2024-01-15 12:34:56\n"
+                             "23,2024-01-16 00:00:00";
+    tree_.write("list", list);
+    EXPECT_EQ(snapper_->list(later),
+              (SnapshotListResult{{{"2024-01-15-123456", "1,2024-01-15 12:34:56"},
+                                   {"2024-01-16-000000", "23,2024-01-16 00:00:00"}},
+                                  list,
+                                  std::nullopt}));
+    EXPECT_EQ(snapper_->remove("2024-01-16-000000", later), std::nullopt);
+    EXPECT_EQ(snapper_->remove("2024-01-17-000000", later), notDeleted("2024-01-17-000000"));
+    EXPECT_EQ(contents(at("deleted")), "-c root delete 23\n");
+
+    // Its complaints reach the user.
+    const auto home = managed<host::SnapperSnapshots>(tool_, "/home");
+    const std::string complaint = "Unknown command: -c home --csvout --iso list "
+                                  "--disable-used-space --columns number,date\n";
+    EXPECT_EQ(home->list(later), (SnapshotListResult{{}, "", complaint}));
+    EXPECT_EQ(home->remove("2024-01-15-123456", later), complaint);
+}
+
+TEST_F(SnapperSnapshotsTest, TheFirstThatIsThereStandsInForAnAbsentTool)
+{
+    tree_.write("list", "7,2024-01-15 12:34:56\n");
+    const auto other = managed<host::SnapperSnapshots>(tool_, "/hom");
+    const auto missing = managed<host::SnapperSnapshots>(at("missing"), "/");
+    const SnapshotService absent(at("missing"), {other, missing, snapper_, other});
+    EXPECT_EQ(tokens(absent.listLocalSnapshots().snapshots), Tokens{"2024-01-15-123456"});
+    EXPECT_EQ(absent.deleteLocalSnapshot("2024-01-15-123456"), std::nullopt);
+    EXPECT_EQ(contents(at("deleted")), "-c root delete 7\n");
+    // Not for one that cannot be started, nor does anything stand in for all of them.
+    for (const SnapshotService& refused : {SnapshotService(at("list"), {snapper_}),
+                                           SnapshotService(at("missing"), {other, missing})}) {
+        EXPECT_TRUE(refused.listLocalSnapshots().errorText->starts_with("Could not start"));
+        EXPECT_TRUE(refused.deleteLocalSnapshot("")->starts_with("Could not start"));
+    }
+
+    // Nobody else is asked when the first is slow, and the whole listing is bounded.
+    const std::string slow = script(tree_, "slow", "sleep 0.3; exec \"${0%/*}/snapper\" \"$@\"");
+    // Long enough for its first answer, and for none.
+    for (const auto limit : {400ms, 100ms}) {
+        const auto begin = std::chrono::steady_clock::now();
+        const SnapshotService service(
+            at("missing"), {managed<host::SnapperSnapshots>(slow, "/"), snapper_}, {limit, 30s});
+        EXPECT_EQ(service.listLocalSnapshots(),
+                  (SnapshotListResult{{}, "", slow + " did not answer in time.", false}));
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, limit + 1s);
+    }
+}
+
+TEST_F(SnapperSnapshotsTest, SnapshotsOfOneSecondKeepTheirOwnTokens)
+{
+    const std::string time = ",2024-01-15 12:34:56\n";
+    tree_.write("list", "7" + time + "8" + time + "9,2024-01-15 12:34:57\n" + "48" + time);
+    EXPECT_EQ(listed(), (Tokens{"2024-01-15-123467", "2024-01-15-123468", "2024-01-15-123457",
+                                "2024-01-15-123469"}));
+    EXPECT_EQ(snapper_->remove("2024-01-15-123468", later), std::nullopt);
+    EXPECT_EQ(snapper_->remove("2024-01-15-123456", later), notDeleted("2024-01-15-123456"));
+
+    // Somebody else deletes one after it was shown: none of the others takes its place.
+    tree_.write("list", "7" + time + "9,2024-01-15 12:34:57\n");
+    for (const char* shown : {"2024-01-15-123468", "2024-01-15-123467"})
+        EXPECT_EQ(snapper_->remove(shown, later), notDeleted(shown));
+    EXPECT_EQ(listed(), (Tokens{"2024-01-15-123456", "2024-01-15-123457"}));
+
+    std::string many;
+    for (int i = 1; i <= 50; ++i)
+        many += std::to_string(i) + time;
+    tree_.write("list", many);
+    const Tokens all = listed();
+    EXPECT_EQ(all.size(), 40U);
+    EXPECT_EQ(std::set(all.begin(), all.end()).size(), 40U);
+    EXPECT_NE(snapper_->remove("", later), std::nullopt);
+    EXPECT_EQ(contents(at("deleted")), "-c root delete 8\n");
+}
+
+TEST(BtrfsSnapshots, AreListedAndDeletedButWhatIsInUse)
+{
+    const LoopVolume volume("btrfs");
+    if (!volume.isMounted())
+        GTEST_SKIP() << "needs a btrfs image";
+    /// The shell's commands in the file system, each of which has to succeed.
+    const auto run = [&](const std::string& commands) {
+        EXPECT_EQ(std::system(("cd " + volume.path() + "; set -e; exec >../log 2>&1; " +
+                               "snapshot='btrfs subvolume snapshot'; " + commands)
+                                  .c_str()),
+                  0)
+            << contents(volume.at("../log"));
+    };
+    const SnapshotService service(volume.at("missing"),
+                                  {managed<host::BtrfsSnapshots>("/usr/bin/btrfs", volume.path())});
+    /// By their paths.
+    std::map<std::string, std::string> shown;
+    const auto list = [&] {
+        const SnapshotListResult result = service.listLocalSnapshots();
+        EXPECT_EQ(result.errorText, std::nullopt);
+        shown.clear();
+        for (const auto& [dateToken, rawLine] : result.snapshots) {
+            EXPECT_NE(result.rawOutput.find(rawLine + '\n'), std::string::npos);
+            shown[rawLine.substr(rawLine.find(" path /") + 7)] = dateToken;
+        }
+    };
+
+    // "early" alone in its second; then more than one answer of the kernel holds.
+    run("btrfs subvolume create plain; $snapshot -r plain early; sleep 1.1; mkdir -p deep/er;"
+        "$snapshot plain deep/er/writable; $snapshot . plain/whole; $snapshot -r plain late;"
+        "$snapshot plain \"$(printf 'x\\nID 256 otime 2001-02-03 04:05:06 path y\\377')\";"
+        "$snapshot plain $(printf %0255d 1); for i in $(seq 30); do $snapshot plain $i; done;"
+        "mkdir -p ../second var/lib/machines var/lib/docker/btrfs/subvolumes;"
+        "$snapshot plain var/lib/machines/x; $snapshot plain var/lib/docker/btrfs/subvolumes/x;"
+        "mount -o subvol=late \"$(losetup -nO NAME -j ../image)\" ../second");
+    list();
+    EXPECT_EQ(shown.size(), 35U);
+    for (const char* path : {"early", "deep/er/writable", "plain/whole",
+                             "x\uFFFDID 256 otime 2001-02-03 04:05:06 path y\uFFFD"})
+        EXPECT_TRUE(shown.contains(path)) << path;
+    EXPECT_TRUE(shown.contains(std::string(254, '0') + '1'));
+    EXPECT_FALSE(shown.contains("late"));
+    // What the file system's own tool says of the time.
+    run("btrfs subvolume list -s . | sed -n 's/.*otime \\([^ ]*\\) \\([^ ]*\\) path early$/"
+        "\\1-\\2/p' | tr -d : > ../early");
+    EXPECT_EQ(shown["early"] + '\n', contents(volume.at("../early")));
+
+    run("umount ../second");
+    EXPECT_EQ(service.deleteLocalSnapshot(shown["plain/whole"]), std::nullopt);
+    EXPECT_TRUE(exists(volume.at("plain")) && !exists(volume.at("plain/whole")));
+    list();
+    EXPECT_EQ(shown.size(), 35U);
+    EXPECT_TRUE(shown.contains("late") && !shown.contains("plain/whole"));
+    run("mount --bind late ../second");
+    list();
+    EXPECT_FALSE(shown.contains("late"));
+}
+
+TEST(BtrfsSnapshots, AvailableOnlyOnSuchAFileSystemWithItsTool)
+{
+    const auto snapshots = managed<host::BtrfsSnapshots>("/bin/sh", "/proc");
+    EXPECT_FALSE(snapshots->isAvailable(later));
+    EXPECT_EQ(snapshots->list(later).errorText,
+              "Could not list the snapshots of /proc: Inappropriate ioctl for device.");
 }
 
 } // namespace
