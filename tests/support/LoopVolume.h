@@ -2,6 +2,7 @@
 
 #include "support/TemporaryTree.h"
 
+#include <cstdlib>
 #include <string>
 
 namespace brisalon::tests {
@@ -29,7 +30,14 @@ public:
 
 private:
     /// Makes the image by a command of the shell: "$1" is its path, "$2" the second.
-    LoopVolume(const char* command, const std::string& argument);
+    LoopVolume(const std::string& command, const std::string& argument)
+    {
+        memory_.folder("volume");
+        const std::string whole = "exec 2>/dev/null; PATH=$PATH:/sbin:/usr/sbin; set -- '" +
+                                  memory_.at("image") + "' '" + argument + "'; " + command +
+                                  " && mount -o loop \"$1\" '" + path() + '\'';
+        isMounted_ = memory_.isInMemory() && std::system(whole.c_str()) == 0;
+    }
 
     TemporaryTree memory_{TemporaryTree::Storage::memory};
     bool isMounted_ = false;

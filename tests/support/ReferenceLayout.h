@@ -40,25 +40,17 @@ inline std::vector<PlainRect> squarifiedByTheBook(const std::vector<double>& siz
             }
             current = worst;
         }
-        const double fraction = sum / total;
-        double offset = 0;
-        if (h <= w) {
-            offset = y;
-            for (const double size : row) {
-                result.push_back({x, offset, w * fraction, h * (size / sum)});
-                offset += h * (size / sum);
-            }
-            x += w * fraction;
-            w -= w * fraction;
-        } else {
-            offset = x;
-            for (const double size : row) {
-                result.push_back({offset, y, w * (size / sum), h * fraction});
-                offset += w * (size / sum);
-            }
-            y += h * fraction;
-            h -= h * fraction;
+        const bool isWide = h <= w;
+        const double thickness = longSide * (sum / total);
+        double offset = isWide ? y : x;
+        for (const double size : row) {
+            const double length = shortSide * (size / sum);
+            result.push_back(isWide ? PlainRect{x, offset, thickness, length}
+                                    : PlainRect{offset, y, length, thickness});
+            offset += length;
         }
+        (isWide ? x : y) += thickness;
+        (isWide ? w : h) -= thickness;
         first += row.size();
         total -= sum;
     }

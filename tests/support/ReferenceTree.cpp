@@ -38,12 +38,14 @@ FileNode scanned(const FileURL& root, std::int64_t smallFileThreshold)
     return std::get<FileNode>(DiskScanner{smallFileThreshold, 0}.scan(root, [](const auto&) {}));
 }
 
-FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshold)
+FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshold,
+                       std::int64_t& count)
 {
     std::vector<FileNode> children;
     std::vector<FileURL> small;
     std::int64_t smallBytes = 0;
     for (const std::string& name : namesIn(folder)) {
+        ++count;
         const std::string path = folder + '/' + name;
         const struct stat status = statusOf(path);
         const std::int64_t size = status.st_blocks * 512;
@@ -53,7 +55,7 @@ FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshol
             children.push_back(
                 FileNodeBuilder::make(FileURL(path), wholeSize(path), NodeKind::package));
         } else if (S_ISDIR(status.st_mode)) {
-            children.push_back(referenceTree(path, smallFileThreshold));
+            children.push_back(referenceTree(path, smallFileThreshold, count));
         } else if (size < smallFileThreshold) {
             small.emplace_back(path);
             smallBytes += size;
@@ -62,10 +64,9 @@ FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshol
         }
     }
     if (!small.empty()) {
-        const auto count = static_cast<std::int64_t>(small.size());
+        const auto kind = NodeKind::smallFilesAggregate(static_cast<std::int64_t>(small.size()));
         children.push_back(FileNodeBuilder::make(FileURL(folder + "/.small-files-aggregate"),
-                                                 smallBytes, NodeKind::smallFilesAggregate(count),
-                                                 {}, FileURLList(std::move(small))));
+                                                 smallBytes, kind, {}, FileURLList(small)));
     }
     std::stable_sort(children.begin(), children.end(), [](const FileNode& a, const FileNode& b) {
         return a.allocatedSize() > b.allocatedSize();
@@ -74,15 +75,6 @@ FileNode referenceTree(const std::string& folder, std::int64_t smallFileThreshol
     for (const FileNode& child : children)
         total += child.allocatedSize();
     return FileNodeBuilder::make(FileURL(folder), total, NodeKind::directory, std::move(children));
-}
-
-std::int64_t referenceCount(const FileNode& tree, const std::string& folder)
-{
-    auto count = static_cast<std::int64_t>(namesIn(folder).size());
-    for (const FileNode& child : tree.children())
-        if (child.kind() == NodeKind::directory)
-            count += referenceCount(child, child.url().path());
-    return count;
 }
 
 } // namespace brisalon::tests

@@ -3,16 +3,9 @@
 #include "Brisalon/App/AppState.h"
 
 #include <chrono>
-#include <limits>
 #include <utility>
 
 namespace brisalon {
-
-namespace {
-
-constexpr std::int64_t result = std::numeric_limits<std::int64_t>::max();
-
-} // namespace
 
 void ScanGate::State::pass(std::int64_t visitedCount, const std::stop_token& cancellation)
 {
@@ -27,21 +20,11 @@ void ScanGate::State::pass(std::int64_t visitedCount, const std::stop_token& can
 
 ScanGate::ScanGate() : state_(std::make_shared<State>()) {}
 
-void ScanGate::close(std::int64_t visitedCount)
+void ScanGate::holdAfter(std::int64_t visitedCount)
 {
     const std::lock_guard lock(state_->mutex);
     state_->isClosed = true;
     state_->holdsAfter = visitedCount;
-}
-
-void ScanGate::holdAfter(std::int64_t visitedCount)
-{
-    close(visitedCount);
-}
-
-void ScanGate::holdResult()
-{
-    close(result);
 }
 
 void ScanGate::open()
@@ -93,7 +76,7 @@ ScanTask::Scan ScanGate::scan(ScanTask::Scan inner) const
             state->pass(reported.visitedCount, cancellation);
         };
         ScanResult outcome = inner(root, report, cancellation, omissions);
-        state->pass(result, cancellation);
+        state->pass(finished, cancellation);
         return outcome;
     };
 }

@@ -4,6 +4,7 @@
 
 #include <condition_variable>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <mutex>
 
@@ -23,7 +24,7 @@ public:
     /// many items, and again before it returns.
     void holdAfter(std::int64_t visitedCount);
     /// From now on a scan stops only when its tree is finished, before it returns.
-    void holdResult();
+    void holdResult() { holdAfter(finished); }
     /// Lets everything on, and what comes later too.
     void open();
 
@@ -49,7 +50,7 @@ private:
         void pass(std::int64_t visitedCount, const std::stop_token& cancellation);
     };
 
-    void close(std::int64_t visitedCount);
+    static constexpr std::int64_t finished = std::numeric_limits<std::int64_t>::max();
 
     std::shared_ptr<State> state_;
 };

@@ -116,24 +116,14 @@ void TemporaryTree::fillAtRandom(unsigned seed, int items, const std::string& to
         const std::string path = folders[upTo(static_cast<unsigned>(folders.size()) - 1)] + '/' +
                                  stems[upTo(std::size(stems) - 1)] + std::to_string(seed) + "." +
                                  std::to_string(i) + (upTo(9) == 0 ? ".bundle" : "");
-        switch (upTo(9)) {
-        case 0:
-        case 1:
-        case 2:
-            if (path.size() < 2000) {
-                folder(path);
-                folders.push_back(path);
-            }
-            break;
-        case 3:
+        if (const auto choice = upTo(9); choice == 3)
             link(path, upTo(1) ? path_ : "nowhere");
-            break;
-        case 4:
+        else if (choice == 4)
             require(::mkfifo(at(path).c_str(), 0600) == 0, "mkfifo");
-            break;
-        default:
+        else if (choice > 4)
             file(path, static_cast<std::int64_t>(upTo(3) ? upTo(3) : upTo(600)) * 1024);
-        }
+        else if (path.size() < 2000)
+            folder(folders.emplace_back(path));
     }
 }
 
