@@ -91,9 +91,10 @@ std::string TemporaryTree::chain(std::string_view top, const std::string& name, 
     int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY);
     require(folder >= 0, "open");
     for (int level = 0; level < levels; ++level) {
+        require(::mkdirat(folder, name.c_str(), 0700) == 0, "mkdirat");
+        // Memory lists what was made last first, so the sibling waits until a walk returns.
         if (siblingEvery > 0 && level % siblingEvery == 0)
             require(::mkdirat(folder, "sibling", 0700) == 0, "mkdirat");
-        require(::mkdirat(folder, name.c_str(), 0700) == 0, "mkdirat");
         const int next = ::openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY);
         require(next >= 0, "openat");
         ::close(folder);

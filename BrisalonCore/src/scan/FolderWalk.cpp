@@ -27,6 +27,9 @@ constexpr std::string_view aggregateName = ".small-files-aggregate";
 /// Whether a path is skipped is settled by its first three components.
 constexpr std::size_t depthOfSkipRules = 3;
 
+/// So many levels can be gone again by names whenever it helps. Few trees have more.
+constexpr std::size_t shortWay = 64;
+
 std::size_t mostWorkers(const OpenFolder& root)
 {
     // More than the heads can serve at once only make them seek.
@@ -73,6 +76,7 @@ FolderWalk::FolderWalk(FileURL root, OpenFolder folder, host::MountBarriers::Pla
                        ScanOmissions* omissions)
     : root_(std::move(root)),
       rootPath_(root_.path()),
+      rootDepth_(componentCount(rootPath_)),
       isRootSkipped_(isSkippedPath(rootPath_)),
       smallFileThreshold_(scanner.smallFileThreshold),
       ledger_(ledger),
@@ -113,12 +117,49 @@ std::optional<FileNode> FolderWalk::run()
 void FolderWalk::work(Worker& worker) noexcept
 {
     worker.account.restart();
-    while (const auto task = queues_.take(worker.index, [&worker] { worker.account.restart(); })) {
+    while (const auto task = nextTask(worker)) {
         visit(*task, worker);
         if (!queues_.isAnyIdle())
             employ(crewSize_.note(worker.account));
         queues_.finish();
     }
+}
+
+std::optional<FolderWalk::Task> FolderWalk::nextTask(Worker& worker)
+{
+    if (const auto task = queues_.take(worker.index))
+        return task;
+    worker.place = {}; // who waits keeps nothing open
+    return queues_.steal(
+        worker.index, [this, &worker](const Tasks& tasks) { return shareOf(tasks, worker); },
+        [&worker] { worker.account.restart(); });
+}
+
+std::pair<FolderWalk::Tasks::const_iterator, FolderWalk::Tasks::const_iterator>
+FolderWalk::shareOf(const Tasks& tasks, Worker& worker) const
+{
+    // They wait along one way down. The oldest are the largest pieces of work, so the older
+    // half of those near the root is taken: all folders there are reached in few steps.
+    const auto firstBelow = [&tasks](std::size_t depth) {
+        return std::partition_point(tasks.begin(), tasks.end(), [depth](const Task& task) {
+            return !task.folder || task.folder->depth <= depth;
+        });
+    };
+    const auto half = [](auto first, auto last) {
+        return std::pair(first, first + (last - first + 1) / 2);
+    };
+    const auto lastNear = firstBelow(rootDepth_ + shortWay);
+    if (lastNear != tasks.begin())
+        return half(tasks.begin(), lastNear);
+    // Further down only some in the uppermost folder that is open: to return to one above
+    // is left to who came down from it, so that nobody climbs what he did not descend.
+    const auto first = std::partition_point(lastNear, tasks.end(), [this](const Task& task) {
+        return !openFolders_.placeIn(*task.folder).handle;
+    });
+    if (first != tasks.end())
+        worker.place = openFolders_.placeIn(*first->folder);
+    return worker.place.handle ? half(first, firstBelow(first->folder->depth))
+                               : std::pair(tasks.end(), tasks.end());
 }
 
 void FolderWalk::employ(std::size_t workers) noexcept
@@ -152,19 +193,17 @@ void FolderWalk::visit(const Task& task, Worker& worker)
         if (parent) {
             OpenFolders::Claim claim(openFolders_, *parent);
             if (!isAbandoned())
-                handle = claim.open(parent->names->name(task.nameOffset));
+                handle = claim.open(parent->names->name(task.nameOffset), worker.place);
             worker.failure = claim.reason();
             if (handle.isValid())
                 use.emplace();
-            else if (const auto next = nextFolder(worker))
-                claim.returnTo(*next);
         }
         folder = std::make_unique<WalkFolder>();
         folder->parent = parent;
         folder->nameOffset = task.nameOffset;
         folder->slot = task.slot;
         if (!parent) {
-            folder->depth = componentCount(rootPath_);
+            folder->depth = rootDepth_;
             folder->trail = trailAboveRoot_.entering(root_.lastPathComponent());
             folder->mounts = mounts_;
             if (isRootSkipped_)
@@ -198,8 +237,6 @@ void FolderWalk::visit(const Task& task, Worker& worker)
             (void)folder.release(); // its last subfolder finishes it
             return;
         }
-        if (const auto next = nextFolder(worker))
-            openFolders_.returnTo(*next, *folder, opened);
     } catch (...) {
         abandon(std::current_exception());
         if (folder)
@@ -209,14 +246,6 @@ void FolderWalk::visit(const Task& task, Worker& worker)
         finish(std::move(folder));
     else
         finishUnread(parent);
-}
-
-WalkFolder* FolderWalk::nextFolder(const Worker& worker)
-{
-    if (!OpenFolders::hasClosed())
-        return nullptr;
-    const auto next = queues_.peek(worker.index);
-    return next ? next->folder : nullptr;
 }
 
 void FolderWalk::readFolder(WalkFolder& folder, const OpenFolder& handle, Worker& worker)

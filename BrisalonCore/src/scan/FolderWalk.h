@@ -21,6 +21,7 @@
 #include <stop_token>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace brisalon::detail {
@@ -67,6 +68,7 @@ private:
     /// What a worker reuses from folder to folder.
     struct Worker {
         std::size_t index = 0;
+        OpenFolders::Place place;
         CrewSize::Account account;
         host::FolderReader reader;
         NameSet names;
@@ -91,10 +93,12 @@ private:
     void work(Worker& worker) noexcept;
     /// Sees to it that there are so many workers, as far as threads are to be had.
     void employ(std::size_t workers) noexcept;
+    std::optional<Task> nextTask(Worker& worker);
+    using Tasks = WorkStealingQueues<Task>::Tasks;
+    /// Which of another worker's tasks this one takes over; it then has its place there.
+    std::pair<Tasks::const_iterator, Tasks::const_iterator> shareOf(const Tasks& tasks,
+                                                                    Worker& worker) const;
     void visit(const Task& task, Worker& worker);
-    /// The folder in which the worker's next task waits, if it may have to be reached
-    /// again: one of those above the folder that the worker took last, or that itself.
-    WalkFolder* nextFolder(const Worker& worker);
 
     /// Reads a folder and makes its nodes; leaves a task for each subfolder.
     void readFolder(WalkFolder& folder, const host::OpenFolder& handle, Worker& worker);
@@ -128,6 +132,7 @@ private:
 
     const FileURL root_;
     const std::string rootPath_;
+    const std::size_t rootDepth_; ///< as WalkFolder's
     const bool isRootSkipped_;
     const std::int64_t smallFileThreshold_;
     ScanLedger& ledger_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -39,33 +40,29 @@ OpenFolders::Claim::~Claim()
         drop(folder_);
 }
 
-OpenFolder OpenFolders::Claim::open(const char* name)
+OpenFolder OpenFolders::Claim::open(const char* name, Place& place)
 {
     OpenFolder child;
+    bool isReached = false;
     const auto attempt = [&] {
-        auto handle = folders_.handleOf(folder_);
-        if (!handle)
-            handle = folders_.reopen(folder_);
+        auto handle = folders_.reach(folder_, place);
+        isReached = handle != nullptr;
         reason_ = ENOENT;
         if (!handle)
             return;
         child = handle->child(name);
         reason_ = child.isValid() ? 0 : errno;
-        if (!DescriptorShortage::isReasonOf(reason_))
-            handle_ = std::move(handle);
+        if (child.isValid())
+            place = {std::move(handle), folder_.depth};
+        else if (DescriptorShortage::isReasonOf(reason_))
+            place = {};
     };
+    const bool hadPlace = place.handle != nullptr;
     DescriptorShortage::outlast(attempt, folders_.isAbandoned_);
+    // From a folder that was moved meanwhile the way leads elsewhere.
+    if (!isReached && hadPlace)
+        DescriptorShortage::outlast(attempt, folders_.isAbandoned_);
     return child;
-}
-
-void OpenFolders::Claim::returnTo(WalkFolder& next)
-{
-    if (!handle_)
-        return;
-    if (&next != &folder_)
-        folders_.returnTo(next, folder_, *handle_);
-    else if (!folders_.handleOf(next))
-        folders_.holdAgain(next, handle_);
 }
 
 void OpenFolders::keep(WalkFolder& folder, OpenFolder handle, std::size_t waiting)
@@ -86,18 +83,13 @@ void OpenFolders::forget(WalkFolder& folder) noexcept
     }
 }
 
-void OpenFolders::returnTo(WalkFolder& next, const WalkFolder& leaf, const OpenFolder& handle)
+OpenFolders::Place OpenFolders::placeIn(const WalkFolder& folder) const
 {
-    if (handleOf(next) || !handle.isValid())
-        return;
-    OpenFolder reached = handle.parent();
-    for (const WalkFolder* above = leaf.parent; above != &next && reached.isValid();
-         above = above->parent)
-        reached = reached.parent();
-    holdAgain(next, std::make_shared<const OpenFolder>(std::move(reached)));
+    auto handle = handleOf(folder);
+    return handle ? Place{std::move(handle), folder.depth} : Place{};
 }
 
-std::shared_ptr<const OpenFolder> OpenFolders::handleOf(WalkFolder& folder) const
+std::shared_ptr<const OpenFolder> OpenFolders::handleOf(const WalkFolder& folder) const
 {
     if (!folder.parent)
         return root_;
@@ -105,26 +97,50 @@ std::shared_ptr<const OpenFolder> OpenFolders::handleOf(WalkFolder& folder) cons
     return folder.access.handle;
 }
 
-std::shared_ptr<const OpenFolder> OpenFolders::reopen(WalkFolder& folder) const
+/// The folder, opened again if need be: by names from the nearest open one above, or
+/// through ".." from the place, whichever takes fewer steps. In the second case the place
+/// is then in it, otherwise in the one above; it is lost when that fails.
+std::shared_ptr<const OpenFolder> OpenFolders::reach(WalkFolder& folder, Place& place) const
 {
+    if (auto handle = handleOf(folder))
+        return handle;
+    const std::size_t stepsUp = place.handle && place.depth >= folder.depth
+                                    ? place.depth - folder.depth
+                                    : std::numeric_limits<std::size_t>::max();
     std::vector<const WalkFolder*> path; // from the folder upwards
     std::shared_ptr<const OpenFolder> handle = root_;
     {
         const std::lock_guard lock(shelf_.mutex);
-        for (const WalkFolder* above = &folder; above->parent; above = above->parent) {
-            if (above->access.handle) {
-                handle = above->access.handle;
+        for (const WalkFolder* above = &folder; above->parent && path.size() < stepsUp;
+             above = above->parent) {
+            const auto& open = above->depth == place.depth ? place.handle : above->access.handle;
+            if (open) {
+                handle = open;
                 break;
             }
             path.push_back(above);
         }
     }
-    for (auto next = path.rbegin(); next != path.rend(); ++next) {
-        handle = std::make_shared<const OpenFolder>(handle->child((*next)->name()));
-        if (!handle->isValid())
-            return nullptr;
+    const bool climbs = path.size() == stepsUp;
+    if (path.empty() && !climbs)
+        return handle; // another worker was quicker
+    if (climbs) {
+        path.clear();
+        handle = std::exchange(place, {}).handle;
+        for (std::size_t step = 0; step < stepsUp && handle->isValid(); ++step)
+            handle = std::make_shared<const OpenFolder>(handle->parent());
     }
-    return holdAgain(folder, handle) ? handle : nullptr;
+    for (auto next = path.rbegin(); next != path.rend() && handle->isValid(); ++next) {
+        place = {std::move(handle), (*next)->depth - 1};
+        handle = std::make_shared<const OpenFolder>(place.handle->child((*next)->name()));
+    }
+    if (!handle->isValid() || !holdAgain(folder, handle)) {
+        place = {};
+        return nullptr;
+    }
+    if (climbs)
+        place = {handle, folder.depth};
+    return handle;
 }
 
 /// False when that is not the folder that was given up.
@@ -134,11 +150,9 @@ bool OpenFolders::holdAgain(WalkFolder& folder, std::shared_ptr<const OpenFolder
     const std::lock_guard lock(shelf_.mutex);
     if (!identity || identity != folder.access.identity)
         return false;
-    // Another worker may have been quicker.
-    if (folder.access.unopened > 0 && !folder.access.handle) {
+    // Another worker may have been quicker, or nobody else may need it.
+    if (folder.access.unopened > 1 && !folder.access.handle)
         hold(folder, std::move(handle));
-        --shelf_.closed;
-    }
     return true;
 }
 
@@ -152,14 +166,10 @@ void OpenFolders::hold(WalkFolder& folder, std::shared_ptr<const OpenFolder> han
 
 void OpenFolders::drop(WalkFolder& folder) noexcept
 {
-    if (!folder.parent)
+    if (!folder.access.handle)
         return;
-    if (folder.access.handle) {
-        shelf_.held.erase(folder.access.place);
-        folder.access.handle.reset();
-    } else {
-        --shelf_.closed;
-    }
+    shelf_.held.erase(folder.access.place);
+    folder.access.handle.reset();
 }
 
 /// False when it could not be recognised again, and so stays.
@@ -175,7 +185,6 @@ bool OpenFolders::giveUpLongestHeld() noexcept
     // Workers that use the handle right now keep it open for that long.
     longest.handle.reset();
     shelf_.held.pop_front();
-    ++shelf_.closed;
     return true;
 }
 

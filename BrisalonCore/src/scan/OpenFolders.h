@@ -3,7 +3,6 @@
 #include "base/DescriptorShortage.h"
 #include "scan/WalkFolder.h"
 
-#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <list>
@@ -18,12 +17,11 @@ namespace brisalon::detail {
 /// wide they are, and fewer where descriptors run short.
 ///
 /// What is too much is the folder kept longest (as a rule the nearest to its root,
-/// the last that a depth-first walk returns to). When a worker is about to return to
-/// a folder that was given up, it is reached again through ".." from below, which
-/// costs few steps however deep it lies; otherwise by its names from the nearest
-/// folder above that is open. In both cases it must be the very same folder as
-/// before, or what waits in it counts as vanished. A walk's root stays open as long
-/// as the walk. Thread-safe.
+/// the last that a depth-first walk returns to). A worker that comes to a folder that
+/// was given up reaches it again from its place: as a rule through ".." from below,
+/// so that it climbs no more levels than it has descended, however deep they lie.
+/// It must be the very same folder as before, or what waits in it counts as vanished.
+/// A walk's root stays open as long as the walk. Thread-safe.
 class OpenFolders {
 public:
     /// Subfolders are opened below `root`. `isAbandoned` is asked while a worker waits for
@@ -36,6 +34,18 @@ public:
 
     const host::OpenFolder& root() const noexcept { return *root_; }
 
+    /// Where a worker is: a folder that it went through and keeps open, which lies above,
+    /// at or below the one in which its next task waits. None at first, and for who has
+    /// no task.
+    struct Place {
+        std::shared_ptr<const host::OpenFolder> handle;
+        std::size_t depth = 0; ///< as WalkFolder's
+    };
+
+    /// The place of a worker that takes over what waits in the folder; none when that is
+    /// not open.
+    Place placeIn(const WalkFolder& folder) const;
+
     /// Holds that one of the folder's waiting subfolders is being dealt with; when the
     /// last claim ends, the folder is closed.
     class Claim {
@@ -45,23 +55,19 @@ public:
         Claim& operator=(const Claim&) = delete;
         ~Claim();
 
-        /// Opens the subfolder; invalid when it has vanished or cannot be read, or the
-        /// walk was abandoned. Where descriptors have run out, waits for one. Throws
+        /// Opens the subfolder, going to its folder from the worker's place if need be;
+        /// invalid when it has vanished or cannot be read, or the walk was abandoned.
+        /// Where descriptors have run out, waits for one, with no place. Throws
         /// std::system_error when there is none to be had. Once; the claim has to end
         /// before its worker goes on to what may wait.
-        host::OpenFolder open(const char* name);
+        host::OpenFolder open(const char* name, Place& place);
 
         /// Why that failed, as in errno; 0 when it did not.
         int reason() const noexcept { return reason_; }
 
-        /// Told when that failed and the worker goes on in `next`, a folder above or
-        /// this one: if that was given up, reaches it from here.
-        void returnTo(WalkFolder& next);
-
     private:
         OpenFolders& folders_;
         WalkFolder& folder_;
-        std::shared_ptr<const host::OpenFolder> handle_;
         int reason_ = 0;
     };
 
@@ -72,23 +78,15 @@ public:
     /// Forgets a folder whose subfolders will not be claimed after all.
     void forget(WalkFolder& folder) noexcept;
 
-    /// Whether any folder was given up that is still needed.
-    static bool hasClosed() noexcept { return shelf_.closed > 0; }
-
-    /// Told when a worker is done with a folder in which nothing waits, and goes on in
-    /// `next`, one of the folders above it: if that was given up, reaches it from here.
-    void returnTo(WalkFolder& next, const WalkFolder& leaf, const host::OpenFolder& handle);
-
 private:
     /// What is kept for all walks. Its mutex guards WalkFolder::access of all of them.
     struct Shelf {
         std::mutex mutex;
-        std::list<WalkFolder*> held;     ///< the one held longest first; no roots
-        std::atomic<std::size_t> closed; ///< folders that were given up and are still needed
+        std::list<WalkFolder*> held; ///< the one held longest first; no roots
     };
 
-    std::shared_ptr<const host::OpenFolder> handleOf(WalkFolder& folder) const;
-    std::shared_ptr<const host::OpenFolder> reopen(WalkFolder& folder) const;
+    std::shared_ptr<const host::OpenFolder> handleOf(const WalkFolder& folder) const;
+    std::shared_ptr<const host::OpenFolder> reach(WalkFolder& folder, Place& place) const;
     bool holdAgain(WalkFolder& folder, std::shared_ptr<const host::OpenFolder> handle) const;
     void hold(WalkFolder& folder, std::shared_ptr<const host::OpenFolder> handle) const;
     static void drop(WalkFolder& folder) noexcept;

@@ -9,6 +9,7 @@
 #include <new>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace brisalon::detail {
@@ -16,10 +17,8 @@ namespace brisalon::detail {
 /// The tasks of workers, each with a queue of its own.
 ///
 /// A worker takes its newest task, so it goes depth-first and few folders wait; one that
-/// has none steals another's oldest, which are the nearest to the root and so the largest
-/// pieces of work. It steals half of what there is: one at a time, each would have to be
-/// reached anew from the root in a tree so deep that few of its folders are open, while
-/// from the deepest of them the way leads up along all the others. Thread-safe.
+/// has none steals from another, as many at once as it may, so that it need not come
+/// again soon. Thread-safe.
 template <typename Task>
 class WorkStealingQueues {
 public:
@@ -46,19 +45,32 @@ public:
         wake(std::min<std::size_t>(tasks.size() - 1, sleepers_));
     }
 
-    /// The next task for the worker, waiting for one if need be and calling `hasWaited`
-    /// then; nothing once every task has been finished. Each task taken must be
-    /// finished.
-    template <typename HasWaited>
-    std::optional<Task> take(std::size_t worker, const HasWaited& hasWaited)
+    /// The worker's newest task, if it has one. Each task taken must be finished.
+    std::optional<Task> take(std::size_t worker)
+    {
+        Queue& queue = queues_[worker];
+        const std::lock_guard lock(queue.mutex);
+        if (queue.tasks.empty())
+            return std::nullopt;
+        const Task task = queue.tasks.back();
+        queue.tasks.pop_back();
+        return task;
+    }
+
+    using Tasks = std::deque<Task>;
+
+    /// A task for a worker that has none, waiting for one if need be and calling
+    /// `hasWaited` then; nothing once every task has been finished. `share` says which of
+    /// another's tasks (there is one at least) the worker may have, from a first to before
+    /// a last, or none.
+    template <typename Share, typename HasWaited>
+    std::optional<Task> steal(std::size_t worker, const Share& share, const HasWaited& hasWaited)
     {
         for (;;) {
             const std::size_t seen = pushes_;
-            if (auto task = newest(queues_[worker]))
-                return task;
             const std::size_t workers = workers_;
             for (std::size_t i = 1; i < workers; ++i)
-                if (auto task = steal(queues_[(worker + i) % workers], queues_[worker]))
+                if (auto task = stealFrom(queues_[(worker + i) % workers], queues_[worker], share))
                     return task;
             if (unfinished_ == 0)
                 return std::nullopt;
@@ -71,14 +83,6 @@ public:
         }
     }
 
-    /// The task that the worker would take next from its own queue, if any.
-    std::optional<Task> peek(std::size_t worker)
-    {
-        const std::lock_guard lock(queues_[worker].mutex);
-        const auto& tasks = queues_[worker].tasks;
-        return tasks.empty() ? std::nullopt : std::optional<Task>(tasks.back());
-    }
-
     /// Marks one task that was taken as dealt with, its own tasks pushed.
     void finish()
     {
@@ -89,37 +93,29 @@ public:
 private:
     struct Queue {
         std::mutex mutex;
-        std::deque<Task> tasks;
+        Tasks tasks;
     };
 
-    static std::optional<Task> newest(Queue& queue)
-    {
-        const std::lock_guard lock(queue.mutex);
-        if (queue.tasks.empty())
-            return std::nullopt;
-        const Task task = queue.tasks.back();
-        queue.tasks.pop_back();
-        return task;
-    }
-
-    /// Moves the older half to the thief, and takes the newest of it.
-    std::optional<Task> steal(Queue& queue, Queue& thief)
+    /// Moves the share to the thief, and takes the newest of it.
+    template <typename Share>
+    std::optional<Task> stealFrom(Queue& queue, Queue& thief, const Share& share)
     {
         std::unique_lock lock(queue.mutex, std::defer_lock);
         std::unique_lock thiefLock(thief.mutex, std::defer_lock);
         std::lock(lock, thiefLock);
-        auto& tasks = queue.tasks;
-        if (tasks.empty())
+        if (queue.tasks.empty())
             return std::nullopt;
-        auto end = tasks.begin() + static_cast<std::ptrdiff_t>((tasks.size() + 1) / 2);
+        auto [first, last] = share(std::as_const(queue.tasks));
+        if (first == last)
+            return std::nullopt;
         try {
-            thief.tasks.insert(thief.tasks.end(), tasks.begin(), end - 1);
+            thief.tasks.insert(thief.tasks.end(), first, last - 1);
         } catch (const std::bad_alloc&) {
-            end = tasks.begin() + 1; // no room for more than what is taken at once
+            first = last - 1; // no room for more than what is taken at once
         }
-        const Task task = *(end - 1);
-        const bool isMore = end - 1 != tasks.begin();
-        tasks.erase(tasks.begin(), end);
+        const Task task = *(last - 1);
+        const bool isMore = first != last - 1;
+        queue.tasks.erase(first, last);
         lock.unlock();
         thiefLock.unlock();
         if (isMore) {
