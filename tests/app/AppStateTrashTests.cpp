@@ -74,16 +74,16 @@ TEST_F(TrashTest, AQuestionAboutVeryManyItemsComesLaterUnlessAnotherIsAsked)
 {
     scan(tree.url());
     std::vector<FileURL> files;
-    for (int i = 0; i < 60'000; ++i)
+    for (int i = 0; i < 6'000; ++i)
         files.push_back(tree.url().appendingPathComponent(std::to_string(i)));
     state->setSelected(heldTree(FileNodeBuilder::make(url(".small-files-aggregate"), 5,
-                                                      NodeKind::smallFilesAggregate(60'000), {},
+                                                      NodeKind::smallFilesAggregate(6'000), {},
                                                       FileURLList(files))));
     state->requestTrashSelected();
     EXPECT_FALSE(state->confirmTrash());
     EXPECT_TRUE(state->isWorking());
     ASSERT_TRUE(waitFor([this] { return state->confirmTrash().has_value(); }));
-    EXPECT_EQ(state->confirmTrash()->urls.size(), 60'000u);
+    EXPECT_EQ(state->confirmTrash()->urls.size(), 6'000u);
     EXPECT_FALSE(state->isWorking());
     state->dismissTrash();
 
