@@ -58,12 +58,9 @@ TEST(FileNode, LooksUpByFullPath)
 {
     const FileNode root =
         folder("/r", {folder("/r/a", {file("/r/a/x", 3)}), file("/r/b", 2), file("/r/b", 1)});
-    for (const char* path : {"b", "/r/B", "/r/a/x"})
-        EXPECT_EQ(root.child(path), nullptr) << path;
+    EXPECT_EQ(root.child("/r/a/x"), nullptr);
     EXPECT_EQ(root.child("/r/b"), &root.children()[1]) << "the first of two";
-
-    const std::string down[]{"/r/a", "/r/a/x"};
-    const std::string astray[]{"/r/a", "/r/b"};
+    const std::vector<std::string> down{"/r/a", "/r/a/x"}, astray{"/r/a", "/r/b"};
     EXPECT_EQ(root.node({}), &root);
     EXPECT_EQ(root.node(down), &root.children()[0].children()[0]);
     EXPECT_EQ(root.node(astray), nullptr);

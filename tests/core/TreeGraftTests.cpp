@@ -117,17 +117,17 @@ TEST(TreeGraft, ARescanKeepsToTheRulesOfTheWholeScan)
 
 TEST(TreeGraft, FindsOnlyFoldersOfTheTree)
 {
-    const TemporaryTree tree;
-    tree.file("folder/big", 300 * 1024);
-    tree.file("folder/small", 1);
-    tree.folder("folder/empty");
-    const FileNode whole = scanned(tree.url(), 256 * 1024);
+    const auto made = [](const char* path, NodeKind kind, std::vector<FileNode> children) {
+        return FileNodeBuilder::make(FileURL(path), 0, kind, std::move(children));
+    };
+    const FileNode whole = made("/t", NodeKind::directory,
+                                {made("/t/file", NodeKind::file, {}),
+                                 made("/t/small", NodeKind::smallFilesAggregate(1), {}),
+                                 made("/t/empty", NodeKind::directory, {})});
     for (const char* const wrong :
-         {"/folder/big", "/folder/small", "/folder/.small-files-aggregate", "/fold", "/folder/emp",
-          "x/folder", "folder", "/folder/empty/deeper"})
-        EXPECT_FALSE(TreeGraft::graft(whole, tree.path() + wrong, whole)) << wrong;
-    EXPECT_FALSE(TreeGraft::graft(whole, "/", whole));
-    EXPECT_FALSE(TreeGraft::graft(whole, tree.path(), std::nullopt));
+         {"/t/file", "/t/small", "/t/emp", "/tx/empty", "/tempty", "/t/empty/deeper", "/"})
+        EXPECT_FALSE(TreeGraft::graft(whole, wrong, whole)) << wrong;
+    EXPECT_FALSE(TreeGraft::graft(whole, "/t", std::nullopt));
 }
 
 TEST(TreeGraft, DeepTreesCostWhatTheyHold)
