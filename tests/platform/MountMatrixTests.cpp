@@ -14,7 +14,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <ostream>
+#include <random>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -68,6 +70,10 @@ const std::vector<Row> rows{
     {"BindOfWhatIsCovered",
      "mib real/h/a; mkdir alias; mount --bind real/h alias; mount -t tmpfs none real/h", "", 1,
      "!alias alias/a"},
+    {"BindOfWhatIsPartlyCovered",
+     "mib real/h/a real/b; mkdir alias part; mount --bind real alias; "
+     "mount -t tmpfs none real/h; mount --bind alias/h part; mib real/h/c", "", 3,
+     "!alias !part =real alias/b"},
     {"RecursiveBind", "mkdir -p real/in alias; mount -t tmpfs none real/in; mib real/in/a real/b; "
      "mount --rbind real alias", "", 2, "!alias/in =real"},
     {"Ancestor", "mkdir -p x/in/again; mib x/a; mount --bind x x/in/again", "x", 1,
@@ -316,6 +322,48 @@ TEST_P(MountMatrixTest, TotalProtectionAndTrash)
 
 INSTANTIATE_TEST_SUITE_P(Mounts, MountMatrixTest, ::testing::ValuesIn(rows),
                          [](const auto& row) { return std::string(row.param.name); });
+
+TEST(MountMatrix, OfMountsAtRandomEachFileThatIsSeenCountsOnce)
+{
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        SCOPED_TRACE(seed);
+        const TemporaryTree tree(TemporaryTree::Storage::memory);
+        if (!tree.isInMemory())
+            GTEST_SKIP() << "needs the right to mount";
+        std::mt19937 random(seed);
+        const auto folder = [&](auto depth) {
+            std::string path = tree.path();
+            for (; depth > 0; --depth)
+                path.append("/").append(1, "abc"[random() % 3]);
+            std::filesystem::create_directories(path);
+            return path;
+        };
+        for (int step = 0; step < 12; ++step) {
+            const std::string shown = folder(random() % 4);
+            const std::string point = folder(1 + random() % 3);
+            const auto kind = random() % 4;
+            if (kind > 1)
+                writeText(shown + "/file" + std::to_string(step), "text");
+            else
+                ASSERT_EQ(::mount(shown.c_str(), point.c_str(), "tmpfs", kind ? MS_BIND : 0, ""),
+                          0);
+        }
+        std::set<std::pair<dev_t, ino_t>> files;
+        std::vector<std::string> pending{tree.path()};
+        while (!pending.empty()) {
+            const std::string path = pending.back();
+            pending.pop_back();
+            struct stat status;
+            ASSERT_EQ(::lstat(path.c_str(), &status), 0);
+            if (S_ISREG(status.st_mode))
+                files.emplace(status.st_dev, status.st_ino);
+            else
+                for (const std::string& name : namesIn(path))
+                    pending.push_back(path + '/' + name);
+        }
+        EXPECT_EQ(scanned(tree.url()).allocatedSize() / 4096, std::ssize(files));
+    }
+}
 
 } // namespace
 

@@ -26,12 +26,19 @@ namespace brisalon::host {
 /// counted twice: parts of a file system that are seen elsewhere, the root's own
 /// folder and what contains it, unions and mounted images of which the scan meets all
 /// layers or the image. What it does not meet elsewhere it enters, local disks among
-/// it. Goes by where things are stored, never by the names of their paths.
+/// it, also where that lies in such a mount: there everything beside the way is a barrier.
+/// Goes by where things are stored, never by the names of their paths.
 ///
 /// Immutable once made; safe to read from any thread.
 class MountBarriers {
 public:
-    /// A folder with the barriers at and below it, mostly none. A small value; refers to
+    /// Where what is entered ends, or begins again.
+    struct Way {
+        std::string path;
+        bool isOpen;
+    };
+
+    /// A folder with the ways at and below it, mostly none. A small value; refers to
     /// the MountBarriers that it came from.
     class Place {
     public:
@@ -41,22 +48,23 @@ public:
 
     private:
         friend class MountBarriers;
-        std::span<const std::string> barriers_;
+        std::span<const Way> ways_;
         std::size_t length_ = 0; ///< of the path that all of them begin with
+        bool isShut_ = false;    ///< whether only open ways are entered
     };
 
     /// The barriers for a scan of `root`, an absolute, resolved path. Asks the system
-    /// about mounted images, and about the links to the layers of unions. Fills the report,
-    /// if there is one.
+    /// about mounted images, about the links to the layers of unions, and whether there is
+    /// anything in what others are mounted over. Fills the report, if there is one.
     MountBarriers(const MountTable& table, std::string_view root, MountReport* report = nullptr);
 
     Place root() const noexcept;
 
 private:
-    /// The names on the way from the root to each barrier, every one ended by NUL, so that
+    /// In place of the paths the names from the root on, every one ended by NUL, so that
     /// in their order what lies in one folder stands together. Not a tree: a mount may lie
     /// a million folders deep.
-    std::vector<std::string> barriers_;
+    std::vector<Way> ways_;
 };
 
 } // namespace brisalon::host

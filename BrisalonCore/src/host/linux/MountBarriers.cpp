@@ -8,6 +8,8 @@
 #include "host/Folder.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <deque>
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -88,14 +90,29 @@ std::vector<std::string> layersOf(const Mount& mount)
     return layers;
 }
 
+/// Whether anything is there to be counted: what something is mounted on is mostly an empty
+/// folder.
+bool holdsSomething(std::string_view path)
+{
+    const OpenFolder folder = OpenFolder::at(path);
+    if (!folder.isValid())
+        return errno == ENOTDIR;
+    FolderReader reader;
+    reader.start(folder);
+    while (reader.readBatch())
+        if (reader.next())
+            return true;
+    return false;
+}
+
 /// What a scan comes to see: the mounts at and below its root, and what each of them
 /// shows there. Finds out which of them must not be entered.
 class Sight {
 public:
     Sight(const MountTable& table, std::string_view root);
 
-    /// The paths that the scan must not enter.
-    std::vector<std::string> barriers() const;
+    /// The paths that the scan must not enter, and those below them that it must.
+    std::vector<MountBarriers::Way> ways() const;
     void report(MountReport& report) const;
 
 private:
@@ -105,7 +122,6 @@ private:
         StoredPlace place;
         bool isCut = false;
         std::string elsewhere = {}; ///< where the scan meets it, when that is why it is cut
-        bool isNeeded = false;      ///< something else was cut because this shows it
     };
     /// A folder that is not entered because the scan meets it elsewhere.
     struct Cut {
@@ -118,18 +134,19 @@ private:
     std::optional<std::string> meeting(const StoredPlace& place, const View& without) const;
     bool isReached(std::string_view path) const;
     std::optional<StoredPlace> layerPlace(const std::string& path, const View& view) const;
-    /// Cuts the view if the scan meets all of these places without it. What others are
-    /// mounted over there is missed: to enter the view for that alone, everything beside
-    /// the way to it would have to be a barrier, and to know that, folders would have to
-    /// be listed before the scan begins.
+    /// Cuts the view if the scan meets all of these places without it.
     void cutIfMet(View& view, const std::vector<std::optional<StoredPlace>>& places);
+    /// Keeps views of what the cut view shows of a place that the scan meets elsewhere, but
+    /// covered there: something is mounted over it.
+    void keepCovered(const View& view, const StoredPlace& place);
+    bool isBehindCut(std::string_view path) const;
     /// Whether nothing on the way to the path may hang.
     bool isLocal(std::string_view path) const;
     bool isOfRootVolume(const Mount* mount) const;
     MountReport::Place omission(const View& view) const;
 
     const MountTable& table_;
-    std::vector<View> views_; ///< the root's first
+    std::deque<View> views_; ///< the root's first; those that are kept last
     std::vector<Cut> cuts_;
 };
 
@@ -150,6 +167,10 @@ Sight::Sight(const MountTable& table, std::string_view root) : table_(table)
                      !view.elsewhere.empty();
         views_.push_back(std::move(view));
     }
+    const std::size_t count = views_.size();
+    for (std::size_t i = 1; i < count; ++i)
+        if (!views_[i].elsewhere.empty())
+            keepCovered(views_[i], views_.front().place);
     // What was mounted later shows again what was there before.
     for (std::size_t i = views_.size(); i-- > 1;) {
         View& view = views_[i];
@@ -160,23 +181,33 @@ Sight::Sight(const MountTable& table, std::string_view root) : table_(table)
         cutIfMet(view, layers);
     }
     // All that lies in a union's upper layer is seen in the union.
-    for (const View& view : views_)
+    for (std::size_t i = 0; i < count; ++i) {
+        const View& view = views_[i];
         if (const auto upper =
                 view.mount && !view.isCut ? view.mount->superOption("upperdir") : std::nullopt)
             if (const auto place = layerPlace(std::string(*upper), view))
                 if (auto path = meeting(*place, view))
                     cuts_.push_back({std::move(*path), view.path});
+    }
 }
 
-std::vector<std::string> Sight::barriers() const
+std::vector<MountBarriers::Way> Sight::ways() const
 {
-    std::vector<std::string> barriers;
+    std::vector<MountBarriers::Way> ways;
     for (const View& view : views_)
-        if (view.isCut)
-            barriers.push_back(view.path);
+        if (view.isCut || (isBehindCut(view.path) && isReached(view.path)))
+            ways.push_back({view.path, !view.isCut});
     for (const Cut& cut : cuts_)
-        barriers.push_back(cut.path);
-    return barriers;
+        ways.push_back({cut.path, false});
+    return ways;
+}
+
+bool Sight::isBehindCut(std::string_view path) const
+{
+    const auto isAbove = [path](const auto& cut) { return paths::isBelow(path, cut.path); };
+    return std::ranges::any_of(views_,
+                               [&](const View& view) { return view.isCut && isAbove(view); }) ||
+           std::ranges::any_of(cuts_, isAbove);
 }
 
 void Sight::report(MountReport& report) const
@@ -231,32 +262,32 @@ bool Sight::isOfRootVolume(const Mount* mount) const
 
 void Sight::cutIfMet(View& view, const std::vector<std::optional<StoredPlace>>& places)
 {
-    if (view.isCut || view.isNeeded || places.empty())
+    if (view.isCut || places.empty())
         return;
-    std::vector<std::string> paths;
+    std::string elsewhere;
     for (const auto& place : places) {
         auto path = place ? meeting(*place, view) : std::nullopt;
         if (!path)
             return;
-        paths.push_back(std::move(*path));
-    }
-    const auto holdsOthers = [this](std::string_view path) {
-        return std::ranges::any_of(views_, [path](const View& other) {
-            return !other.isCut && paths::isBelow(other.path, path);
-        });
-    };
-    // What is mounted in it is seen nowhere else: then rather leave out the other.
-    if (paths.size() == 1 && holdsOthers(view.path) && !holdsOthers(paths.front())) {
-        view.isNeeded = true;
-        cuts_.push_back({std::move(paths.front()), view.path});
-        return;
+        if (elsewhere.empty())
+            elsewhere = std::move(*path);
     }
     view.isCut = true;
-    view.elsewhere = paths.front();
-    for (const std::string& path : paths)
-        for (View& other : views_)
-            if (paths::isWithin(path, other.path))
-                other.isNeeded = true;
+    view.elsewhere = std::move(elsewhere);
+    keepCovered(view, view.place);
+}
+
+void Sight::keepCovered(const View& view, const StoredPlace& place)
+{
+    for (const Mount& mount : table_.mounts()) {
+        if (!mount.under || !mount.under->isWithin(place) || !mount.under->isWithin(view.place))
+            continue;
+        std::string path =
+            paths::joined(view.path, paths::relative(mount.under->path, view.place.path));
+        if (path != view.path && table_.at(path) == view.mount && !meeting(*mount.under, view) &&
+            isLocal(path) && holdsSomething(path))
+            views_.push_back({view.mount, std::move(path), *mount.under});
+    }
 }
 
 std::optional<std::string> Sight::meeting(const StoredPlace& place, const View& without) const
@@ -268,8 +299,9 @@ std::optional<std::string> Sight::meeting(const StoredPlace& place, const View& 
             (widest && view.place.path.size() >= widest->place.path.size()))
             continue;
         std::string path = paths::joined(view.path, paths::relative(place.path, view.place.path));
-        if (paths::isWithin(path, without.path) || table_.at(path) != view.mount ||
-            !isReached(path))
+        // What the view itself shows there is not seen without it.
+        const bool isItself = view.mount == without.mount && paths::isWithin(path, without.path);
+        if (isItself || table_.at(path) != view.mount || !isReached(path))
             continue;
         widest = &view;
         result = std::move(path);
@@ -279,12 +311,21 @@ std::optional<std::string> Sight::meeting(const StoredPlace& place, const View& 
 
 bool Sight::isReached(std::string_view path) const
 {
-    return std::ranges::none_of(views_,
-                                [path](const View& view) {
-                                    return view.isCut && paths::isWithin(path, view.path);
-                                }) &&
-           std::ranges::none_of(cuts_,
-                                [path](const Cut& cut) { return paths::isWithin(path, cut.path); });
+    // The innermost that holds it decides, but for what must not be entered at all.
+    std::size_t open = 0;
+    std::size_t cut = 0;
+    const auto take = [path](std::size_t& longest, const std::string& holder) {
+        if (paths::isWithin(path, holder))
+            longest = std::max(longest, holder.size());
+    };
+    for (const View& view : views_) {
+        if (view.isCut && view.elsewhere.empty() && paths::isWithin(path, view.path))
+            return false;
+        take(view.isCut ? cut : open, view.path);
+    }
+    for (const Cut& each : cuts_)
+        take(cut, each.path);
+    return open > cut;
 }
 
 /// A union may lie over one of its own layers, which was seen there before.
@@ -310,20 +351,23 @@ bool Sight::isLocal(std::string_view path) const
 
 bool MountBarriers::Place::isBarrier() const noexcept
 {
-    return !barriers_.empty() && barriers_.front().size() == length_;
+    return isShut_ && std::ranges::none_of(ways_, &Way::isOpen);
 }
 
 MountBarriers::Place MountBarriers::Place::child(std::string_view name) const noexcept
 {
     Place place;
-    if (barriers_.empty())
+    place.isShut_ = isShut_;
+    if (ways_.empty())
         return place;
-    const auto nameOf = [this](const std::string& barrier) -> std::string_view {
-        return barrier.c_str() + length_;
+    const auto nameOf = [this](const Way& way) -> std::string_view {
+        return way.path.c_str() + length_;
     };
-    const auto first = std::ranges::lower_bound(barriers_, name, {}, nameOf);
-    place.barriers_ = {first, std::ranges::upper_bound(first, barriers_.end(), name, {}, nameOf)};
+    const auto first = std::ranges::lower_bound(ways_, name, {}, nameOf);
+    place.ways_ = {first, std::ranges::upper_bound(first, ways_.end(), name, {}, nameOf)};
     place.length_ = length_ + name.size() + 1;
+    if (!place.ways_.empty() && place.ways_.front().path.size() == place.length_)
+        place.isShut_ = !place.ways_.front().isOpen;
     return place;
 }
 
@@ -332,19 +376,19 @@ MountBarriers::MountBarriers(const MountTable& table, std::string_view root, Mou
     const Sight sight(table, root);
     if (report)
         sight.report(*report);
-    barriers_ = sight.barriers();
-    for (std::string& barrier : barriers_) {
-        barrier.erase(0, root == "/" ? 1 : root.size() + 1);
-        std::ranges::replace(barrier, '/', '\0');
-        barrier += '\0';
+    ways_ = sight.ways();
+    for (Way& way : ways_) {
+        way.path.erase(0, root == "/" ? 1 : root.size() + 1);
+        std::ranges::replace(way.path, '/', '\0');
+        way.path += '\0';
     }
-    std::ranges::sort(barriers_);
+    std::ranges::sort(ways_, {}, &Way::path);
 }
 
 MountBarriers::Place MountBarriers::root() const noexcept
 {
     Place place;
-    place.barriers_ = barriers_;
+    place.ways_ = ways_;
     return place;
 }
 
