@@ -62,26 +62,4 @@ TEST_F(NavigationTest, ZoomsInAndOutAndJumpsOnTheWayAlone)
     }
 }
 
-TEST_F(NavigationTest, SelectingIsSilentForTheNodeThatIsSelectedAlready)
-{
-    int changes = 0;
-    const auto model = std::move(state);
-    QObject::connect(model.get(), &AppState::selectedChanged, [&] { ++changes; });
-    model->setSelected(outer);
-    model->setSelected(outer);
-    EXPECT_EQ(changes, 1);
-
-    // The same folder of a tree of its own is the same while all in it is equal.
-    startOver(gate.scan());
-    const auto rescan = [&] {
-        scan(url("root"));
-        return child(state->tree(), "outer");
-    };
-    model->setSelected(rescan());
-    EXPECT_EQ(changes, 1);
-    tree.file("root/outer/more.bin", mib);
-    model->setSelected(rescan());
-    EXPECT_EQ(changes, 2);
-}
-
 } // namespace brisalon::tests

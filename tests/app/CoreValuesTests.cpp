@@ -1,4 +1,5 @@
 #include "Brisalon/App/CoreValues.h"
+#include "Brisalon/App/Selection.h"
 #include "Brisalon/Platform/Workers.h"
 #include "BrisalonCore/FileNodeBuilder.h"
 
@@ -6,6 +7,8 @@
 #include <QThreadPool>
 
 #include <gtest/gtest.h>
+
+#include <limits>
 
 namespace brisalon::tests {
 
@@ -80,6 +83,14 @@ TEST(ScanProgressValueTest, CountsAreGroupedAsTheUsersLocaleDoes)
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
     EXPECT_EQ(ScanProgressValue(ScanProgress{12'345, "/a", 0}).itemsText(), "12.345 items");
     QLocale::setDefault(before);
+}
+
+TEST(SelectionTest, ASumThatNoNumberHoldsIsTheLargestOne)
+{
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    const QList<LargeFileEntry> listed{{FileURL("/a"), "a", most, HogKind::none, Risk::unknown},
+                                       {FileURL("/b"), "b", 1, HogKind::none, Risk::unknown}};
+    EXPECT_EQ(Selection({}, listed, {"/a", "/b"}).bytes(), most);
 }
 
 } // namespace brisalon::tests

@@ -18,9 +18,6 @@
 
 namespace brisalon::tests {
 
-constexpr std::int64_t kib = 1024;
-constexpr std::int64_t mib = 1024 * kib;
-
 /// A model over real folders, whose scans pass through a gate, and a record of
 /// what it announced.
 class ModelFixture : public ::testing::Test {

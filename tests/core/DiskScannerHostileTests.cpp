@@ -85,8 +85,6 @@ extern "C" int sched_getaffinity(pid_t process, std::size_t size, cpu_set_t* pro
 
 namespace {
 
-constexpr std::int64_t kib = 1024;
-
 /// Reports at every item.
 FileNode scannedReporting(const FileURL& root, const DiskScanner::ProgressCallback& progress)
 {

@@ -19,8 +19,6 @@ using namespace brisalon::tests;
 
 namespace {
 
-constexpr std::int64_t kib = 1024;
-
 struct Scan {
     explicit Scan(const FileURL& root, std::int64_t threshold = 256 * kib, std::int64_t every = 400)
         : result(DiskScanner{threshold, every}.scan(

@@ -8,6 +8,9 @@
 
 namespace brisalon::tests {
 
+inline constexpr std::int64_t kib = 1024;
+inline constexpr std::int64_t mib = 1024 * kib;
+
 /// A folder of its own below the system's folder for temporary files, filled by
 /// a test and removed with all that is in it at the end, whatever its depth,
 /// names and permissions. Never follows a link. Failing to build aborts the test

@@ -13,8 +13,6 @@ namespace brisalon::tests {
 
 namespace {
 
-constexpr std::int64_t mib = 1024 * 1024;
-
 /// The window in that state as the real program shows it on a display of its own.
 QImage picture(const TemporaryTree& home, const QString& state, const char* variable,
                const char* backend)

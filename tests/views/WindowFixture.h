@@ -18,8 +18,6 @@
 
 namespace brisalon::tests {
 
-constexpr std::int64_t mib = 1024 * 1024;
-
 /// The real window over a home folder of the test's own, driven by the events of a
 /// mouse and a keyboard. Fails on any warning that the views print. Items and texts
 /// count only while they are visible; of several the one on top does. Lengths are in
