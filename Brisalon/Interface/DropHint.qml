@@ -18,34 +18,49 @@ Rectangle {
         border.color: Theme.accent
     }
 
-    Column {
+    // A card, because the map's own words go on behind it.
+    PanelStyle {
         anchors.centerIn: parent
-        width: Math.min(parent.width - 120, 560)
-        spacing: 10
+        width: column.width + 56
+        height: column.height + 48
+        cornerRadius: 16
+        borderColor: Theme.strokeStrong
 
-        SymbolImage {
-            anchors.horizontalCenter: parent.horizontalCenter
-            name: "folder.fill"
-            size: 34
-            color: Theme.accent
-        }
+        Column {
+            id: column
 
-        TextLabel {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            text: "Drop to scan this folder"
-            font: Theme.rounded(Theme.title3, Font.DemiBold)
-            color: Theme.text
-        }
+            anchors.centerIn: parent
+            width: Math.min(hint.width - 176, Math.max(title.implicitWidth, way.implicitWidth))
+            spacing: 10
 
-        TextLabel {
-            width: parent.width
-            horizontalAlignment: Text.AlignHCenter
-            text: hint.folder
-            maximumLineCount: 1
-            elide: Text.ElideMiddle
-            font: Theme.system(Theme.callout)
-            color: Theme.textSecondary
+            SymbolImage {
+                anchors.horizontalCenter: parent.horizontalCenter
+                name: "folder.fill"
+                size: 34
+                color: Theme.accent
+            }
+
+            TextLabel {
+                id: title
+
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: "Drop to scan this folder"
+                font: Theme.rounded(Theme.title3, Font.DemiBold)
+                color: Theme.text
+            }
+
+            TextLabel {
+                id: way
+
+                width: parent.width
+                horizontalAlignment: Text.AlignHCenter
+                text: hint.folder
+                maximumLineCount: 1
+                elide: Text.ElideMiddle
+                font: Theme.system(Theme.callout)
+                color: Theme.textSecondary
+            }
         }
     }
 }

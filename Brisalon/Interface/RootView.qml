@@ -121,7 +121,7 @@ FocusScope {
         onDismissed: root.appState.dismissSnapshot()
     }
 
-    // A folder that is dropped anywhere is scanned.
+    // A folder that is dropped anywhere is scanned, unless a sheet has to be answered first.
     DropArea {
         id: drop
 
@@ -129,7 +129,7 @@ FocusScope {
 
         objectName: "dropArea"
         anchors.fill: parent
-        enabled: !root.appState.isScanning && !root.appState.confirmTrash.isPresent
+        enabled: !root.appState.isScanning && !(T.Overlay.overlay?.visible ?? false)
         onEntered: event => {
             folder = ScanTargets.dropped(event.urls);
             event.accepted = folder.path !== "";

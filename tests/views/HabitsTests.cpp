@@ -118,6 +118,10 @@ TEST_F(HabitsTest, AFolderDroppedAnywhereIsScanned)
     EXPECT_FALSE(drag(home.at("file"), true));
     EXPECT_FALSE(drag(home.at("missing"), true));
     EXPECT_TRUE(drag(home.at("folder \xff"), false));
+    openSheet("aboutEntry", "aboutView");
+    EXPECT_FALSE(drag(home.at("folder \xff"), true)) << "behind a sheet";
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(goes("aboutView"));
     EXPECT_FALSE(state().isScanning());
     EXPECT_TRUE(drag(home.at("folder \xff"), true));
     ASSERT_TRUE(mapAppears());
