@@ -17,7 +17,6 @@ AnswerView {
     figure: places.safeText
     figureLabel: "safe to remove"
     figureColor: Theme.success
-    Component.onCompleted: list.focus = list.count > 0
 
     function show(row: int) {
         closed();
@@ -36,6 +35,8 @@ AnswerView {
         bottomMargin: 16
         visible: count > 0
         activeFocusOnTab: true
+        // The sums of a large tree come later than the sheet.
+        onCountChanged: focus = count > 0
         keyNavigationEnabled: true
         highlightMoveDuration: 0
         highlightResizeDuration: 0

@@ -98,7 +98,7 @@ TEST_F(SheetTest, EveryWayOutButTheConfirmationTakesTheRequestBack)
             EXPECT_EQ(asked.endsWith("cannot be undone from Trash. Delete Snapshot"), isSnapshot);
             leave();
             EXPECT_FALSE(state().confirmTrash() || state().confirmSnapshot());
-            EXPECT_EQ(words(), asked) << "as long as it fades away";
+            EXPECT_TRUE(words() == asked || !isShown("confirmationTitle")) << "as it fades away";
             EXPECT_TRUE(stopsAsking());
             EXPECT_TRUE(isFocusOnMap()) << "the keyboard is where it was";
         }
@@ -218,12 +218,14 @@ TEST_F(SheetTest, APlaceThatMayGoIsShownByClickAndByKeys)
 {
     startWithMap({{"a/node_modules/x.js", 2}, {"b/node_modules/y.js", 1}});
     openSheet("whatMayGoEntry", "whatMayGoView");
+    ASSERT_TRUE(appears("place1"));
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     EXPECT_EQ(levelName(), "b");
     ASSERT_TRUE(goes("whatMayGoView"));
 
     openSheet("whatMayGoEntry", "whatMayGoView");
+    ASSERT_TRUE(appears("place0"));
     clickOn("place0");
     EXPECT_EQ(levelName(), "a");
     EXPECT_EQ(state().selected().name(), "node_modules");
