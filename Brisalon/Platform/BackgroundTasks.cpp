@@ -37,7 +37,7 @@ std::stop_source BackgroundTasks::start(Work work, LastStep last,
             }
             say(std::move(end));
         });
-    const std::stop_source stop = running.thread.get_stop_source();
+    std::stop_source stop = running.thread.get_stop_source();
     if (patience == std::chrono::milliseconds(0))
         return stop;
 
@@ -54,8 +54,8 @@ std::stop_source BackgroundTasks::start(Work work, LastStep last,
             steps.splice(steps.end(), said_, said);
     }
     lock.unlock();
-    for (Said& said : steps)
-        doStep(std::move(said));
+    for (const Said& said : steps)
+        doStep(said);
     return stop;
 }
 
@@ -88,13 +88,13 @@ void BackgroundTasks::customEvent(QEvent*)
     // What was waited for has been done without its event.
     if (said_.empty())
         return;
-    Said said = std::move(said_.front());
+    const Said said = std::move(said_.front());
     said_.pop_front();
     lock.unlock();
-    doStep(std::move(said));
+    doStep(said);
 }
 
-void BackgroundTasks::doStep(Said said)
+void BackgroundTasks::doStep(const Said& said)
 {
     if (said.step)
         return said.step();

@@ -75,7 +75,7 @@ private:
 
     void say(std::list<Said> said);
     void customEvent(QEvent* event) override;
-    void doStep(Said said);
+    void doStep(const Said& said);
 
     std::mutex mutex_;
     std::condition_variable hasSaid_;
