@@ -83,7 +83,7 @@ void TrashService::moveToTrash(std::vector<TrashItem> items, Completion completi
             [made, completion](const std::stop_token&) { completion(std::move(made->report)); });
     };
     tasks_.start([made](const Task& task) { made->asked = measured(made->items, task.stop); },
-                 [this, made, completion, report](const std::stop_token&) {
+                 [this, made, report, completion = std::move(completion)](const std::stop_token&) {
                      if (made->asked.size() < made->items.size())
                          completion(std::move(made->report));
                      else
