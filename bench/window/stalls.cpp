@@ -18,6 +18,7 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -80,15 +81,15 @@ class PretendedTrash final : public Workspace {
 public:
     void recycle(std::vector<TrashItem> items, Completion completion) override
     {
-        tasks_.start([items = std::move(items), completion = std::move(completion)](
-                         const BackgroundTasks::Task&) -> BackgroundTasks::Step {
-            Recycled recycled;
-            for (std::size_t i = 0; i < items.size(); i += 2)
-                recycled.moved.push_back({items[i].url, items[i].url});
-            return [completion, recycled = std::move(recycled)]() mutable {
-                completion(std::move(recycled));
-            };
-        });
+        const auto recycled = std::make_shared<Recycled>();
+        tasks_.start(
+            [items = std::move(items), recycled](const BackgroundTasks::Task&) {
+                for (std::size_t i = 0; i < items.size(); i += 2)
+                    recycled->moved.push_back({items[i].url, items[i].url});
+            },
+            [completion = std::move(completion), recycled](const std::stop_token&) {
+                completion(std::move(*recycled));
+            });
     }
     void reveal(const FileURL&, Started) override {}
     void openTerminal(const FileURL&, Started) override {}
