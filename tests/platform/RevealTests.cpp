@@ -99,12 +99,9 @@ TEST_F(RevealTest, TheFileManagerIsAskedByTheExactBytes)
     EXPECT_TRUE(manager.shown.isEmpty()) << "not before the call returns";
     ASSERT_TRUE(QTest::qWaitFor([&] { return !manager.shown.isEmpty(); }));
     EXPECT_EQ(manager.shown.constFirst(), QStringList("file:///a%20b/100%25%FF%0A%C3%A9"));
-    // When a second call has come, the answer to the first has long been there.
-    workspace.reveal(FileURL("/second"), note);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return manager.shown.size() > 1; }));
-    EXPECT_EQ(manager.shown.constLast(), QStringList("file:///second"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !starts.isEmpty(); })) << "its answer";
+    EXPECT_EQ(starts, QList<bool>{true});
     EXPECT_TRUE(opener.opened.isEmpty());
-    EXPECT_EQ(starts.constFirst(), true);
 }
 
 TEST_F(RevealTest, WithoutAFileManagerTheFolderOpens)
