@@ -105,7 +105,9 @@ TEST_F(GeometryTest, ALongWayLeavesRoomForOthers)
         resize(width, 700);
         for (const char* const name : {"upButton", "rescanButton", "selectionSize"})
             EXPECT_TRUE(box("mapHeaderBar").contains(box(name))) << name;
-        EXPECT_LE(box("crumb30").right(), box("breadcrumb").right() + 0.5) << "the end";
+        EXPECT_TRUE(waitFor([&] {
+            return box("crumb30").right() <= box("breadcrumb").right() + 0.5;
+        })) << "the end";
     }
 }
 
