@@ -106,7 +106,7 @@ TEST(ProtectedPlaces, WhereLinksAtTheTopOfTheSystemLead)
                               "!/opt /data/opt/tool /opt/tool /data/other");
     }).join();
     if (!isThere)
-        GTEST_SKIP() << "needs the right to mount";
+        GTEST_SKIP() << "needs the right to change the root";
 }
 
 TEST(ProtectedPlaces, AVolumeBeyondTheLongestPath)
